@@ -8,7 +8,7 @@ target_compile_definitions(tindra_common INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
     TINDRA_VERSION="${PROJECT_VERSION}")
-target_compile_options(tindra_common INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+target_compile_options(tindra_common INTERFACE -pthread -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${TINDRA_WERROR}>:-Werror>)
 if(TINDRA_SANITIZE)
     target_compile_options(tindra_common INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer)

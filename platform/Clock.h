@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/OneShot.h"
+
+#include <QCoroTask>
+#include <QDate>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+/// A moment of the wall clock: seconds since 1970-01-01 00:00 UTC, with fractions.
+using Instant = std::chrono::time_point<std::chrono::system_clock, std::chrono::duration<double>>;
+
+/// A moment of the monotonic clock: only differences mean something. It never jumps and goes on
+/// while the machine is suspended.
+using Ticks = std::chrono::duration<double>;
+
+inline double secondsSince1970(Instant instant) {
+    return instant.time_since_epoch().count();
+}
+inline Instant instantFromSeconds(double seconds) {
+    return Instant(std::chrono::duration<double>(seconds));
+}
+
+/// The only source of time: nothing else asks the system for it or sleeps by itself.
+/// Intervals are measured with `ticks`, expiries and dates with `now` and `today`.
+class Clock {
+public:
+    /// A call that has not happened yet; destroying it cancels the call.
+    class Timer {
+    public:
+        virtual ~Timer() = default;
+    };
+
+    virtual ~Clock() = default;
+
+    virtual Instant now() const = 0;
+    virtual Ticks ticks() const = 0;
+    /// Today's date in the user's time zone.
+    virtual QDate today() const = 0;
+    /// Calls `call` once from the event loop when `delay` has passed.
+    [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
+                                                       std::function<void()> call) = 0;
+
+    /// The clock must outlive the sleep.
+    QCoro::Task<> sleep(std::chrono::milliseconds delay);
+};
+
+/// One sleep at a time that can be cut short.
+class InterruptibleSleep {
+public:
+    explicit InterruptibleSleep(Clock& clock) : m_clock(clock) {}
+    ~InterruptibleSleep() { interrupt(); }
+    Q_DISABLE_COPY_MOVE(InterruptibleSleep)
+
+    /// Starts the sleep; the awaited answer is true when it lasted its whole time.
+    OneShot<bool> start(std::chrono::milliseconds delay);
+    void interrupt();
+
+private:
+    Clock& m_clock;
+    std::unique_ptr<Clock::Timer> m_timer;
+    OneShot<bool> m_end;
+};

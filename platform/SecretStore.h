@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QCoroTask>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+/// The user's keychain: small secrets, each found by the name of its service.
+/// All operations are asynchronous, because a keychain may ask its owner to unlock it, and end
+/// within a minute whatever the keychain does.
+class SecretStore : public QObject {
+    Q_OBJECT
+public:
+    struct Item {
+        QString account;
+        QByteArray data;
+        bool operator==(const Item&) const = default;
+    };
+
+    using QObject::QObject;
+
+    /// Adds an item. An item with the same service and account is replaced, others of the service
+    /// stay. False when the keychain did not take it.
+    virtual QCoro::Task<bool> add(QString service, QString label, Item item) = 0;
+    /// One item of the service; absent when there is none or the keychain cannot be read.
+    virtual QCoro::Task<std::optional<Item>> find(QString service) = 0;
+    /// Removes all items of the service. False when the keychain refused.
+    virtual QCoro::Task<bool> remove(QString service) = 0;
+
+Q_SIGNALS:
+    /// The keychain cannot be reached; `reason` says why and what to do, in Norwegian. Emitted at
+    /// most once a run.
+    void unavailable(const QString& reason);
+};

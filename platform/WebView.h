@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+/// What a page script sent to the application.
+struct ScriptMessage {
+    /// The name of the handler it was sent to.
+    QString handler;
+    /// False when the script sent something else than an object.
+    bool isObject = false;
+    /// The object's text members, in UTF-8. Members of other types are left out.
+    QHash<QString, QByteArray> texts;
+};
+
+/// One embedded browser view with a persistent cookie store. Main thread only.
+class WebView : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    /// Switches the engine's tracking prevention off; false when it has no such switch.
+    virtual bool disableTrackingPrevention() = 0;
+    /// Runs `source` at the start of every later page, before the page's own scripts, in all
+    /// frames whose host is one of `hosts` or a sub-domain of one.
+    virtual void addUserScript(const QString& source, const QStringList& hosts) = 0;
+    /// Lets page scripts send messages to `window.webkit.messageHandlers.<name>`; `members` are
+    /// the members of a sent object that are read.
+    virtual void addMessageHandler(const QString& name, const QStringList& members) = 0;
+    virtual void setUserAgent(const QString& userAgent) = 0;
+    /// Blocks what `rules` name in all later loads: a WebKit content-blocker list in JSON. Takes
+    /// effect a moment later; rules that do not compile block nothing.
+    virtual void setContentRules(const QByteArray& rules) = 0;
+
+    /// Starts loading a page; a load in progress is given up.
+    virtual void load(const QUrl& url) = 0;
+    /// Stops loading and leaves the page, so that nothing of it goes on running.
+    virtual void unload() = 0;
+    /// The address of the current page or of the load in progress; empty when there is none.
+    virtual QUrl url() const = 0;
+
+Q_SIGNALS:
+    void scriptMessage(const ScriptMessage& message);
+    /// A navigation of the main frame began, or was redirected by a server; `url` is where to.
+    void navigating(const QUrl& url);
+    /// The process that runs the page has died. The next load starts a new one.
+    void webProcessTerminated();
+};

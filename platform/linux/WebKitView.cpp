@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/WebKitView.h"
+
+#include "platform/linux/GLibHandles.h"
+
+#include <webkit2/webkit2.h>
+
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int viewWidth = 1280;
+constexpr int viewHeight = 900;
+
+/// A view that is never mapped has its timers cut to one a second unless this feature is off.
+void runAtFullSpeedWhileHidden(WebKitSettings* settings) {
+    WebKitFeatureList* features = webkit_settings_get_all_features();
+    for (gsize i = 0; i < webkit_feature_list_get_length(features); ++i) {
+        WebKitFeature* feature = webkit_feature_list_get(features, i);
+        if (g_strcmp0(webkit_feature_get_identifier(feature), "HiddenPageDOMTimerThrottling") == 0)
+            webkit_settings_set_feature_enabled(settings, feature, FALSE);
+    }
+    webkit_feature_list_unref(features);
+}
+
+/// Null-terminated list of C strings that lives as long as the object.
+class StringVector {
+public:
+    explicit StringVector(const QStringList& texts) {
+        for (const QString& text : texts)
+            m_texts.append(text.toUtf8());
+        for (const QByteArray& text : std::as_const(m_texts))
+            m_pointers.append(text.constData());
+        m_pointers.append(nullptr);
+    }
+    const char* const* data() const { return m_pointers.constData(); }
+
+private:
+    QList<QByteArray> m_texts;
+    QList<const char*> m_pointers;
+};
+
+QByteArray utf8(JSCValue* text) {
+    const GCharPtr chars(jsc_value_to_string(text));
+    return QByteArray(chars.get());
+}
+
+ScriptMessage readMessage(JSCValue* value, const QString& handler, const QStringList& members) {
+    ScriptMessage message;
+    message.handler = handler;
+    message.isObject = jsc_value_is_object(value);
+    if (!message.isObject)
+        return message;
+    for (const QString& member : members) {
+        const GObjectPtr<JSCValue> part(
+            jsc_value_object_get_property(value, member.toUtf8().constData()));
+        if (jsc_value_is_string(part.get()))
+            message.texts.insert(member, utf8(part.get()));
+    }
+    return message;
+}
+
+gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
+    webkit_permission_request_deny(request);
+    return TRUE;
+}
+
+gboolean denyDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
+    // A page that asks whether it may be left must not stop the next load.
+    if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+        webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+    return TRUE;
+}
+
+gboolean denyFileChooser(WebKitWebView*, WebKitFileChooserRequest* request, gpointer) {
+    webkit_file_chooser_request_cancel(request);
+    return TRUE;
+}
+
+GtkWidget* denyNewWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
+    return nullptr;
+}
+
+gboolean denyDownload(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                      gpointer) {
+    if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE ||
+        webkit_response_policy_decision_is_mime_type_supported(
+            WEBKIT_RESPONSE_POLICY_DECISION(decision)))
+        return FALSE;
+    webkit_policy_decision_ignore(decision);
+    return TRUE;
+}
+
+} // namespace
+
+struct WebKitView::Private {
+    struct Handler {
+        WebKitView* view;
+        QString name;
+        QStringList members;
+    };
+
+    GObjectPtr<WebKitUserContentManager> content{webkit_user_content_manager_new()};
+    GObjectPtr<WebKitWebView> web;
+    WebKitUserContentFilterStore* filters = nullptr;
+    GObjectPtr<GCancellable> alive{g_cancellable_new()};
+    std::vector<std::unique_ptr<Handler>> handlers;
+
+    static void loadChanged(WebKitWebView* web, WebKitLoadEvent event, gpointer self) {
+        if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED)
+            Q_EMIT static_cast<WebKitView*>(self)->navigating(
+                QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
+    }
+
+    static void processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason,
+                                  gpointer self) {
+        Q_EMIT static_cast<WebKitView*>(self)->webProcessTerminated();
+    }
+
+    static void messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* result,
+                                gpointer data) {
+        const auto* handler = static_cast<Handler*>(data);
+        Q_EMIT handler->view->scriptMessage(readMessage(
+            webkit_javascript_result_get_js_value(result), handler->name, handler->members));
+    }
+
+    /// The view may be gone by now; `content` is a reference of this call's own.
+    static void rulesCompiled(GObject* store, GAsyncResult* result, gpointer content) {
+        const GObjectPtr<WebKitUserContentManager> manager(WEBKIT_USER_CONTENT_MANAGER(content));
+        GErrorSlot error;
+        WebKitUserContentFilter* filter = webkit_user_content_filter_store_save_finish(
+            WEBKIT_USER_CONTENT_FILTER_STORE(store), result, error.out());
+        if (!filter)
+            return;
+        webkit_user_content_manager_add_filter(manager.get(), filter);
+        webkit_user_content_filter_unref(filter);
+    }
+};
+
+WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* filters)
+    : d(std::make_unique<Private>()) {
+    d->filters = filters;
+    d->web.reset(WEBKIT_WEB_VIEW(
+        g_object_ref_sink(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context,
+                                       "user-content-manager", d->content.get(), nullptr))));
+    gtk_widget_set_size_request(GTK_WIDGET(d->web.get()), viewWidth, viewHeight);
+    runAtFullSpeedWhileHidden(webkit_web_view_get_settings(d->web.get()));
+    g_signal_connect(d->web.get(), "load-changed", G_CALLBACK(Private::loadChanged), this);
+    g_signal_connect(d->web.get(), "web-process-terminated", G_CALLBACK(Private::processTerminated),
+                     this);
+    g_signal_connect(d->web.get(), "permission-request", G_CALLBACK(denyPermission), this);
+    g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(denyDialog), this);
+    g_signal_connect(d->web.get(), "run-file-chooser", G_CALLBACK(denyFileChooser), this);
+    g_signal_connect(d->web.get(), "create", G_CALLBACK(denyNewWindow), this);
+    g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(denyDownload), this);
+}
+
+WebKitView::~WebKitView() {
+    g_cancellable_cancel(d->alive.get());
+    g_signal_handlers_disconnect_by_data(d->web.get(), this);
+    for (const auto& handler : d->handlers)
+        g_signal_handlers_disconnect_by_data(d->content.get(), handler.get());
+    gtk_widget_destroy(GTK_WIDGET(d->web.get()));
+}
+
+bool WebKitView::disableTrackingPrevention() {
+    webkit_website_data_manager_set_itp_enabled(
+        webkit_web_view_get_website_data_manager(d->web.get()), FALSE);
+    return true;
+}
+
+void WebKitView::addUserScript(const QString& source, const QStringList& hosts) {
+    // Patterns with a port match nothing, so hosts alone are given.
+    QStringList patterns;
+    for (const QString& host : hosts)
+        patterns << u"*://%1/*"_s.arg(host) << u"*://*.%1/*"_s.arg(host);
+    WebKitUserScript* script = webkit_user_script_new(
+        source.toUtf8().constData(), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+        WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, StringVector(patterns).data(), nullptr);
+    webkit_user_content_manager_add_script(d->content.get(), script);
+    webkit_user_script_unref(script);
+}
+
+void WebKitView::addMessageHandler(const QString& name, const QStringList& members) {
+    d->handlers.push_back(
+        std::make_unique<Private::Handler>(Private::Handler{this, name, members}));
+    // Connected before it is registered, so that no message is missed.
+    g_signal_connect(d->content.get(), ("script-message-received::" + name.toUtf8()).constData(),
+                     G_CALLBACK(Private::messageReceived), d->handlers.back().get());
+    webkit_user_content_manager_register_script_message_handler(d->content.get(),
+                                                                name.toUtf8().constData());
+}
+
+void WebKitView::setUserAgent(const QString& userAgent) {
+    webkit_settings_set_user_agent(webkit_web_view_get_settings(d->web.get()),
+                                   userAgent.toUtf8().constData());
+}
+
+void WebKitView::setContentRules(const QByteArray& rules) {
+    GBytes* bytes = g_bytes_new(rules.constData(), static_cast<gsize>(rules.size()));
+    webkit_user_content_filter_store_save(d->filters, "tindra", bytes, d->alive.get(),
+                                          Private::rulesCompiled, g_object_ref(d->content.get()));
+    g_bytes_unref(bytes);
+}
+
+void WebKitView::load(const QUrl& url) {
+    webkit_web_view_load_uri(d->web.get(), url.toEncoded().constData());
+}
+
+void WebKitView::unload() {
+    webkit_web_view_load_uri(d->web.get(), "about:blank");
+}
+
+QUrl WebKitView::url() const {
+    return QUrl(QString::fromUtf8(webkit_web_view_get_uri(d->web.get())));
+}
