@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/Match.h"
+#include "core/Search.h"
+#include "core/SqliteConnection.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+/// Everything that Tindra remembers apart from secrets: watchers, offers, what each watcher has
+/// seen, and settings. One SQLite file, main thread only.
+///
+/// No operation fails loudly: without a usable file, reads are empty and changes do nothing, and
+/// `problem` says why.
+class Database {
+public:
+    /// What a watcher last saw of one fare.
+    struct Seen {
+        CabinSet cabins;
+        /// Display text of the fare.
+        QString label;
+        bool operator==(const Seen&) const = default;
+    };
+
+    /// Opens `folder`/tindra.sqlite, creating what is missing and upgrading what is old. `clock`
+    /// must outlive the database.
+    Database(const QString& folder, const Clock& clock);
+    Q_DISABLE_COPY_MOVE(Database)
+
+    /// Why nothing can be stored, in Norwegian; absent when all is well.
+    const std::optional<QString>& problem() const { return m_problem; }
+
+    /// Runs `work`; all its changes are stored together, or none of them when one fails. They are
+    /// on the disk when this returns true. Not to be nested.
+    bool transaction(const std::function<void()>& work);
+
+    /// A setting; absent when it was never set.
+    std::optional<QString> get(const QString& key);
+    void set(const QString& key, const QString& value);
+    /// True when the setting is exactly "1", or is missing and `whenMissing` is true.
+    bool isOn(const QString& key, bool whenMissing);
+
+    /// All watchers, in ascending id.
+    QList<Search> listSearches();
+    /// Stores a new, enabled watcher; its id and state are ignored.
+    void addSearch(const Search& search);
+    /// Stores the user's edits and starts the watcher's date rotation afresh.
+    void updateSearch(const Search& search);
+    void renameSearch(qint64 id, const QString& name);
+    void toggleSearch(qint64 id);
+    /// Deletes the watcher with its offers and what it has seen.
+    void deleteSearch(qint64 id);
+    /// Notes that a check of the watcher ended now and found `found` offers.
+    void markChecked(qint64 id, int found);
+
+    /// Stores an offer under a new id.
+    void recordMatch(const Match& match);
+    /// The newest offers first; those whose travel date is past are left out.
+    QList<Match> recentMatches(int limit);
+    /// Offers that can still be booked and travelled, per watcher; community finds under -1.
+    QMap<qint64, int> activeMatchCounts();
+    /// Forgets all offers, but not that they were seen.
+    void clearMatches();
+
+    /// What the watcher has seen, by fare key.
+    QMap<QString, Seen> seenCabins(qint64 searchId);
+    void upsertSeen(qint64 searchId, const QString& key, const CabinSet& cabins,
+                    const QString& label);
+
+private:
+    void open(const QString& folder);
+    void cleanupMismatchedMatches();
+    void cleanupDuplicateMatches();
+
+    const Clock& m_clock;
+    SqliteConnection m_db;
+    std::optional<QString> m_problem;
+};

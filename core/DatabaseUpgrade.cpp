@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// How a database file is created, brought up to date and cleaned when it is opened.
+#include "airports/Airports.h"
+#include "core/Database.h"
+#include "core/TDLog.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto schema = R"(
+CREATE TABLE IF NOT EXISTS searches (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    name TEXT NOT NULL DEFAULT '',
+    origin TEXT NOT NULL,
+    destination TEXT NOT NULL DEFAULT '',
+    cabins TEXT NOT NULL DEFAULT 'business',
+    min_seats INTEGER NOT NULL DEFAULT 1,
+    max_stops INTEGER NOT NULL DEFAULT 2,
+    date_from TEXT NOT NULL DEFAULT '',
+    date_to TEXT NOT NULL DEFAULT '',
+    return_date_from TEXT NOT NULL DEFAULT '',
+    return_date_to TEXT NOT NULL DEFAULT '',
+    enabled INTEGER NOT NULL DEFAULT 1,
+    last_checked REAL,
+    last_found INTEGER NOT NULL DEFAULT 0
+);
+CREATE TABLE IF NOT EXISTS seen (
+    search_id INTEGER NOT NULL,
+    fare_key TEXT NOT NULL,
+    cabins TEXT NOT NULL DEFAULT '',
+    label TEXT NOT NULL DEFAULT '',
+    PRIMARY KEY (search_id, fare_key)
+);
+CREATE TABLE IF NOT EXISTS matches (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    search_id INTEGER NOT NULL,
+    key TEXT NOT NULL,
+    route TEXT NOT NULL DEFAULT '',
+    from_city TEXT NOT NULL DEFAULT '',
+    to_city TEXT NOT NULL DEFAULT '',
+    depart TEXT NOT NULL DEFAULT '',
+    arrive TEXT NOT NULL DEFAULT '',
+    stops_text TEXT NOT NULL DEFAULT '',
+    flight TEXT NOT NULL DEFAULT '',
+    cabin TEXT NOT NULL DEFAULT '',
+    seats INTEGER NOT NULL DEFAULT 0,
+    points INTEGER NOT NULL DEFAULT 0,
+    travel_date TEXT NOT NULL DEFAULT '',
+    booking_url TEXT NOT NULL DEFAULT '',
+    soldout INTEGER NOT NULL DEFAULT 0,
+    found_at REAL NOT NULL
+);
+CREATE TABLE IF NOT EXISTS kv (key TEXT PRIMARY KEY, value TEXT NOT NULL);
+)";
+
+} // namespace
+
+void Database::open(const QString& folder) {
+    if (!QFileInfo::exists(folder)) {
+        QDir().mkpath(folder);
+        ::chmod(QFile::encodeName(folder).constData(), S_IRWXU);
+    }
+    const QString path = folder + u"/tindra.sqlite"_s;
+    m_db.open(path);
+    // What is announced must survive a power cut, so every commit reaches the disk.
+    m_db.execute("PRAGMA journal_mode = WAL");
+    m_db.execute("PRAGMA synchronous = FULL");
+    m_db.execute(schema);
+    // A write that changes nothing shows whether the file takes any.
+    m_db.execute("BEGIN IMMEDIATE; DELETE FROM kv WHERE key = ''; COMMIT");
+    if (const auto& error = m_db.firstError()) {
+        m_problem = u"Databasen %1 kan ikke brukes (%2). Ingenting blir lagret. Sjekk at filen er "
+                    u"en Tindra-database og at du har skrivetilgang."_s.arg(path, *error);
+        TDLog::note(u"database: "_s + *m_problem);
+        return;
+    }
+    // Files of earlier versions lack these; the failure on all others means nothing.
+    m_db.execute("ALTER TABLE matches ADD COLUMN duration_min INTEGER NOT NULL DEFAULT 0");
+    m_db.execute("ALTER TABLE searches ADD COLUMN include_partners INTEGER NOT NULL DEFAULT 0");
+    m_db.forgetErrors();
+    cleanupMismatchedMatches();
+    cleanupDuplicateMatches();
+    m_db.execute("DELETE FROM matches WHERE search_id != -1 AND "
+                 "search_id NOT IN (SELECT id FROM searches)");
+}
+
+/// Earlier versions could store an offer under the cities of another route.
+void Database::cleanupMismatchedMatches() {
+    const QString done = u"migr_route_city_cleanup"_s;
+    if (isOn(done, false))
+        return;
+    struct Row {
+        qint64 id;
+        QString key;
+    };
+    QList<Row> wrong;
+    m_db.query("SELECT id,key,route,from_city,to_city FROM matches WHERE soldout = 0",
+               [&wrong](const SqliteRow& row) {
+                   const QStringList codes = row.text(2).split(u'-', Qt::SkipEmptyParts);
+                   if (codes.size() == 2 && !(Airports::cityConsistent(codes[0], row.text(3)) &&
+                                              Airports::cityConsistent(codes[1], row.text(4))))
+                       wrong.append({row.integer(0), row.text(1)});
+               });
+    for (const Row& row : wrong) {
+        m_db.change("DELETE FROM matches WHERE id = ?", row.id);
+        // For every watcher, so that the offer can be found and reported afresh.
+        m_db.change("DELETE FROM seen WHERE fare_key = ?", row.key);
+    }
+    set(done, u"1"_s);
+}
+
+/// Earlier versions could store the same offer several times; the newest stays.
+void Database::cleanupDuplicateMatches() {
+    const QString done = u"migr_duplicate_matches"_s;
+    if (isOn(done, false))
+        return;
+    m_db.change("DELETE FROM matches WHERE soldout = 0 AND id NOT IN (\n"
+                "  SELECT MAX(id) FROM matches WHERE soldout = 0\n"
+                "  GROUP BY search_id, key, cabin)");
+    set(done, u"1"_s);
+}

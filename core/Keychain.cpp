@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "core/Keychain.h"
+
+#include "platform/SecretStore.h"
+
+#include <QStringDecoder>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString detailsService = u"app.tindra.Tindra.eurobonus"_s;
+const QString cookiesService = u"app.tindra.Tindra.sascookies"_s;
+
+} // namespace
+
+QCoro::Task<> Keychain::save(QString user, QString password) {
+    SecretStore& secrets = m_secrets;
+    co_await secrets.remove(detailsService);
+    co_await secrets.add(detailsService, u"Tindra: EuroBonus-innlogging"_s,
+                         {user, password.toUtf8()});
+}
+
+QCoro::Task<std::optional<Credentials>> Keychain::load() {
+    const auto item = co_await m_secrets.find(detailsService);
+    if (!item)
+        co_return std::nullopt;
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString password = decoder(item->data);
+    if (decoder.hasError())
+        co_return std::nullopt;
+    co_return Credentials{item->account, password};
+}
+
+QCoro::Task<> Keychain::clear() {
+    co_await m_secrets.remove(detailsService);
+}
+
+QCoro::Task<> Keychain::saveCookieData(QByteArray data) {
+    SecretStore& secrets = m_secrets;
+    co_await secrets.remove(cookiesService);
+    co_await secrets.add(cookiesService, u"Tindra: økten hos SAS"_s, {u"cookies"_s, data});
+}
+
+QCoro::Task<std::optional<QByteArray>> Keychain::loadCookieData() {
+    const auto item = co_await m_secrets.find(cookiesService);
+    if (!item)
+        co_return std::nullopt;
+    co_return item->data;
+}

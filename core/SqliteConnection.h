@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Clock.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// The columns of the row that a query stands on, numbered from 0. NULL reads as empty or 0.
+class SqliteRow {
+public:
+    explicit SqliteRow(sqlite3_stmt* statement) : m_statement(statement) {}
+
+    bool isNull(int column) const;
+    QString text(int column) const;
+    qint64 integer(int column) const;
+    double real(int column) const;
+
+private:
+    sqlite3_stmt* m_statement;
+};
+
+/// One connection to a SQLite file. Nothing fails loudly: a statement that cannot run reads
+/// nothing or changes nothing. Not for two threads at once.
+class SqliteConnection {
+public:
+    SqliteConnection() = default;
+    ~SqliteConnection();
+    Q_DISABLE_COPY_MOVE(SqliteConnection)
+
+    /// Opens `path`, creating the file readable and writable by its owner only.
+    void open(const QString& path);
+
+    /// Executes a script without parameters. False when it failed.
+    bool execute(const char* script);
+
+    /// Prepares, binds, steps to the end and finalizes. Parameters in the order of the
+    /// placeholders: text, integers, doubles, booleans and instants.
+    template<typename... Parameters>
+    void query(const char* sql, const std::function<void(const SqliteRow&)>& onRow,
+               const Parameters&... parameters) {
+        Statement statement(*this, sql);
+        bindAll(statement, parameters...);
+        statement.run(onRow);
+    }
+    template<typename... Parameters>
+    void change(const char* sql, const Parameters&... parameters) {
+        query(sql, {}, parameters...);
+    }
+
+    int changes() const;
+    qint64 lastInsertId() const;
+    /// What SQLite says of the last failed call, in English.
+    QString errorMessage() const;
+    /// What SQLite said of the first statement that failed on this connection; absent while none
+    /// has.
+    const std::optional<QString>& firstError() const { return m_firstError; }
+    void forgetErrors() { m_firstError.reset(); }
+
+private:
+    class Statement {
+    public:
+        Statement(SqliteConnection& connection, const char* sql);
+        ~Statement();
+        Q_DISABLE_COPY_MOVE(Statement)
+
+        void bind(int index, const QString& value);
+        void bind(int index, qint64 value);
+        void bind(int index, int value) { bind(index, static_cast<qint64>(value)); }
+        void bind(int index, double value);
+        void bind(int index, bool value);
+        void bind(int index, Instant value) { bind(index, secondsSince1970(value)); }
+        void run(const std::function<void(const SqliteRow&)>& onRow);
+
+    private:
+        SqliteConnection& m_connection;
+        sqlite3_stmt* m_statement = nullptr;
+    };
+
+    template<typename... Parameters>
+    static void bindAll(Statement& statement, const Parameters&... parameters) {
+        int index = 0;
+        (statement.bind(++index, parameters), ...);
+    }
+    void noteError();
+
+    sqlite3* m_db = nullptr;
+    std::optional<QString> m_firstError;
+};
