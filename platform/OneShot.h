@@ -47,3 +47,11 @@ private:
     };
     std::shared_ptr<State> m_state;
 };
+
+/// Resolves in the next turn of the event loop: awaiting it lets everything else have its turn.
+inline OneShot<bool> nextTurn() {
+    OneShot<bool> turn;
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [turn] { turn.resolve(true); }, Qt::QueuedConnection);
+    return turn;
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "airline/Fare.h"
+#include "airline/Site.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <memory>
+#include <optional>
+
+/// Reads the two kinds of offer responses. Bytes in, values out; it keeps only its buffers between
+/// calls, and the answers depend on nothing but the arguments.
+///
+/// Nothing in a response is an error: a missing key or a value of another type than expected gives
+/// the default that Fare names, and an entry that is no object is skipped. A number counts as an
+/// integer when it has no fraction; beyond 32 bits it is cut to the nearest that fits.
+class OfferParser {
+public:
+    /// Bodies above this many bytes are not read.
+    static constexpr qsizetype largestBody = 16 * 1024 * 1024;
+
+    explicit OfferParser(Site site);
+    ~OfferParser();
+    Q_DISABLE_COPY_MOVE(OfferParser)
+
+    /// The fares of an ordinary response, in no particular order, one for every flight object,
+    /// also without any award seat. `origin` and `dest` stand in for codes that a flight lacks.
+    /// Absent when the body is not a JSON object, is nested too deep, or is too large; an object
+    /// without flights gives an empty list.
+    std::optional<QList<Fare>> parseOffers(const QByteArray& body, const QString& origin,
+                                           const QString& dest);
+    /// The same for an award response, whose sold-out flights are left out.
+    std::optional<QList<Fare>> parseAwardOffers(const QByteArray& body, const QString& origin,
+                                                const QString& dest);
+
+private:
+    struct Buffers;
+    Site m_site;
+    std::unique_ptr<Buffers> m_buffers;
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "airline/SessionState.h"
+
+using namespace Qt::StringLiterals;
+
+void SessionState::setLoginStatus(const SASLoginStatus& status) {
+    if (m_loginStatus == status)
+        return;
+    m_loginStatus = status;
+    Q_EMIT loginStatusChanged();
+}
+
+void SessionState::setLoginWindowOpen(bool open) {
+    if (m_isLoginWindowOpen == open)
+        return;
+    m_isLoginWindowOpen = open;
+    Q_EMIT loginWindowOpenChanged();
+}
+
+void SessionState::setLoggedOut(bool autoLoginFailed) {
+    if (m_loginStatus.isLoggedOut())
+        return;
+    setLoginStatus(SASLoginStatus::loggedOut());
+    QString prefix;
+    if (m_isLoginWindowOpen)
+        prefix = u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
+                 u"åpent. "_s;
+    else if (autoLoginFailed)
+        prefix = u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
+    Q_EMIT notice(u"⚠️ Logget ut av SAS"_s,
+                  prefix + u"Søkene får ingen data før du er innlogget igjen."_s);
+}

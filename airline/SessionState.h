@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "airline/SASLoginStatus.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+/// The one place that holds the state of the session, shared by everybody who changes it.
+class SessionState : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    const SASLoginStatus& loginStatus() const { return m_loginStatus; }
+    void setLoginStatus(const SASLoginStatus& status);
+
+    /// The user is signing in, in the visible window.
+    bool isLoginWindowOpen() const { return m_isLoginWindowOpen; }
+    void setLoginWindowOpen(bool open);
+
+    /// The session is dead and could not be renewed. Tells the user on the change into that state
+    /// only; `autoLoginFailed` says that automatic sign-in is switched on and had details to use.
+    void setLoggedOut(bool autoLoginFailed);
+
+    /// When the session was last renewed in this run; absent if never.
+    std::optional<Ticks> lastSessionRefresh;
+
+Q_SIGNALS:
+    void loginStatusChanged();
+    void loginWindowOpenChanged();
+    /// Something that the user should be told by a notification.
+    void notice(const QString& title, const QString& body);
+
+private:
+    SASLoginStatus m_loginStatus;
+    bool m_isLoginWindowOpen = false;
+};

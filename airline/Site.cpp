@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "airline/Site.h"
+
+#include "core/Err.h"
+
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+Site Site::fromEnvironment(const QProcessEnvironment& environment) {
+    Site site;
+    const auto take = [&environment](const QString& name, QString& target) {
+        if (const QString value = environment.value(name); !value.isEmpty())
+            target = value;
+    };
+    take(u"TINDRA_SITE_ORIGIN"_s, site.origin);
+    take(u"TINDRA_SITE_DOMAIN"_s, site.domain);
+    take(u"TINDRA_IDP_HOST"_s, site.identityHost);
+    take(u"TINDRA_IDP_DOMAIN"_s, site.identityDomain);
+
+    const QUrl url(site.origin);
+    if (url.host().isEmpty() || (url.scheme() != u"https" && url.scheme() != u"http"))
+        throw Err{u"TINDRA_SITE_ORIGIN er ikke en nettadresse: «%1». Skriv den som "
+                  u"https://vert eller http://vert:port."_s.arg(site.origin)};
+    while (site.origin.endsWith(u'/'))
+        site.origin.chop(1);
+    return site;
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+
+/// Where the airline's site and its identity provider are. The only place that knows host names.
+struct Site {
+    /// Scheme, host and port of the Norwegian booking site, without a trailing slash.
+    QString origin = QStringLiteral("https://www.sas.no");
+    /// The domain that its cookies and hosts belong to.
+    QString domain = QStringLiteral("sas.no");
+    /// Host of the identity provider. Not confirmed against the live site, like its domain.
+    QString identityHost = QStringLiteral("auth.flysas.com");
+    QString identityDomain = QStringLiteral("flysas.com");
+
+    bool operator==(const Site&) const = default;
+
+    /// The defaults, each overridden by TINDRA_SITE_ORIGIN, TINDRA_SITE_DOMAIN, TINDRA_IDP_HOST
+    /// or TINDRA_IDP_DOMAIN where that is set and not empty. Throws Err when the origin is not an
+    /// http or https address with a host.
+    static Site fromEnvironment(const QProcessEnvironment& environment);
+};
