@@ -16,9 +16,10 @@ const QString cookiesService = u"app.tindra.Tindra.sascookies"_s;
 
 QCoro::Task<> Keychain::save(QString user, QString password) {
     SecretStore& secrets = m_secrets;
+    // Named, because GCC 12 destroys an aggregate twice that is made inside a co_await expression.
+    const SecretStore::Item item{user, password.toUtf8()};
     co_await secrets.remove(detailsService);
-    co_await secrets.add(detailsService, u"Tindra: EuroBonus-innlogging"_s,
-                         {user, password.toUtf8()});
+    co_await secrets.add(detailsService, u"Tindra: EuroBonus-innlogging"_s, item);
 }
 
 QCoro::Task<std::optional<Credentials>> Keychain::load() {
@@ -38,8 +39,9 @@ QCoro::Task<> Keychain::clear() {
 
 QCoro::Task<> Keychain::saveCookieData(QByteArray data) {
     SecretStore& secrets = m_secrets;
+    const SecretStore::Item item{u"cookies"_s, data};
     co_await secrets.remove(cookiesService);
-    co_await secrets.add(cookiesService, u"Tindra: økten hos SAS"_s, {u"cookies"_s, data});
+    co_await secrets.add(cookiesService, u"Tindra: økten hos SAS"_s, item);
 }
 
 QCoro::Task<std::optional<QByteArray>> Keychain::loadCookieData() {

@@ -165,13 +165,16 @@ QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
     m_lookupTotal = static_cast<int>(legs.size());
     Q_EMIT changed();
 
-    auto fetched = co_await m_fetcher.fetchLegs(
-        Legs::grouped(legs), watcher.includePartners,
-        [self, id = watcher.id] { return self && !self->stillActive(id); },
+    const QList<LegGroup> groups = Legs::grouped(legs);
+    const LegFetcher::AbortQuestion abort = [self, id = watcher.id] {
+        return self && !self->stillActive(id);
+    };
+    const LegFetcher::Progress progress =
         [self, name = watcher.displayName()](const QString& label, const QString& date) {
             if (self)
                 self->noteProgress(name, label, date);
-        });
+        };
+    auto fetched = co_await m_fetcher.fetchLegs(groups, watcher.includePartners, abort, progress);
     if (!self)
         co_return lookup;
 

@@ -20,12 +20,7 @@ public:
     void requestAuthorization() override;
     void post(const QString& title, const QString& body) override;
 
-    /// Notifications that the service has not answered yet.
-    int pending() const { return static_cast<int>(m_waiting.size()) + m_sent; }
-
-Q_SIGNALS:
-    /// `pending()` has become 0.
-    void settled();
+    int pending() const override { return static_cast<int>(m_waiting.size()) + m_sent; }
 
 private:
     void askCapabilities();

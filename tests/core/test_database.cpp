@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+#include "core/Database.h"
+#include "core/TDLog.h"
+#include "tests/support/ManualClock.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Statements run on the file behind the database's back, as an earlier version or an accident
+/// would have.
+void runOn(const QString& folder, const QByteArray& sql) {
+    sqlite3* db = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(folder + u"/tindra.sqlite"_s).constData(), &db),
+             SQLITE_OK);
+    char* error = nullptr;
+    sqlite3_exec(db, sql.constData(), nullptr, nullptr, &error);
+    QVERIFY2(!error, error);
+    sqlite3_close(db);
+}
+
+Search watcher(const QString& origin, const QString& destination) {
+    Search search;
+    search.origin = origin;
+    search.destination = destination;
+    return search;
+}
+
+Match offer(qint64 searchId, const QString& key, const QString& travelDate = u"2027-03-01"_s) {
+    Match match;
+    match.searchId = searchId;
+    match.key = key;
+    match.route = u"OSL-BKK"_s;
+    match.fromCity = u"Oslo"_s;
+    match.toCity = u"Bangkok"_s;
+    match.depart = u"01.03 09:05"_s;
+    match.arrive = u"02.03 06:10"_s;
+    match.stopsText = u"1 stopp (CPH)"_s;
+    match.flight = u"SK1467,TG951"_s;
+    match.durationMinutes = 785;
+    match.cabin = u"business"_s;
+    match.seats = 2;
+    match.points = 75000;
+    match.travelDate = travelDate;
+    match.bookingURL = u"https://example.invalid/?a=1&b=ø"_s;
+    match.foundAt = instantFromSeconds(1768478400.25);
+    match.isCommunity = searchId == Match::communitySearchId;
+    return match;
+}
+
+QStringList keys(const QList<Match>& matches) {
+    QStringList keys;
+    for (const Match& match : matches)
+        keys.append(match.key);
+    return keys;
+}
+
+} // namespace
+
+class TestDatabase : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    ManualClock m_clock;
+    QString folder() const { return m_dir->path() + u"/Tindra"_s; }
+    QByteArray log() const {
+        QFile file(m_dir->path() + u"/ui.log"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_dir = std::make_unique<QTemporaryDir>();
+        TDLog::start(m_dir->path() + u"/ui.log"_s, &m_clock);
+    }
+    void cleanup() { TDLog::start({}, nullptr); }
+
+    void watchersLiveThroughTheirEdits() {
+        Search stored = watcher(u"OSL, bgo"_s, u"JFK"_s);
+        stored.name = u"  Høst  "_s;
+        stored.cabins = {u"business"_s, u"economy"_s};
+        stored.minSeats = 2;
+        stored.maxStops = 0;
+        stored.dateFrom = u"2027-03-01"_s;
+        stored.returnDateTo = u"2027-04-01"_s;
+        stored.includePartners = true;
+        stored.enabled = false;
+        {
+            Database database(folder(), m_clock);
+            QCOMPARE(database.problem().value_or(QString()), QString());
+            database.addSearch(stored);
+            QVERIFY(log().contains("addSearch OK: OSL, bgo->JFK id=1\n"));
+        }
+        Database database(folder(), m_clock);
+        stored.id = 1;
+        stored.enabled = true;
+        QCOMPARE(database.listSearches(), QList{stored});
+
+        database.set(u"lookup_cursor_1"_s, u"60"_s);
+        database.updateSearch(stored);
+        stored.name = u"Høst"_s;
+        QCOMPARE(database.listSearches(), QList{stored});
+        QVERIFY(!database.get(u"lookup_cursor_1"_s));
+
+        database.renameSearch(1, u"\tVår "_s);
+        database.markChecked(1, 4);
+        database.toggleSearch(1);
+        stored.name = u"Vår"_s;
+        stored.lastChecked = m_clock.now();
+        stored.lastFound = 4;
+        stored.enabled = false;
+        QCOMPARE(database.listSearches(), QList{stored});
+        database.toggleSearch(1);
+        QVERIFY(database.listSearches().first().enabled);
+    }
+
+    void offersComeBackAsTheyWereStored() {
+        Database database(folder(), m_clock);
+        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        Match stored = offer(1, u"a"_s);
+        database.recordMatch(stored);
+        database.recordMatch(offer(Match::communitySearchId, u"b"_s, {}));
+        database.recordMatch(offer(1, u"yesterday"_s, u"2027-01-14"_s));
+        database.recordMatch(offer(1, u"today"_s, u"2027-01-15"_s));
+        Match gone = offer(1, u"gone"_s);
+        gone.soldOut = true;
+        database.recordMatch(gone);
+
+        const auto recent = database.recentMatches(2000);
+        QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"a"_s}));
+        stored.id = 1;
+        QCOMPARE(recent.last(), stored);
+        QVERIFY(recent[2].isCommunity);
+        QCOMPARE(keys(database.recentMatches(1)), QStringList{u"gone"_s});
+        QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 2}}));
+
+        database.upsertSeen(1, u"a"_s, {u"first"_s, u"business"_s}, u"merke"_s);
+        database.upsertSeen(1, u"a"_s, {u"first"_s}, u"merke"_s);
+        database.clearMatches();
+        QVERIFY(database.recentMatches(10).isEmpty());
+        QCOMPARE(database.seenCabins(1),
+                 (QMap<QString, Database::Seen>{{u"a"_s, {{u"first"_s}, u"merke"_s}}}));
+        database.recordMatch(offer(1, u"a"_s));
+        database.deleteSearch(1);
+        QVERIFY(database.recentMatches(10).isEmpty());
+        QVERIFY(database.seenCabins(1).isEmpty());
+    }
+
+    void settings() {
+        Database database(folder(), m_clock);
+        QVERIFY(!database.get(u"x"_s));
+        QVERIFY(database.isOn(u"x"_s, true));
+        database.set(u"x"_s, u"1"_s);
+        database.set(u"x"_s, u"true"_s);
+        QCOMPARE(database.get(u"x"_s), u"true"_s);
+        QVERIFY(!database.isOn(u"x"_s, true));
+    }
+
+    void anOldFileIsUpgradedAndCleanedOnce() {
+        QDir().mkpath(folder());
+        {
+            const Database newest(folder(), m_clock);
+        }
+        runOn(folder(), "DELETE FROM kv;"
+                        "ALTER TABLE matches DROP COLUMN duration_min;"
+                        "ALTER TABLE searches DROP COLUMN include_partners;"
+                        "INSERT INTO searches (origin, destination) VALUES ('OSL', 'CPH');");
+        const auto insert = [](const char* searchId, const char* key, const char* route,
+                               const char* from, const char* to, const char* soldOut) {
+            return QByteArray("INSERT INTO matches (search_id,key,route,from_city,to_city,cabin,"
+                              "soldout,found_at) VALUES (") +
+                   searchId + ",'" + key + "','" + route + "','" + from + "','" + to +
+                   "','business'," + soldOut + ",0);";
+        };
+        runOn(folder(), insert("1", "right", "OSL-CPH", "Oslo", "Copenhagen", "0") +
+                            insert("1", "wrong", "OSL-CPH", "Oslo", "Bangkok", "0") +
+                            insert("1", "wrong, sold out", "OSL-CPH", "Oslo", "Bangkok", "1") +
+                            insert("1", "half a route", "OSL-", "Bangkok", "", "0") +
+                            insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
+                            insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
+                            insert("1", "twin", "OSL-CPH", "Oslo", "", "1") +
+                            insert("9", "orphan", "OSL-CPH", "", "", "0") +
+                            insert("-1", "shared", "OSL-CPH", "", "", "0") +
+                            "INSERT INTO seen VALUES (1,'wrong','business','');"
+                            "INSERT INTO seen VALUES (2,'wrong','business','');"
+                            "INSERT INTO seen VALUES (1,'right','business','');");
+        {
+            Database database(folder(), m_clock);
+            QCOMPARE(database.problem().value_or(QString()), QString());
+            QCOMPARE(keys(database.recentMatches(100)),
+                     QStringList({u"shared"_s, u"twin"_s, u"twin"_s, u"half a route"_s,
+                                  u"wrong, sold out"_s, u"right"_s}));
+            QCOMPARE(database.seenCabins(1).keys(), QStringList{u"right"_s});
+            QVERIFY(database.seenCabins(2).isEmpty());
+            QCOMPARE(database.recentMatches(100).first().durationMinutes, 0);
+            QVERIFY(!database.listSearches().first().includePartners);
+        }
+        runOn(folder(), insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
+                            insert("1", "wrong again", "OSL-CPH", "Bangkok", "", "0"));
+        Database database(folder(), m_clock);
+        QCOMPARE(database.recentMatches(100).size(), 8);
+    }
+
+    void onlyItsOwnerCanReadIt() {
+        const Database database(folder(), m_clock);
+        constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QVERIFY(!(QFile::permissions(folder()) & others));
+        const auto files = QDir(folder()).entryInfoList(QDir::Files);
+        QCOMPARE_GE(files.size(), 2); // the database and its write-ahead log
+        for (const QFileInfo& file : files)
+            QVERIFY2(!(file.permissions() & others), qPrintable(file.fileName()));
+    }
+
+    void aTransactionIsStoredWholeOrNotAtAll() {
+        Database database(folder(), m_clock);
+        QVERIFY(database.transaction([&] {
+            database.recordMatch(offer(1, u"a"_s));
+            database.upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        }));
+        runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON seen BEGIN "
+                        "SELECT RAISE(ABORT, 'no room'); END;");
+        QVERIFY(!database.transaction([&] {
+            database.recordMatch(offer(1, u"b"_s));
+            database.upsertSeen(1, u"b"_s, {u"business"_s}, {});
+        }));
+        QCOMPARE(keys(database.recentMatches(10)), QStringList{u"a"_s});
+        QVERIFY(log().contains("no room"));
+        runOn(folder(), "DROP TRIGGER refuse;");
+        QVERIFY(database.transaction([&] { database.recordMatch(offer(1, u"c"_s)); }));
+        QCOMPARE(keys(database.recentMatches(10)), QStringList({u"c"_s, u"a"_s}));
+    }
+
+    void aFileThatCannotBeUsed_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("garbage") << u"garbage"_s;
+        QTest::newRow("folder") << u"folder"_s;
+        QTest::newRow("unwritable") << u"unwritable"_s;
+        QTest::newRow("no data folder") << u"no data folder"_s;
+    }
+    void aFileThatCannotBeUsed() {
+        QFETCH(QString, kind);
+        const bool needsOther = kind == u"unwritable" && ::geteuid() == 0;
+        if (kind == u"garbage") {
+            QDir().mkpath(folder());
+            QFile file(folder() + u"/tindra.sqlite"_s);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(8192, 'x'));
+        } else if (kind == u"folder") {
+            QDir().mkpath(folder() + u"/tindra.sqlite"_s);
+        } else if (kind == u"unwritable") {
+            QDir().mkpath(folder());
+            QVERIFY(QFile::setPermissions(m_dir->path(), QFile::Permissions(0x7777)));
+            QVERIFY(QFile::setPermissions(folder(), QFile::Permissions(0x5555)));
+        } else {
+            QFile file(folder());
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        // Root may write anywhere, so nobody tries instead.
+        if (needsOther)
+            QCOMPARE(::seteuid(65534), 0);
+        Database database(folder(), m_clock);
+        if (needsOther)
+            QCOMPARE(::seteuid(0), 0);
+        QVERIFY(database.problem());
+        QVERIFY(database.problem()->contains(u"tindra.sqlite"_s));
+        QCOMPARE(log().count("database: "), 1);
+
+        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        database.set(u"x"_s, u"1"_s);
+        QVERIFY(!database.transaction([&] { database.recordMatch(offer(1, u"a"_s)); }));
+        QVERIFY(database.listSearches().isEmpty());
+        QVERIFY(database.recentMatches(10).isEmpty());
+        QVERIFY(!database.get(u"x"_s));
+        QVERIFY(log().contains("addSearch FEILET: "));
+        QVERIFY(log().contains("(OSL->BKK)\n"));
+        QCOMPARE(log().count("database: "), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDatabase)
+#include "test_database.moc"

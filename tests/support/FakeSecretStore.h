@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/OneShot.h"
+#include "platform/SecretStore.h"
+
+#include <QMap>
+
+/// A keychain in memory that answers in a later turn of the event loop.
+class FakeSecretStore final : public SecretStore {
+    Q_OBJECT
+public:
+    QCoro::Task<bool> add(QString service, QString, Item item) override {
+        co_await nextTurn();
+        items.insert(service, item);
+        co_return true;
+    }
+    QCoro::Task<std::optional<Item>> find(QString service) override {
+        co_await nextTurn();
+        const auto item = items.constFind(service);
+        co_return item == items.constEnd() ? std::nullopt : std::optional(*item);
+    }
+    QCoro::Task<bool> remove(QString service) override {
+        co_await nextTurn();
+        items.remove(service);
+        co_return true;
+    }
+
+    QMap<QString, Item> items;
+};

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/FakeWebView.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+void FakeWebView::addUserScript(const QString& source, const QStringList& hosts) {
+    scripts.append(source);
+    scriptHosts = hosts;
+}
+
+void FakeWebView::addMessageHandler(const QString& name, const QStringList&) {
+    handlers.append(name);
+}
+
+QByteArray FakeWebView::word() const {
+    static const QRegularExpression argument(u"\\(\"([0-9a-f]+)\", \\d+\\);$"_s);
+    return argument.match(scripts.value(0)).captured(1).toLatin1();
+}
+
+void FakeWebView::sendFromHook(const QString& url, const QByteArray& body) {
+    send({u"sniff"_s, true, {{u"url"_s, url.toUtf8()}, {u"body"_s, body}, {u"word"_s, word()}}});
+}
+
+void FakeWebView::send(const ScriptMessage& message) {
+    QMetaObject::invokeMethod(
+        this, [this, message] { Q_EMIT scriptMessage(message); }, Qt::QueuedConnection);
+}

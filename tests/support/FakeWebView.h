@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/WebView.h"
+
+#include <QList>
+
+/// A web view without a web: remembers what it is told to load, and sends what a page would.
+class FakeWebView final : public WebView {
+    Q_OBJECT
+public:
+    bool disableTrackingPrevention() override { return hasTrackingPreventionSwitch; }
+    void addUserScript(const QString& source, const QStringList& hosts) override;
+    void addMessageHandler(const QString& name, const QStringList& members) override;
+    void setUserAgent(const QString& agent) override { userAgent = agent; }
+    void setContentRules(const QByteArray&) override {}
+    void load(const QUrl& url) override { loaded.append(url); }
+    void unload() override { ++unloads; }
+    QUrl url() const override { return loaded.isEmpty() ? QUrl() : loaded.last(); }
+
+    /// A message as the hook sends it, in a later turn of the event loop.
+    void sendFromHook(const QString& url, const QByteArray& body);
+    /// A message as any page could send it.
+    void send(const ScriptMessage& message);
+    /// The word that the hook was given.
+    QByteArray word() const;
+
+    bool hasTrackingPreventionSwitch = true;
+    QList<QUrl> loaded;
+    int unloads = 0;
+    QString userAgent;
+    QStringList scripts;
+    QStringList scriptHosts;
+    QStringList handlers;
+};
