@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "standin/Site.h"
+
+#include "standin/Answers.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace standin {
+namespace {
+
+using Kind = Misbehaviour::Kind;
+
+QString item(const HttpRequest& request, const char* name) {
+    return request.query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
+}
+
+std::optional<Leg> legOf(const HttpRequest& request, const char* origin, const char* destination,
+                         const char* date) {
+    return Leg::of(item(request, origin), item(request, destination), item(request, date));
+}
+
+// "OW_OSL-BKK-20270301_a1c0i0y0": one way, the leg, the number of travellers of each age.
+std::optional<Leg> legOfSearch(const HttpRequest& request) {
+    static const QRegularExpression form(
+        QStringLiteral("^OW_([A-Za-z]{3}-[A-Za-z]{3}-\\d{8})_a\\d+c\\d+i\\d+y\\d+\\z"));
+    const QRegularExpressionMatch match = form.match(item(request, "search"));
+    return match.hasMatch() ? Leg::fromKey(match.captured(1)) : std::nullopt;
+}
+
+HttpResponse spoilt(HttpResponse good, const Misbehaviour& misbehaviour) {
+    switch (misbehaviour.kind) {
+    case Kind::None:
+    case Kind::SignIn:
+        break;
+    case Kind::Slow:
+        good.delay = misbehaviour.delay;
+        break;
+    case Kind::Never:
+        good.delivery = HttpResponse::Delivery::Never;
+        break;
+    case Kind::Error:
+        return page(QStringLiteral("error.html"), {}, 500);
+    case Kind::Malformed:
+        good.body.truncate(good.body.size() / 2);
+        break;
+    case Kind::Huge:
+        good.body.chop(1);
+        good.body += R"(,"notes":")" + QByteArray(17 * 1024 * 1024, 'x') + R"("})";
+        break;
+    case Kind::CutOff:
+        good.delivery = HttpResponse::Delivery::CutOff;
+        break;
+    case Kind::Nested:
+        good.body =
+            R"({"outboundFlights":)" + QByteArray(10'000, '[') + QByteArray(10'000, ']') + '}';
+        break;
+    }
+    return good;
+}
+
+// No browser can use it as a font; it is here to be loaded, or to be kept from loading.
+HttpResponse webFont() {
+    HttpResponse response;
+    response.headers = {{"Content-Type", "font/woff2"}, {"Cache-Control", "max-age=3600"}};
+    response.body = "wOF2" + QByteArray(20'000, '\0');
+    return response;
+}
+
+} // namespace
+
+Site::Site(const Options& options, const Origins& origins)
+    : m_options(options), m_origins(origins), m_inventory(options.seed) {}
+
+HttpResponse Site::answer(const HttpRequest& request) {
+    const QString& path = request.path;
+    if (path == u"/book/flights/" || path == u"/book/flights")
+        return searchPage(request, legOfSearch(request));
+    if (path == u"/booking/award/flights")
+        return searchPage(request, legOf(request, "origin", "destination", "outboundDate"));
+    if (path == u"/api/offers/flights")
+        return offers(request, legOf(request, "from", "to", "outDate"), false);
+    if (path == u"/award-api/flights")
+        return offers(request, legOf(request, "origin", "destination", "outboundDate"), true);
+    if (path == u"/") {
+        HttpResponse response =
+            page(QStringLiteral("start.html"), {{QStringLiteral("ads"), m_origins.ads}});
+        setVisitorCookies(response, request);
+        return response;
+    }
+    if (path == u"/assets/sans.woff2")
+        return webFont();
+    if (path.startsWith(u"/assets/")) {
+        if (const auto found = asset(path.sliced(8)))
+            return *found;
+    }
+    return notFound();
+}
+
+HttpResponse Site::searchPage(const HttpRequest& request, const std::optional<Leg>& leg) {
+    if (!leg)
+        return page(QStringLiteral("badsearch.html"), {}, 400);
+    const bool mustSignIn = misbehaviourAt(*leg).kind == Kind::SignIn;
+    HttpResponse response;
+    if (mustSignIn) {
+        response = page(QStringLiteral("signin.html"), {{QStringLiteral("ads"), m_origins.ads}});
+    } else {
+        response = page(QStringLiteral("search.html"),
+                        {{QStringLiteral("ads"), m_origins.ads},
+                         {QStringLiteral("delay"), QString::number(m_options.pageDelay.count())}});
+        ++m_looks[leg->key()];
+        ++m_counters.searchPages;
+        m_stateChanged = true;
+    }
+    setVisitorCookies(response, request);
+    return response;
+}
+
+HttpResponse Site::offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award) {
+    if (!leg)
+        return json(R"({"error":"invalid search"})", 400);
+    const QList<Flight> flights = m_inventory.flights(*leg, std::max(1, looks(leg->key())));
+    const HttpResponse good = json(award ? awardAnswer(flights, m_options.responseBytes)
+                                         : offersAnswer(flights, m_options.responseBytes));
+    if (request.query.hasQueryItem(QStringLiteral("calendar"))) {
+        ++m_counters.calendar;
+        return good;
+    }
+    ++m_counters.offers;
+    return spoilt(good, misbehaviourAt(*leg));
+}
+
+Misbehaviour Site::misbehaviourAt(const Leg& leg) const {
+    return m_misbehaviours.value(leg.key(), m_misbehaviours.value(QStringLiteral("*")));
+}
+
+void Site::misbehave(const QString& leg, const Misbehaviour& misbehaviour) {
+    m_misbehaviours.insert(leg, misbehaviour);
+}
+
+void Site::setVisitorCookies(HttpResponse& response, const HttpRequest& request) const {
+    if (!request.cookies.contains("session"))
+        setCookie(response, "session", randomToken(), "Path=/; HttpOnly; SameSite=Lax");
+    if (!request.cookies.contains("visitor"))
+        setCookie(response, "visitor", randomToken(),
+                  "Domain=site.localhost; Path=/; Max-Age=31536000; SameSite=Lax");
+    if (!request.cookies.contains("_gcl_au"))
+        setCookie(response, "_gcl_au", "1.1." + randomToken().first(10),
+                  "Domain=site.localhost; Path=/; Max-Age=7776000");
+}
+
+QJsonObject Site::state() {
+    m_stateChanged = false;
+    QJsonObject looks;
+    for (auto it = m_looks.cbegin(); it != m_looks.cend(); ++it)
+        looks.insert(it.key(), it.value());
+    return {{QStringLiteral("looks"), looks}};
+}
+
+void Site::restore(const QJsonObject& state) {
+    const QJsonObject looks = state[u"looks"].toObject();
+    for (auto it = looks.begin(); it != looks.end(); ++it)
+        m_looks.insert(it.key(), std::max(0, it.value().toInt()));
+}
+
+} // namespace standin

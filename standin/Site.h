@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "standin/HttpServer.h"
+#include "standin/Inventory.h"
+#include "standin/Misbehaviour.h"
+#include "standin/Options.h"
+#include "standin/Pages.h"
+
+#include <QJsonObject>
+#include <QMap>
+
+namespace standin {
+
+/// The airline's own host: start page, the two search pages and the two offer endpoints.
+class Site {
+public:
+    struct Counters {
+        int searchPages = 0; ///< search pages shown with their script
+        int offers = 0;      ///< answered requests for the page's own leg, both endpoints
+        int calendar = 0;    ///< answered requests for neighbouring days
+    };
+
+    Site(const Options& options, const Origins& origins);
+
+    HttpResponse answer(const HttpRequest& request);
+
+    /// `leg` is Leg::key() or "*" for every leg without an entry of its own.
+    void misbehave(const QString& leg, const Misbehaviour& misbehaviour);
+
+    /// How often the leg's search page has been loaded.
+    int looks(const QString& leg) const { return m_looks.value(leg); }
+    const Counters& counters() const { return m_counters; }
+
+    /// What has to survive a restart, and whether it has changed since the last call of state().
+    QJsonObject state();
+    bool stateChanged() const { return m_stateChanged; }
+    void restore(const QJsonObject& state);
+
+private:
+    HttpResponse searchPage(const HttpRequest& request, const std::optional<Leg>& leg);
+    HttpResponse offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award);
+    Misbehaviour misbehaviourAt(const Leg& leg) const;
+    void setVisitorCookies(HttpResponse& response, const HttpRequest& request) const;
+
+    const Options& m_options;
+    const Origins& m_origins;
+    Inventory m_inventory;
+    QMap<QString, Misbehaviour> m_misbehaviours;
+    QMap<QString, int> m_looks;
+    Counters m_counters;
+    bool m_stateChanged = false;
+};
+
+} // namespace standin

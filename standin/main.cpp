@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "standin/Leg.h"
+#include "standin/StandIn.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+using standin::Misbehaviour;
+using standin::Options;
+
+struct Wish {
+    Options options;
+    QList<std::pair<QString, Misbehaviour>> misbehaviours;
+};
+
+// Reads a number in a range, or says in `error` what is wrong with it.
+template<typename Number>
+void readNumber(const QCommandLineParser& line, const char* name, qulonglong most, Number& into,
+                QString& error) {
+    const QString option = QLatin1String(name);
+    if (!line.isSet(option))
+        return;
+    bool ok = false;
+    const qulonglong value = line.value(option).toULongLong(&ok);
+    if (!ok || value > most)
+        error = QStringLiteral("--%1 takes a number from 0 to %2, not \"%3\"")
+                    .arg(option, QString::number(most), line.value(option));
+    else
+        into = Number(value);
+}
+
+void addOptions(QCommandLineParser& line) {
+    line.setApplicationDescription(
+        QStringLiteral("A stand-in for the airline's web site, on this machine only."));
+    line.addHelpOption();
+    line.addVersionOption();
+    const QString milliseconds = QStringLiteral("ms");
+    line.addOptions(
+        {{QStringLiteral("port"), QStringLiteral("Listens on this port (default: a free one)."),
+          QStringLiteral("n")},
+         {QStringLiteral("seed"), QStringLiteral("Another timetable and other seats (default 1)."),
+          QStringLiteral("n")},
+         {QStringLiteral("page-delay"),
+          QStringLiteral("From a page's load to its offer request (default 150)."), milliseconds},
+         {QStringLiteral("response-bytes"),
+          QStringLiteral("Pads offer answers to about this size."), QStringLiteral("n")},
+         {QStringLiteral("state"),
+          QStringLiteral("Keeps in this file how often each leg was looked at, for the next run."),
+          QStringLiteral("file")},
+         {QStringLiteral("misbehave"),
+          QStringLiteral("Misbehaves at a leg such as OSL-BKK-20270301, or at every one (*). "
+                         "Kinds: %1; slow takes milliseconds, as in *=slow:500. Repeatable.")
+              .arg(Misbehaviour::words().join(QStringLiteral(", "))),
+          QStringLiteral("leg=kind")}});
+}
+
+QString readMisbehaviours(const QCommandLineParser& line, Wish& wish) {
+    const QStringList values = line.values(QStringLiteral("misbehave"));
+    for (const QString& value : values) {
+        const QString leg = value.section(u'=', 0, 0).toUpper();
+        const auto kind = Misbehaviour::of(value.section(u'=', 1));
+        if (!kind || (leg != u"*" && !standin::Leg::fromKey(leg)))
+            return QStringLiteral("--misbehave takes LEG=KIND, such as OSL-BKK-20270301=never, "
+                                  "not \"%1\"")
+                .arg(value);
+        wish.misbehaviours.append({leg, *kind});
+    }
+    return {};
+}
+
+// The first error of the command line, empty when there is none.
+QString readWish(const QCommandLineParser& line, Wish& wish) {
+    if (!line.positionalArguments().isEmpty())
+        return QStringLiteral("unexpected argument \"%1\"").arg(line.positionalArguments().first());
+    QString error;
+    qulonglong delay = qulonglong(wish.options.pageDelay.count());
+    readNumber(line, "port", 65'535, wish.options.port, error);
+    readNumber(line, "seed", std::numeric_limits<quint64>::max(), wish.options.seed, error);
+    readNumber(line, "page-delay", 600'000, delay, error);
+    readNumber(line, "response-bytes", 100'000'000, wish.options.responseBytes, error);
+    wish.options.pageDelay = std::chrono::milliseconds(delay);
+    wish.options.stateFile = line.value(QStringLiteral("state"));
+    return error.isEmpty() ? readMisbehaviours(line, wish) : error;
+}
+
+int complain(const QString& error) {
+    std::fprintf(stderr, "tindra-standin: %s\n", qUtf8Printable(error));
+    return 2;
+}
+
+void printAddresses(const standin::StandIn& site) {
+    std::printf("# The stand-in site is at %s/\n"
+                "# Start Tindra with these settings in its environment:\n"
+                "export TINDRA_SITE_ORIGIN=%s\n"
+                "export TINDRA_SITE_DOMAIN=%s\n"
+                "export TINDRA_IDP_HOST=%s\n"
+                "export TINDRA_IDP_DOMAIN=%s\n",
+                qUtf8Printable(site.siteOrigin()), qUtf8Printable(site.siteOrigin()),
+                qUtf8Printable(site.siteDomain()), qUtf8Printable(site.idpHost()),
+                qUtf8Printable(site.idpDomain()));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    app.setApplicationName(QStringLiteral("tindra-standin"));
+    app.setApplicationVersion(QStringLiteral(TINDRA_VERSION));
+
+    QCommandLineParser line;
+    addOptions(line);
+    if (!line.parse(app.arguments()))
+        return complain(line.errorText());
+    if (line.isSet(QStringLiteral("help")))
+        line.showHelp();
+    if (line.isSet(QStringLiteral("version")))
+        line.showVersion();
+    Wish wish;
+    if (const QString error = readWish(line, wish); !error.isEmpty())
+        return complain(error);
+
+    // Blocked before the server's thread exists, so that only sigwait() below gets them.
+    sigset_t endings;
+    sigemptyset(&endings);
+    sigaddset(&endings, SIGINT);
+    sigaddset(&endings, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &endings, nullptr);
+
+    standin::StandIn site(wish.options);
+    for (const auto& [leg, misbehaviour] : wish.misbehaviours)
+        site.misbehave(leg, misbehaviour);
+    if (const auto error = site.start()) {
+        std::fprintf(stderr, "tindra-standin: %s\n", qUtf8Printable(*error));
+        return 1;
+    }
+    printAddresses(site);
+    int signal = 0;
+    sigwait(&endings, &signal);
+    site.stop();
+    return 0;
+}
