@@ -72,23 +72,25 @@ QCoro::Task<> SASEngine::verify() {
     m_state.setLoginStatus(SASLoginStatus::checking());
     if (m_keeper)
         co_await m_keeper->restoreCookiesIfNeeded();
-    if (!self || co_await confirm() || !self)
+    if (!self)
+        co_return;
+    bool confirmed = co_await confirm();
+    if (!self || confirmed)
         co_return;
     if (m_keeper) {
         const bool silently = co_await m_keeper->silentSSORefresh(renewalSteps);
+        if (self && silently)
+            confirmed = co_await confirm();
         if (!self)
             co_return;
-        if (silently) {
-            const bool confirmed = co_await confirm();
-            if (!self)
-                co_return;
-            if (confirmed) {
-                m_state.lastSessionRefresh = m_clock.ticks();
-                co_return;
-            }
+        if (confirmed) {
+            m_state.lastSessionRefresh = m_clock.ticks();
+            co_return;
         }
         const bool signedIn = co_await m_keeper->attemptAutoLogin();
-        if (!self || (signedIn && co_await confirm()) || !self)
+        if (self && signedIn)
+            confirmed = co_await confirm();
+        if (!self || confirmed)
             co_return;
     }
     co_await reportLoggedOut();

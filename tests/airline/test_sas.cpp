@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "airline/PageScripts.h"
+#include "airline/SAS.h"
+#include "core/Err.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestSAS : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pages() {
+        const Site site{u"http://site.localhost:8080"_s, {}, {}, {}};
+        const QString page = u"http://site.localhost:8080/book/flights/"
+                             u"?search=OW_OSL-BKK-20270301_a1c0i0y0&view=upsell&bookingFlow=points"
+                             u"&sortBy=rec,rec&filterBy=all,all"_s;
+        QCOMPARE(SAS::bookingURL(site, u"osl"_s, u"bkk"_s, u"2027-03-01"_s), page);
+        QCOMPARE(SAS::bookingURL(site, u"OSL"_s, u"BKK"_s, u"20270301"_s), page);
+        QCOMPARE(SAS::bookingURL(site, u"OSL"_s, u""_s, u"20270301"_s), u""_s);
+        // A code from a response is not trusted to be one.
+        QVERIFY(SAS::bookingURL(site, u"O \"<"_s, u"BKK"_s, u"20270301"_s)
+                    .contains(u"O%20%22%3C-BKK"_s));
+        QCOMPARE(SAS::awardURL(site, u"osl"_s, u"ewr"_s, u"2027-03-01"_s),
+                 u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=EWR"
+                 u"&outboundDate=2027-03-01&adults=1"_s);
+    }
+
+    void requestsOfALeg_data() {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<bool>("ordinary");
+        QTest::addColumn<bool>("award");
+        QTest::newRow("ordinary") << u"?from=OSL&to=BKK&outDate=20270301"_s << true << false;
+        QTest::newRow("any case") << u"?From=osl&TO=bkk&outDate=2027-03-01&x=1"_s << true << false;
+        QTest::newRow("award") << u"?origin=OSL&destination=BKK&outboundDate=2027-03-01"_s << false
+                               << true;
+        QTest::newRow("other date") << u"?from=OSL&to=BKK&outDate=20270302"_s << false << false;
+        QTest::newRow("other way") << u"?from=BKK&to=OSL&outDate=20270301"_s << false << false;
+        QTest::newRow("no date") << u"?from=OSL&to=BKK"_s << false << false;
+        QTest::newRow("the last counts")
+            << u"?from=OSL&to=BKK&outDate=20270301&OUTDATE=20270302"_s << false << false;
+        QTest::newRow("encoded") << u"?from=%4FSL&to=BKK&outDate=2027%2D03%2D01"_s << true << false;
+        QTest::newRow("no query") << u""_s << false << false;
+    }
+    void requestsOfALeg() {
+        QFETCH(QString, query);
+        QFETCH(bool, ordinary);
+        QFETCH(bool, award);
+        const QStringList prefixes{u"/api/offers/flights"_s,
+                                   u"https://www.example.no/award-api/flights"_s};
+        for (const QString& prefix : prefixes) {
+            QCOMPARE(SAS::offersURLMatches(prefix + query, u"OSL"_s, u"bkk"_s, u"20270301"_s),
+                     ordinary);
+            QCOMPARE(SAS::awardURLMatches(prefix + query, u"OSL"_s, u"bkk"_s, u"2027-03-01"_s),
+                     award);
+        }
+    }
+
+    void windows() {
+        const auto dates = SAS::expandDates(u"2027-03-30"_s, u"2027-04-02"_s, 60);
+        QCOMPARE(dates, QStringList({u"20270330"_s, u"20270331"_s, u"20270401"_s, u"20270402"_s}));
+        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"2027-04-02"_s, 2), dates.first(2));
+        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"2027-03-01"_s, 60), dates.first(1));
+        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"soon"_s, 60), dates.first(1));
+        QCOMPARE(SAS::expandDates(u"2028-02-28"_s, u"2028-03-01"_s, 60).size(), 3);
+        QVERIFY(SAS::expandDates(u""_s, u"2027-04-02"_s, 60).isEmpty());
+        QVERIFY(SAS::expandDates(u"2027-02-30"_s, u"2027-04-02"_s, 60).isEmpty());
+        QCOMPARE(SAS::dashedDate(u"20270330"_s), u"2027-03-30"_s);
+        QCOMPARE(SAS::dashedDate(u"2027"_s), u"2027"_s);
+    }
+
+    void travelTimes_data() {
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QString>("connection");
+        QTest::addColumn<int>("minutes");
+        const QString start = u"2027-03-01T10:15:00.000Z"_s;
+        QTest::newRow("instants") << start << u"2027-03-01T23:20:59.999Z"_s << u"1:00"_s << 785;
+        QTest::newRow("zone") << start << u"2027-03-01T12:15:00.000+01:00"_s << u""_s << 60;
+        QTest::newRow("no fraction") << start << u"2027-03-01T23:20:00Z"_s << u"1:00"_s << 60;
+        QTest::newRow("no zone") << start << u"2027-03-01T23:20:00.000"_s << u""_s << 0;
+        QTest::newRow("two days") << start << u"2027-03-03T10:15:00.000Z"_s << u""_s << 0;
+        QTest::newRow("just less") << start << u"2027-03-03T10:14:00.000Z"_s << u""_s << 2879;
+        QTest::newRow("backwards") << start << u"2027-03-01T09:00:00.000Z"_s << u"13:05"_s << 785;
+        QTest::newRow("connection") << u""_s << u""_s << u"13:05"_s << 785;
+        QTest::newRow("one number") << u""_s << u""_s << u"13:x"_s << 0;
+        QTest::newRow("too long") << u""_s << u""_s << u"48:00"_s << 0;
+    }
+    void travelTimes() {
+        QFETCH(QString, start);
+        QFETCH(QString, end);
+        QFETCH(QString, connection);
+        QFETCH(int, minutes);
+        const auto present = [](const QString& text) {
+            return text.isEmpty() ? std::nullopt : std::optional(text);
+        };
+        QCOMPARE(SAS::durationMinutes(present(start), present(end), present(connection)), minutes);
+    }
+
+    void whatSatisfies() {
+        Fare fare;
+        fare.numberOfStops = 1;
+        fare.availability = {{u"economy"_s, 0}, {u"premeco"_s, 1}, {u"business"_s, 3}};
+        const CabinSet all{u"economy"_s, u"premeco"_s, u"business"_s, u"first"_s, u"galley"_s};
+        using Seats = QMap<QString, int>;
+        QCOMPARE(SAS::matchingCabins(fare, all, 0, 1),
+                 (Seats{{u"premeco"_s, 1}, {u"business"_s, 3}}));
+        QCOMPARE(SAS::matchingCabins(fare, all, 2, 1), (Seats{{u"business"_s, 3}}));
+        QCOMPARE(SAS::matchingCabins(fare, {u"premeco"_s}, 2, 1), Seats());
+        QCOMPARE(SAS::matchingCabins(fare, all, 1, 0), Seats());
+    }
+
+    void theHubStandsInForLongHaul() {
+        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"BKK"_s, false).text(), u"CPH-BKK"_s);
+        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"BKK"_s, true).text(), u"OSL-BKK"_s);
+        QCOMPARE(SAS::searchedPair(u"CPH"_s, u"BKK"_s, false).text(), u"CPH-BKK"_s);
+        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"EWR"_s, false).text(), u"OSL-EWR"_s);
+    }
+
+    void otherSites() {
+        QProcessEnvironment environment;
+        QCOMPARE(Site::fromEnvironment(environment), Site());
+        environment.insert(u"TINDRA_SITE_ORIGIN"_s, u"http://site.localhost:8080/"_s);
+        environment.insert(u"TINDRA_IDP_HOST"_s, u"id.localhost"_s);
+        environment.insert(u"TINDRA_IDP_DOMAIN"_s, u""_s);
+        const Site site = Site::fromEnvironment(environment);
+        QCOMPARE(site.origin, u"http://site.localhost:8080"_s);
+        QCOMPARE(site.domain, Site().domain);
+        QCOMPARE(site.identityHost, u"id.localhost"_s);
+        QCOMPARE(site.identityDomain, Site().identityDomain);
+        for (const QString& wrong : {u"site.localhost"_s, u"ftp://a.b"_s, u"https://"_s}) {
+            environment.insert(u"TINDRA_SITE_ORIGIN"_s, wrong);
+            QVERIFY_EXCEPTION_THROWN(Site::fromEnvironment(environment), Err);
+        }
+    }
+
+    void anyTextBecomesALiteral() {
+        QCOMPARE(PageScripts::jsString(u"a\"b\\c\nd\u2028é🛫</script>"_s),
+                 u"\"a\\\"b\\\\c\\nd\u2028é🛫</script>\""_s);
+        QCOMPARE(PageScripts::jsString(u""_s), u"\"\""_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSAS)
+#include "test_sas.moc"
