@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "standin/Counters.h"
 #include "standin/HttpServer.h"
 #include "standin/Inventory.h"
 #include "standin/Misbehaviour.h"
@@ -15,12 +16,6 @@ namespace standin {
 /// The airline's own host: start page, the two search pages and the two offer endpoints.
 class Site {
 public:
-    struct Counters {
-        int searchPages = 0; ///< search pages shown with their script
-        int offers = 0;      ///< answered requests for the page's own leg, both endpoints
-        int calendar = 0;    ///< answered requests for neighbouring days
-    };
-
     Site(const Options& options, const Origins& origins);
 
     HttpResponse answer(const HttpRequest& request);

@@ -2,6 +2,7 @@
 #include "standin/StandIn.h"
 
 #include "standin/Ads.h"
+#include "standin/Site.h"
 #include "standin/StateFile.h"
 
 #include <deque>
@@ -109,7 +110,7 @@ int StandIn::looks(const QString& leg) const {
     return d->site.looks(leg);
 }
 
-Site::Counters StandIn::counters() const {
+Counters StandIn::counters() const {
     const std::scoped_lock lock(d->mutex);
     return d->site.counters();
 }

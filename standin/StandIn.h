@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "standin/Counters.h"
 #include "standin/Misbehaviour.h"
 #include "standin/Options.h"
-#include "standin/Site.h"
 
 #include <QString>
 #include <QStringList>
@@ -46,7 +46,7 @@ public:
 
     /// How often the search page of a leg ("OSL-BKK-20270301") has been loaded.
     int looks(const QString& leg) const;
-    Site::Counters counters() const;
+    Counters counters() const;
 
 private:
     struct Private;

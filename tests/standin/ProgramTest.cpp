@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+
+class ProgramTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wrongCommandLines_data();
+    void wrongCommandLines();
+    void saysWhereItIsAndEndsOrderly();
+};
+
+void ProgramTest::wrongCommandLines_data() {
+    QTest::addColumn<QStringList>("arguments");
+    for (const char* line :
+         {"--port=65536", "--port=x", "--seed=-1", "--page-delay=", "--frobnicate",
+          "--misbehave=OSL-BKK-20270301", "--misbehave=OSL-BKK=never", "extra"})
+        QTest::newRow(line) << QStringList{QLatin1String(line)};
+}
+
+void ProgramTest::wrongCommandLines() {
+    QFETCH(QStringList, arguments);
+    QProcess program;
+    program.start(QStringLiteral(STANDIN_PROGRAM), arguments);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 2);
+    QCOMPARE(program.readAllStandardError().count('\n'), 1);
+    QVERIFY(program.readAllStandardOutput().isEmpty());
+}
+
+void ProgramTest::saysWhereItIsAndEndsOrderly() {
+    QProcess program;
+    program.start(QStringLiteral(STANDIN_PROGRAM),
+                  {QStringLiteral("--misbehave=*=slow:10"), QStringLiteral("--seed=3")});
+    QByteArray output;
+    while (!output.contains("IDP_DOMAIN") && program.waitForReadyRead(10'000))
+        output += program.readAllStandardOutput();
+    static const QRegularExpression origin(
+        QStringLiteral("export TINDRA_SITE_ORIGIN=http://site\\.localhost:\\d+\n"));
+    QVERIFY(origin.match(QString::fromUtf8(output)).hasMatch());
+    program.terminate();
+    QVERIFY(program.waitForFinished(5000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+}
+
+QTEST_GUILESS_MAIN(ProgramTest)
+#include "ProgramTest.moc"
