@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "app/CommandLine.h"
+
+#include "core/Err.h"
+
+using namespace Qt::StringLiterals;
+
+CommandLine CommandLine::parse(const QStringList& arguments) {
+    CommandLine line;
+    if (arguments.isEmpty())
+        throw Err{u"Si hva Tindra skal gjøre, for eksempel «tindra hunt --demo --once». "
+                  u"«tindra --help» viser alt."_s};
+    // Help is given wherever it is asked for.
+    if (arguments.contains(u"--help"_s) || arguments.contains(u"-h"_s))
+        return line;
+    if (arguments.first() == u"--version") {
+        line.command = Command::version;
+        return line;
+    }
+    if (arguments.first() != u"hunt")
+        throw Err{
+            u"Ukjent kommando «%1». «tindra --help» viser kommandoene."_s.arg(arguments.first())};
+    line.command = Command::hunt;
+    for (const QString& option : arguments.sliced(1)) {
+        if (option == u"--once")
+            line.once = true;
+        else if (option == u"--json")
+            line.json = true;
+        else if (option == u"--demo")
+            line.demo = true;
+        else
+            throw Err{u"Ukjent valg «%1» for «tindra hunt». «tindra --help» viser valgene."_s.arg(
+                option)};
+    }
+    return line;
+}
+
+QString CommandLine::helpText() {
+    return uR"(Tindra ser etter bonusplasser på reisene du overvåker, og sier fra når de dukker opp.
+
+Bruk:
+  tindra hunt [--once] [--json] [--demo]
+  tindra --help | --version
+
+hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for hvert intervall,
+           til den avbrytes. Det som skjer underveis, skrives til standard feil.
+  --once   Én runde, og så slutt.
+  --json   Skriver resultatet av hver runde som ett JSON-objekt.
+  --demo   Bruker et innebygd liksom-flyselskap, tre ferdige overvåkere og en egen datamappe.
+           Dine egne data røres ikke.
+
+Sluttkode: 0 runden er ferdig, 2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS,
+1 Tindra kunne ikke starte.
+
+Miljø: TINDRA_SITE_ORIGIN, TINDRA_SITE_DOMAIN, TINDRA_IDP_HOST og TINDRA_IDP_DOMAIN peker Tindra
+mot et annet nettsted enn SAS, for eksempel tindra-standin.
+)"_s;
+}

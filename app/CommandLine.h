@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What the user asked for on the command line.
+struct CommandLine {
+    enum class Command { help, version, hunt };
+
+    Command command = Command::help;
+    /// One round instead of the loop.
+    bool once = false;
+    /// Results as JSON on standard output.
+    bool json = false;
+    /// The stand-in airline and a data folder of its own.
+    bool demo = false;
+
+    bool operator==(const CommandLine&) const = default;
+
+    /// `arguments` without the program's name. Throws Err with one Norwegian line when they make
+    /// no sense.
+    static CommandLine parse(const QStringList& arguments);
+    static QString helpText();
+};

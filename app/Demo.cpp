@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "app/Demo.h"
+
+#include "core/Database.h"
+#include "core/DateFmt.h"
+#include "core/Err.h"
+#include "standin/StandIn.h"
+
+using namespace Qt::StringLiterals;
+
+struct Demo::Private {
+    explicit Private(standin::Options options) : airline(std::move(options)) {}
+    standin::StandIn airline;
+};
+
+Demo::Demo(const QString& folder) {
+    standin::Options options;
+    options.stateFile = folder + u"/standin.json"_s;
+    d = std::make_unique<Private>(std::move(options));
+    if (const auto error = d->airline.start())
+        throw Err{u"Demoens flyselskap kunne ikke starte: "_s + *error};
+}
+
+Demo::~Demo() = default;
+
+Site Demo::site() const {
+    return {d->airline.siteOrigin(), d->airline.siteDomain(), d->airline.idpHost(),
+            d->airline.idpDomain()};
+}
+
+void Demo::seedWatchers(Database& database, QDate today) {
+    if (!database.listSearches().isEmpty())
+        return;
+    for (const Search& watcher : watchers(today))
+        database.addSearch(watcher);
+}
+
+QList<Search> Demo::watchers(QDate today) {
+    const auto day = [today](int days) { return DateFmt::iso(today.addDays(days)); };
+    Search bangkok;
+    bangkok.name = u"Bangkok i business"_s;
+    bangkok.origin = u"OSL"_s;
+    bangkok.destination = u"BKK"_s;
+    bangkok.dateFrom = day(60);
+    bangkok.dateTo = day(65);
+    bangkok.returnDateFrom = day(74);
+    bangkok.returnDateTo = day(77);
+
+    Search newYork;
+    newYork.name = u"New York med partnere"_s;
+    newYork.origin = u"OSL, BGO"_s;
+    newYork.destination = u"EWR"_s;
+    newYork.cabins = {u"business"_s, u"premeco"_s};
+    newYork.dateFrom = day(40);
+    newYork.dateTo = day(43);
+    newYork.includePartners = true;
+
+    Search london;
+    london.origin = u"OSL"_s;
+    london.destination = u"LHR"_s;
+    london.cabins = {u"economy"_s};
+    london.minSeats = 2;
+    london.maxStops = 0;
+    london.dateFrom = day(25);
+    london.dateTo = day(30);
+    return {bangkok, newYork, london};
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "app/Hunt.h"
+
+#include "core/Cabin.h"
+#include "core/Database.h"
+#include "platform/NotificationCenter.h"
+#include "polling/Worker.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto notificationPatience = 5s;
+constexpr double usualIntervalMinutes = 10;
+
+} // namespace
+
+Hunt::Hunt(Database& database, LegFetcher& fetcher, Worker& worker,
+           NotificationCenter& notifications, Clock& clock, bool json, Output output)
+    : m_database(database)
+    , m_fetcher(fetcher)
+    , m_worker(worker)
+    , m_notifications(notifications)
+    , m_clock(clock)
+    , m_json(json)
+    , m_output(std::move(output)) {
+    connect(&worker, &Worker::changed, this, &Hunt::showStatus);
+    connect(&worker, &Worker::matchFound, this, [this](const Match& match) {
+        m_found.append(match);
+        m_output.progress(u"  ✈ %1 %2, %3 %4"_s.arg(
+            match.travelDate, match.route, QString::number(match.seats), cabinLabel(match.cabin)));
+    });
+    connect(&worker, &Worker::soldOut, this, [this](const Match& record) {
+        m_soldOut.append(record);
+        m_output.progress(u"  ✗ utsolgt: "_s + record.route);
+    });
+}
+
+QCoro::Task<int> Hunt::once() {
+    const QPointer self(this);
+    sayWhatIsMissing();
+    const PollSummary summary = co_await m_worker.pollOnce();
+    if (!self)
+        co_return cannotStart;
+    write(takeReport(summary));
+    co_await notificationsTaken();
+    if (!self)
+        co_return cannotStart;
+    if (m_fetcher.loginStatus().isLoggedOut()) {
+        m_output.progress(u"Utlogget hos SAS: rundene får ingen data før du har logget inn."_s);
+        co_return signedOut;
+    }
+    co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+}
+
+void Hunt::start() {
+    sayWhatIsMissing();
+    connect(&m_worker, &Worker::roundEnded, this,
+            [this](const PollSummary& summary) { write(takeReport(summary)); });
+    m_worker.startTimer(usualIntervalMinutes);
+}
+
+void Hunt::stop() {
+    m_worker.stopTimer();
+}
+
+void Hunt::sayWhatIsMissing() {
+    if (const auto& problem = m_database.problem())
+        m_output.progress(*problem);
+    const auto searches = m_database.listSearches();
+    if (std::none_of(searches.begin(), searches.end(),
+                     [](const Search& search) { return search.enabled; }))
+        m_output.progress(
+            u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
+}
+
+void Hunt::showStatus() {
+    if (!m_worker.isRunning() || m_worker.statusText().isEmpty())
+        return;
+    const auto [done, total] = m_worker.progress();
+    QString status = u"[%1/%2] %3"_s.arg(done + 1).arg(total).arg(m_worker.statusText());
+    if (m_worker.lookupDone() > 0)
+        status += u" (%1 av %2)"_s.arg(m_worker.lookupDone()).arg(m_worker.lookupTotal());
+    if (std::exchange(m_shownStatus, status) != status)
+        m_output.progress(status);
+}
+
+HuntReport Hunt::takeReport(const PollSummary& summary) {
+    return {summary, std::exchange(m_found, {}), std::exchange(m_soldOut, {})};
+}
+
+void Hunt::write(const HuntReport& report) {
+    m_output.result(m_json ? report.toJson() : report.toText().toUtf8());
+}
+
+/// The desktop would never see a notification that is still on its way when the program ends.
+QCoro::Task<> Hunt::notificationsTaken() {
+    if (m_notifications.pending() == 0)
+        co_return;
+    const OneShot<bool> taken;
+    connect(&m_notifications, &NotificationCenter::settled, this, [taken] { taken.resolve(true); });
+    const auto timer = m_clock.after(notificationPatience, [taken] { taken.resolve(false); });
+    co_await taken;
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/HuntReport.h"
+
+#include <QCoroTask>
+#include <QObject>
+
+#include <functional>
+
+class Clock;
+class Database;
+class LegFetcher;
+class NotificationCenter;
+class Worker;
+
+/// `tindra hunt`: poll rounds on the command line, without a window.
+class Hunt : public QObject {
+    Q_OBJECT
+public:
+    /// Exit codes of the program.
+    enum ExitCode {
+        roundEnded = 0,
+        cannotStart = 1,
+        wrongUsage = 2,
+        watcherFailed = 3,
+        signedOut = 4
+    };
+
+    struct Output {
+        /// A result, for standard output.
+        std::function<void(const QByteArray&)> result;
+        /// Something on the way, for standard error.
+        std::function<void(const QString&)> progress;
+    };
+
+    /// Everything must outlive the hunt. `json` selects how results are written.
+    Hunt(Database& database, LegFetcher& fetcher, Worker& worker, NotificationCenter& notifications,
+         Clock& clock, bool json, Output output);
+
+    /// One round; the answer is the program's exit code.
+    QCoro::Task<int> once();
+    /// Rounds until `stop`.
+    void start();
+    void stop();
+
+private:
+    void showStatus();
+    void write(const HuntReport& report);
+    HuntReport takeReport(const PollSummary& summary);
+    void sayWhatIsMissing();
+    QCoro::Task<> notificationsTaken();
+
+    Database& m_database;
+    LegFetcher& m_fetcher;
+    Worker& m_worker;
+    NotificationCenter& m_notifications;
+    Clock& m_clock;
+    bool m_json;
+    Output m_output;
+    QString m_shownStatus;
+    QList<Match> m_found;
+    QList<Match> m_soldOut;
+};
