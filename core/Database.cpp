@@ -149,12 +149,13 @@ void Database::markChecked(qint64 id, int found) {
                 found, id);
 }
 
-void Database::recordMatch(const Match& m) {
+qint64 Database::recordMatch(const Match& m) {
     static const QByteArray sql = QByteArray("INSERT INTO matches (") + matchColumns +
                                   ") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
     m_db.change(sql.constData(), m.searchId, m.key, m.route, m.fromCity, m.toCity, m.depart,
                 m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points, m.travelDate,
                 m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
+    return m_db.changes() > 0 ? m_db.lastInsertId() : 0;
 }
 
 QList<Match> Database::recentMatches(int limit) {

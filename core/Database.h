@@ -58,8 +58,8 @@ public:
     /// Notes that a check of the watcher ended now and found `found` offers.
     void markChecked(qint64 id, int found);
 
-    /// Stores an offer under a new id.
-    void recordMatch(const Match& match);
+    /// Stores an offer under a new id and returns that; 0 when it could not be stored.
+    qint64 recordMatch(const Match& match);
     /// The newest offers first; those whose travel date is past are left out.
     QList<Match> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.

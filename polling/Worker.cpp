@@ -246,7 +246,7 @@ QCoro::Task<> Worker::matchFares(Search watcher, Lookup lookup, PollSummary& sum
             if (next)
                 news.append(std::move(*next));
         }
-        storeAndAnnounce(watcher, news, summary, found);
+        storeAndAnnounce(watcher, std::move(news), summary, found);
         co_await nextTurn();
         if (!self)
             co_return;
@@ -256,21 +256,21 @@ QCoro::Task<> Worker::matchFares(Search watcher, Lookup lookup, PollSummary& sum
 }
 
 /// First on the disk, then said: what was announced is never announced again after a crash.
-void Worker::storeAndAnnounce(const Search& watcher, const QList<FareNews>& news,
-                              PollSummary& summary, QList<Match>& found) {
+void Worker::storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
+                              QList<Match>& found) {
     if (news.isEmpty())
         return;
     m_database.transaction([&] {
-        for (const FareNews& one : news) {
-            for (const Match& match : one.found)
-                m_database.recordMatch(match);
+        for (FareNews& one : news) {
+            for (Match& match : one.found)
+                match.id = m_database.recordMatch(match);
             if (one.soldOut)
-                m_database.recordMatch(*one.soldOut);
+                one.soldOut->id = m_database.recordMatch(*one.soldOut);
             if (one.seen)
                 m_database.upsertSeen(watcher.id, one.key, one.seen->cabins, one.seen->label);
         }
     });
-    for (const FareNews& one : news) {
+    for (const FareNews& one : std::as_const(news)) {
         for (const Match& match : one.found) {
             ++summary.newAlerts;
             m_notifier.notifyNewFare(match);

@@ -84,7 +84,7 @@ private:
     QCoro::Task<> readBodies(FetchedLegs fetched, bool award, Lookup& lookup, qsizetype& noData);
     QCoro::Task<> matchFares(Search watcher, Lookup lookup, PollSummary& summary,
                              QList<Match>& found);
-    void storeAndAnnounce(const Search& watcher, const QList<FareNews>& news, PollSummary& summary,
+    void storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
                           QList<Match>& found);
     QList<Leg> takeTurn(const Search& watcher, const QList<Leg>& legs);
     void noteProgress(const QString& displayName, const QString& label, const QString& date);

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "core/Database.h"
+#include "polling/Notifier.h"
+#include "tests/support/FakeNotificationCenter.h"
+#include "tests/support/ManualClock.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestNotifier : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        Database database{dir.path(), clock};
+        FakeNotificationCenter center;
+        Notifier notifier{database, center, clock};
+    };
+
+    static Match offer() {
+        Match match;
+        match.key = u"2027-03-14-OSL-BKK-SK1467"_s;
+        match.fromCity = u"Oslo"_s;
+        match.toCity = u"Bangkok"_s;
+        match.cabin = u"business"_s;
+        match.seats = 2;
+        match.points = 75000;
+        match.depart = u"14.03 09:05"_s;
+        match.arrive = u"15.03 06:10"_s;
+        match.stopsText = u"1 stopp (CPH)"_s;
+        return match;
+    }
+
+private Q_SLOTS:
+    void texts() {
+        World world;
+        world.notifier.notifyNewFare(offer());
+        const QString description = u"Business · 2 seter · 75\u00a0000 poeng\n"
+                                    u"14.03 09:05 → 15.03 06:10 · 1 stopp (CPH)"_s;
+        QCOMPARE(
+            world.center.posted.last(),
+            (FakeNotificationCenter::Posted{u"✈️ Ny bonusreise: Oslo → Bangkok"_s, description}));
+
+        world.notifier.notifyCommunityFare(offer());
+        QCOMPARE(world.center.posted.last(),
+                 (FakeNotificationCenter::Posted{
+                     u"👥 Fellesskapet fant: Oslo → Bangkok"_s,
+                     description + u" — book raskt, plassene forsvinner fort"_s}));
+
+        world.notifier.notifySoldOut(u"OSL-BKK 2025-03-01 · SK1467,TG955"_s,
+                                     {u"economy"_s, u"business"_s, u"PREMIUM"_s});
+        QCOMPARE(
+            world.center.posted.last(),
+            (FakeNotificationCenter::Posted{
+                u"🔴 Utsolgt"_s, u"OSL-BKK 2025-03-01 · SK1467,TG955\n"
+                                 u"Business, PREMIUM, Økonomi er ikke lenger tilgjengelig"_s}));
+
+        Match cheap = offer();
+        cheap.cabin = u"economy"_s;
+        cheap.points = 0;
+        cheap.seats = 4;
+        world.notifier.notifyNewFare(cheap);
+        QCOMPARE(world.center.posted.last().body.section(u'\n', 0, 0), u"Økonomi · 4 seter"_s);
+    }
+
+    void repeats() {
+        World world;
+        world.notifier.notifyNewFare(offer());
+        world.clock.advance(3h - 1ms);
+        world.notifier.notifyNewFare(offer());
+        QCOMPARE(world.center.posted.size(), 1);
+        Match other = offer();
+        other.cabin = u"first"_s;
+        world.notifier.notifyNewFare(other);
+        QCOMPARE(world.center.posted.size(), 2);
+        world.clock.advance(1ms);
+        world.notifier.notifyNewFare(offer());
+        QCOMPARE(world.center.posted.size(), 3);
+        // What is said of others' finds and of sold-out offers is not filtered.
+        for (int i = 0; i < 2; ++i) {
+            world.notifier.notifyCommunityFare(offer());
+            world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+        }
+        QCOMPARE(world.center.posted.size(), 7);
+    }
+
+    void settings() {
+        World world;
+        world.database.set(u"notify_soldout"_s, u"0"_s);
+        world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+        QVERIFY(world.center.posted.isEmpty());
+        world.notifier.notifyNewFare(offer());
+        QCOMPARE(world.center.posted.size(), 1);
+
+        world.database.set(u"native_notify"_s, u"yes"_s);
+        world.database.set(u"notify_soldout"_s, u"1"_s);
+        Match other = offer();
+        other.cabin = u"first"_s;
+        world.notifier.notifyNewFare(other);
+        world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+        world.notifier.notifyCommunityFare(offer());
+        QCOMPARE(world.center.posted.size(), 1);
+        // Switched on again, the filter still remembers what it let pass in silence.
+        world.database.set(u"native_notify"_s, u"1"_s);
+        world.notifier.notifyNewFare(other);
+        QCOMPARE(world.center.posted.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestNotifier)
+#include "test_notifier.moc"

@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: MIT
+#include "airline/SAS.h"
+#include "core/TDLog.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+#include "tests/support/FakeLegFetcher.h"
+#include "tests/support/FakeNotificationCenter.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/Settled.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// An ordinary response with one direct flight and as many business seats as given.
+QByteArray offers(const QString& origin, const QString& destination, const QString& date,
+                  int seats) {
+    return uR"({"outboundFlights":{"a":{"startTimeInLocal":"%1T09:05:00","stops":0,
+        "origin":{"code":"%2"},"destination":{"code":"%3"},
+        "segments":[{"marketingCarrier":{"code":"SK"},"flightNumber":1}],
+        "cabins":{"BUSINESS":{"f":{"products":{"p":{"productName":"BONUS",
+            "price":{"points":50000},"fares":[{"avlSeats":%4}]}}}}}}}})"_s
+        .arg(SAS::dashedDate(date), origin, destination, QString::number(seats))
+        .toUtf8();
+}
+
+PollSummary emptyAt(Instant instant) {
+    PollSummary summary;
+    summary.at = instant;
+    return summary;
+}
+
+} // namespace
+
+class TestWorker : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        Database database{dir.path(), clock};
+        FakeNotificationCenter center;
+        Notifier notifier{database, center, clock};
+        FakeLegFetcher airline;
+        Worker worker{database, airline, notifier, clock, Site{}};
+        QList<Match> ended;
+        int rounds = 0;
+
+        World() {
+            connect(&worker, &Worker::roundEnded, &worker,
+                    [this](const PollSummary&, const QList<Match>& found) {
+                        ++rounds;
+                        ended = found;
+                    });
+        }
+        ~World() { settle(); }
+
+        void add(const QString& destination = u"CPH"_s, const QString& from = u"2027-03-01"_s,
+                 const QString& to = u"2027-03-02"_s) {
+            Search search;
+            search.origin = u"OSL"_s;
+            search.destination = destination;
+            search.dateFrom = from;
+            search.dateTo = to;
+            database.addSearch(search);
+        }
+        /// The airline has this many seats on every leg.
+        void hasSeats(int seats) {
+            airline.answer = [seats](const QString& origin, const QString& destination,
+                                     const QString& date) {
+                return std::optional(offers(origin, destination, date, seats));
+            };
+        }
+        PollSummary round() { return *awaited(worker.pollOnce()); }
+    };
+
+private Q_SLOTS:
+    void fromNewToKnownToSoldOutAndBack() {
+        World world;
+        world.add();
+        world.hasSeats(2);
+        QStringList statuses;
+        connect(&world.worker, &Worker::changed, &world.worker,
+                [&] { statuses.append(world.worker.statusText()); });
+        const PollSummary first = world.round();
+        QCOMPARE(first, (PollSummary{world.clock.now(), 1, 2, 2, 2, 0, {}}));
+        QCOMPARE(Worker::loadSummary(world.database), first);
+        QCOMPARE(world.center.posted.size(), 2);
+        QCOMPARE(world.ended.size(), 2);
+        QCOMPARE(world.database.recentMatches(10).size(), 2);
+        QCOMPARE(world.database.recentMatches(10).last().id, world.ended.first().id);
+        QCOMPARE(world.database.listSearches().first().lastFound, 2);
+        QVERIFY(statuses.contains(u"Sjekker OSL → CPH…"_s));
+        QVERIFY(statuses.contains(u"Sjekker OSL → CPH — OSL→CPH"_s));
+        QCOMPARE(statuses.last(), u""_s);
+        QCOMPARE(world.worker.lookupDone(), 2);
+        QCOMPARE(world.worker.progress(), (Worker::Progress{1, 1}));
+        QVERIFY(!world.worker.isRunning());
+
+        const PollSummary second = world.round();
+        QCOMPARE(second.matches, 2);
+        QCOMPARE(second.newAlerts, 0);
+        QCOMPARE(world.center.posted.size(), 2);
+        QVERIFY(world.ended.isEmpty());
+
+        world.hasSeats(0);
+        QList<std::pair<QString, CabinSet>> gone;
+        connect(&world.worker, &Worker::soldOut, &world.worker,
+                [&](const Match&, const QString& key, const CabinSet& cabins) {
+                    gone.append({key, cabins});
+                });
+        const PollSummary third = world.round();
+        QCOMPARE(third.soldOut, 2);
+        QCOMPARE(world.database.listSearches().first().lastFound, 0);
+        QCOMPARE(gone.first(), std::pair(u"2027-03-01-OSL-CPH-SK1"_s, CabinSet{u"business"_s}));
+        QCOMPARE(world.center.posted.last().title, u"🔴 Utsolgt"_s);
+        QVERIFY(world.database.recentMatches(10).first().soldOut);
+        QCOMPARE(world.round().soldOut, 0);
+
+        world.hasSeats(1);
+        QCOMPARE(world.round().newAlerts, 2);
+    }
+
+    void rotationOver61Legs() {
+        World world;
+        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-04-30"_s);
+        world.hasSeats(0);
+        QCOMPARE(world.round().fetched, 60);
+        QCOMPARE(world.worker.rotationTotal(), 61);
+        QCOMPARE(world.worker.lookupTotal(), 60);
+        QCOMPARE(world.database.get(u"lookup_cursor_1"_s), u"60"_s);
+        world.round();
+        const QStringList dates = world.airline.calls.last().legs.first().dates;
+        QCOMPARE(dates.first(2), QStringList({u"20270430"_s, u"20270301"_s}));
+        QCOMPARE(dates.size(), 60);
+        QCOMPARE(world.database.get(u"lookup_cursor_1"_s), u"59"_s);
+        for (const QString& nonsense : {u"-7"_s, u"x"_s, u"99999999999999999999"_s}) {
+            world.database.set(u"lookup_cursor_1"_s, nonsense);
+            world.round();
+            QCOMPARE(world.airline.calls.last().legs.first().dates.first(), u"20270301"_s);
+        }
+        world.database.set(u"lookup_cursor_1"_s, u"+62"_s);
+        world.round();
+        QCOMPARE(world.airline.calls.last().legs.first().dates.first(), u"20270302"_s);
+    }
+
+    void failuresOfOneWatcherLeaveTheOthers() {
+        World world;
+        world.add(u"CPH"_s, u""_s);
+        world.add(u"LHR"_s);
+        world.add(u"ARN"_s);
+        world.airline.answer = [](const QString& origin, const QString& destination,
+                                  const QString& date) -> std::optional<QByteArray> {
+            if (destination == u"LHR")
+                return date == u"20270301" ? std::nullopt : std::optional<QByteArray>("<html>");
+            return offers(origin, destination, date, 1);
+        };
+        const PollSummary summary = world.round();
+        QCOMPARE(summary.searches, 3);
+        QCOMPARE(summary.newAlerts, 2);
+        QCOMPARE(summary.errors,
+                 QStringList({u"søk 1: SAS-søk krever avreisedato."_s,
+                              u"søk 2: SAS ga ingen data — sjekk EuroBonus-innloggingen "
+                              u"(Innstillinger)."_s}));
+        QVERIFY(world.database.listSearches().first().lastChecked);
+        // An answer without flights is an answer.
+        world.airline.answer = [](const QString&, const QString&, const QString& date) {
+            return date == u"20270301" ? std::nullopt : std::optional<QByteArray>("{}");
+        };
+        QCOMPARE(world.round().errors.size(), 1);
+    }
+
+    void aSessionThatDiesEndsTheRound() {
+        World world;
+        world.add();
+        world.add(u"LHR"_s);
+        world.airline.answer = [&world](const QString&, const QString&, const QString&) {
+            world.airline.status = SASLoginStatus::loggedOut();
+            return std::optional<QByteArray>();
+        };
+        const PollSummary summary = world.round();
+        QCOMPARE(summary.searches, 1);
+        QCOMPARE(summary.errors, QStringList{u"søk 1: Ikke innlogget hos SAS — søkene får ingen "
+                                             u"data. Logg inn via Innstillinger."_s});
+        QCOMPARE(world.rounds, 1);
+    }
+
+    void oneRevivalInHalfAnHour() {
+        World world;
+        world.add();
+        world.hasSeats(1);
+        QFile log(world.dir.path() + u"/ui.log"_s);
+        TDLog::start(log.fileName(), &world.clock);
+        world.airline.status = SASLoginStatus::loggedOut();
+        world.airline.verified = SASLoginStatus::loggedOut();
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(world.round(), emptyAt(world.clock.now()));
+            world.clock.advance(10min - 1ms);
+        }
+        QCOMPARE(world.airline.verifications, 1);
+        QCOMPARE(world.rounds, 0);
+        QVERIFY(!Worker::loadSummary(world.database));
+        world.clock.advance(3ms);
+
+        // Two requests while the session is revived make one round.
+        world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
+        std::optional<PollSummary> early;
+        auto first = world.worker.pollOnce();
+        world.worker.pollOnce().then([&early](PollSummary summary) { early = summary; });
+        QCOMPARE(awaited(std::move(first))->newAlerts, 2);
+        QCOMPARE(early, emptyAt(world.clock.now()));
+        QCOMPARE(world.airline.verifications, 2);
+        QCOMPARE(world.rounds, 1);
+        TDLog::start({}, nullptr);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QCOMPARE(log.readAll().count("worker: utlogget — proever samlet re-innlogging (neste "
+                                     "forsoek om 30 min)\n"),
+                 2);
+
+        world.airline.status = SASLoginStatus::loggedOut();
+        world.worker.forgetRevivalAttempt();
+        world.round();
+        QCOMPARE(world.airline.verifications, 3);
+    }
+
+    void watchersThatGoAwayInTheMiddle_data() {
+        QTest::addColumn<bool>("paused");
+        QTest::newRow("deleted") << false;
+        QTest::newRow("paused") << true;
+    }
+    void watchersThatGoAwayInTheMiddle() {
+        QFETCH(bool, paused);
+        World world;
+        world.add();
+        world.add(u"LHR"_s);
+        world.airline.answer = [&](const QString& origin, const QString& destination,
+                                   const QString& date) {
+            for (const qint64 id : {1, 2})
+                paused ? world.database.toggleSearch(id) : world.database.deleteSearch(id);
+            return std::optional(offers(origin, destination, date, 1));
+        };
+        const PollSummary summary = world.round();
+        QCOMPARE(summary.searches, 1);
+        QCOMPARE(summary.fetched, 0);
+        QCOMPARE(world.worker.lookupDone(), 1);
+        QVERIFY(world.center.posted.isEmpty());
+        QVERIFY(world.database.recentMatches(10).isEmpty());
+        QCOMPARE(world.rounds, 1);
+    }
+
+    void nothingToDoIsNoRound() {
+        World world;
+        world.add();
+        world.database.toggleSearch(1);
+        int stored = 0;
+        connect(&world.worker, &Worker::stored, &world.worker, [&stored] { ++stored; });
+        QCOMPARE(world.round(), emptyAt(world.clock.now()));
+        QCOMPARE(stored, 1);
+        QCOMPARE(world.rounds, 0);
+        QVERIFY(!world.worker.isRunning());
+        QVERIFY(!Worker::loadSummary(world.database));
+    }
+
+    void theLoopKeepsTheStoredInterval() {
+        World world;
+        world.add();
+        world.hasSeats(0);
+        world.worker.startTimer(10);
+        settle();
+        QCOMPARE(world.rounds, 1);
+        world.clock.advance(10min - 1ms);
+        QCOMPARE(world.rounds, 1);
+        world.database.set(u"poll_interval_min"_s, u"0.5"_s);
+        world.clock.advance(1ms);
+        QCOMPARE(world.rounds, 2);
+        world.clock.advance(1min);
+        QCOMPARE(world.rounds, 3);
+        world.database.set(u"poll_interval_min"_s, u"abc"_s);
+        world.clock.advance(1min);
+        QCOMPARE(world.rounds, 4);
+        world.clock.advance(9min);
+        QCOMPARE(world.rounds, 4);
+        world.clock.advance(1min);
+        QCOMPARE(world.rounds, 5);
+        // A restarted loop replaces the old one.
+        world.worker.startTimer(10);
+        settle();
+        QCOMPARE(world.rounds, 6);
+        world.clock.advance(10min);
+        QCOMPARE(world.rounds, 7);
+        world.worker.stopTimer();
+        world.clock.advance(1h);
+        QCOMPARE(world.rounds, 7);
+    }
+
+    void aWorkerThatGoesAwayInTheMiddle() {
+        auto world = std::make_unique<World>();
+        world->add();
+        world->hasSeats(1);
+        auto worker = std::make_unique<Worker>(world->database, world->airline, world->notifier,
+                                               world->clock, Site{});
+        worker->startTimer(10);
+        worker.reset();
+        settle();
+        QVERIFY(world->database.recentMatches(10).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWorker)
+#include "test_worker.moc"
