@@ -5,9 +5,14 @@ namespace standin {
 
 /// What the stand-in site has done since it was created.
 struct Counters {
-    int searchPages = 0; ///< search pages shown with their script
-    int offers = 0;      ///< answered requests for the page's own leg, both endpoints
-    int calendar = 0;    ///< answered requests for neighbouring days
+    int searchPages = 0;       ///< search pages shown with their script
+    int offers = 0;            ///< answered requests for the page's own leg, both endpoints
+    int calendar = 0;          ///< answered requests for neighbouring days
+    int signInPages = 0;       ///< search pages that asked the visitor to sign in instead
+    int passwordSignIns = 0;   ///< right passwords
+    int rejectedPasswords = 0; ///< wrong passwords or user names
+    int silentSignIns = 0;     ///< sign-ins by single sign-on, without a form
+    int forms = 0;             ///< forms shown by the identity provider
 
     bool operator==(const Counters&) const = default;
 };

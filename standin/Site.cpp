@@ -70,8 +70,12 @@ HttpResponse webFont() {
 
 } // namespace
 
-Site::Site(const Options& options, const Origins& origins)
-    : m_options(options), m_origins(origins), m_inventory(options.seed) {}
+Site::Site(const Options& options, const Origins& origins, SiteSignIn& signIn, Counters& counters)
+    : m_options(options)
+    , m_origins(origins)
+    , m_signIn(signIn)
+    , m_counters(counters)
+    , m_inventory(options.seed) {}
 
 HttpResponse Site::answer(const HttpRequest& request) {
     const QString& path = request.path;
@@ -83,12 +87,10 @@ HttpResponse Site::answer(const HttpRequest& request) {
         return offers(request, legOf(request, "from", "to", "outDate"), false);
     if (path == u"/award-api/flights")
         return offers(request, legOf(request, "origin", "destination", "outboundDate"), true);
-    if (path == u"/") {
-        HttpResponse response =
-            page(QStringLiteral("start.html"), {{QStringLiteral("ads"), m_origins.ads}});
-        setVisitorCookies(response, request);
-        return response;
-    }
+    if (path.startsWith(u"/auth/"))
+        return m_signIn.answer(request);
+    if (path == u"/")
+        return htmlPage(request, QStringLiteral("start.html"));
     if (path == u"/assets/sans.woff2")
         return webFont();
     if (path.startsWith(u"/assets/")) {
@@ -101,18 +103,22 @@ HttpResponse Site::answer(const HttpRequest& request) {
 HttpResponse Site::searchPage(const HttpRequest& request, const std::optional<Leg>& leg) {
     if (!leg)
         return page(QStringLiteral("badsearch.html"), {}, 400);
-    const bool mustSignIn = misbehaviourAt(*leg).kind == Kind::SignIn;
-    HttpResponse response;
-    if (mustSignIn) {
-        response = page(QStringLiteral("signin.html"), {{QStringLiteral("ads"), m_origins.ads}});
-    } else {
-        response = page(QStringLiteral("search.html"),
-                        {{QStringLiteral("ads"), m_origins.ads},
-                         {QStringLiteral("delay"), QString::number(m_options.pageDelay.count())}});
-        ++m_looks[leg->key()];
-        ++m_counters.searchPages;
-        m_stateChanged = true;
+    if (!m_signIn.maySeeOffers(request) || misbehaviourAt(*leg).kind == Kind::SignIn) {
+        ++m_counters.signInPages;
+        return htmlPage(request, QStringLiteral("signin.html"));
     }
+    ++m_looks[leg->key()];
+    ++m_counters.searchPages;
+    return htmlPage(request, QStringLiteral("search.html"));
+}
+
+HttpResponse Site::htmlPage(const HttpRequest& request, const QString& name) const {
+    const QString account =
+        m_signIn.isSignedIn(request) ? m_options.signIn.user : QStringLiteral("Logg inn");
+    HttpResponse response =
+        page(name, {{QStringLiteral("ads"), m_origins.ads},
+                    {QStringLiteral("account"), account},
+                    {QStringLiteral("delay"), QString::number(m_options.pageDelay.count())}});
     setVisitorCookies(response, request);
     return response;
 }
@@ -120,6 +126,8 @@ HttpResponse Site::searchPage(const HttpRequest& request, const std::optional<Le
 HttpResponse Site::offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award) {
     if (!leg)
         return json(R"({"error":"invalid search"})", 400);
+    if (!m_signIn.maySeeOffers(request))
+        return json(R"({"error":"not signed in"})", 401);
     const QList<Flight> flights = m_inventory.flights(*leg, std::max(1, looks(leg->key())));
     const HttpResponse good = json(award ? awardAnswer(flights, m_options.responseBytes)
                                          : offersAnswer(flights, m_options.responseBytes));
@@ -150,17 +158,15 @@ void Site::setVisitorCookies(HttpResponse& response, const HttpRequest& request)
                   "Domain=site.localhost; Path=/; Max-Age=7776000");
 }
 
-QJsonObject Site::state() {
-    m_stateChanged = false;
+QJsonObject Site::state() const {
     QJsonObject looks;
     for (auto it = m_looks.cbegin(); it != m_looks.cend(); ++it)
         looks.insert(it.key(), it.value());
-    return {{QStringLiteral("looks"), looks}};
+    return looks;
 }
 
 void Site::restore(const QJsonObject& state) {
-    const QJsonObject looks = state[u"looks"].toObject();
-    for (auto it = looks.begin(); it != looks.end(); ++it)
+    for (auto it = state.begin(); it != state.end(); ++it)
         m_looks.insert(it.key(), std::max(0, it.value().toInt()));
 }
 

@@ -7,16 +7,18 @@
 #include "standin/Misbehaviour.h"
 #include "standin/Options.h"
 #include "standin/Pages.h"
+#include "standin/SiteSignIn.h"
 
 #include <QJsonObject>
 #include <QMap>
 
 namespace standin {
 
-/// The airline's own host: start page, the two search pages and the two offer endpoints.
+/// The airline's own host: start page, the two search pages and the two offer endpoints. The
+/// addresses below /auth/ belong to SiteSignIn.
 class Site {
 public:
-    Site(const Options& options, const Origins& origins);
+    Site(const Options& options, const Origins& origins, SiteSignIn& signIn, Counters& counters);
 
     HttpResponse answer(const HttpRequest& request);
 
@@ -25,26 +27,24 @@ public:
 
     /// How often the leg's search page has been loaded.
     int looks(const QString& leg) const { return m_looks.value(leg); }
-    const Counters& counters() const { return m_counters; }
 
-    /// What has to survive a restart, and whether it has changed since the last call of state().
-    QJsonObject state();
-    bool stateChanged() const { return m_stateChanged; }
+    QJsonObject state() const;
     void restore(const QJsonObject& state);
 
 private:
     HttpResponse searchPage(const HttpRequest& request, const std::optional<Leg>& leg);
     HttpResponse offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award);
     Misbehaviour misbehaviourAt(const Leg& leg) const;
+    HttpResponse htmlPage(const HttpRequest& request, const QString& name) const;
     void setVisitorCookies(HttpResponse& response, const HttpRequest& request) const;
 
     const Options& m_options;
     const Origins& m_origins;
+    SiteSignIn& m_signIn;
+    Counters& m_counters;
     Inventory m_inventory;
     QMap<QString, Misbehaviour> m_misbehaviours;
     QMap<QString, int> m_looks;
-    Counters m_counters;
-    bool m_stateChanged = false;
 };
 
 } // namespace standin

@@ -16,11 +16,15 @@ constexpr std::size_t logLimit = 10'000;
 } // namespace
 
 struct StandIn::Private {
-    const Options options;
+    Options options;
     Origins origins;
     quint16 port = 0;
     StateFile stateFile;
+    Counters counters;
+    IdentityProvider provider;
+    SiteSignIn signIn;
     Site site;
+    QJsonObject savedState;
     std::deque<std::pair<QString, QString>> log; // host, request
     mutable std::mutex mutex;                    // guards all of the above
     HttpServer server;
@@ -28,11 +32,15 @@ struct StandIn::Private {
     explicit Private(Options o)
         : options(std::move(o))
         , stateFile(options.stateFile)
-        , site(options, origins)
+        , provider(options, origins, counters)
+        , signIn(options, origins, provider)
+        , site(options, origins, signIn, counters)
         , server([this](const HttpRequest& request) { return answer(request); }) {}
 
     HttpResponse answer(const HttpRequest& request);
     HttpResponse dispatch(const HttpRequest& request);
+    void saveState();
+    void restoreState();
 };
 
 HttpResponse StandIn::Private::answer(const HttpRequest& request) {
@@ -41,11 +49,27 @@ HttpResponse StandIn::Private::answer(const HttpRequest& request) {
     if (log.size() > logLimit)
         log.pop_front();
     HttpResponse response = dispatch(request);
-    if (site.stateChanged()) {
-        if (const auto error = stateFile.save(site.state()))
-            qWarning("%s", qUtf8Printable(*error));
-    }
+    saveState();
     return response;
+}
+
+void StandIn::Private::saveState() {
+    if (options.stateFile.isEmpty())
+        return;
+    const QJsonObject state{{QStringLiteral("looks"), site.state()},
+                            {QStringLiteral("siteSessions"), signIn.state()},
+                            {QStringLiteral("ssoSessions"), provider.state()}};
+    if (state == savedState)
+        return;
+    if (const auto error = stateFile.save(state))
+        qWarning("%s", qUtf8Printable(*error));
+    savedState = state;
+}
+
+void StandIn::Private::restoreState() {
+    site.restore(savedState[u"looks"].toObject());
+    signIn.restore(savedState[u"siteSessions"].toObject());
+    provider.restore(savedState[u"ssoSessions"].toObject());
 }
 
 HttpResponse StandIn::Private::dispatch(const HttpRequest& request) {
@@ -53,6 +77,8 @@ HttpResponse StandIn::Private::dispatch(const HttpRequest& request) {
         return site.answer(request);
     if (request.host == adsHost())
         return answerOfAds(request);
+    if (request.host == idpHost())
+        return provider.answer(request);
     return notFound();
 }
 
@@ -62,12 +88,11 @@ StandIn::~StandIn() = default;
 
 std::optional<QString> StandIn::start() {
     const std::scoped_lock lock(d->mutex); // no request is answered before the origins are known
-    QJsonObject state;
-    if (const auto error = d->stateFile.load(state))
+    if (const auto error = d->stateFile.load(d->savedState))
         return error;
     if (const auto error = d->server.start(d->options.port))
         return error;
-    d->site.restore(state);
+    d->restoreState();
     d->port = d->server.port();
     const auto origin = [this](const QString& host) {
         return QStringLiteral("http://%1:%2").arg(host).arg(d->port);
@@ -112,7 +137,32 @@ int StandIn::looks(const QString& leg) const {
 
 Counters StandIn::counters() const {
     const std::scoped_lock lock(d->mutex);
-    return d->site.counters();
+    return d->counters;
+}
+
+void StandIn::setSignIn(const SignInOptions& options) {
+    const std::scoped_lock lock(d->mutex);
+    d->options.signIn = options;
+}
+
+void StandIn::expireSiteSession() {
+    const std::scoped_lock lock(d->mutex);
+    d->signIn.expireSessions();
+}
+
+void StandIn::expireSso() {
+    const std::scoped_lock lock(d->mutex);
+    d->provider.expireSso();
+}
+
+QString StandIn::lastUser() const {
+    const std::scoped_lock lock(d->mutex);
+    return d->provider.lastUser();
+}
+
+QString StandIn::lastPassword() const {
+    const std::scoped_lock lock(d->mutex);
+    return d->provider.lastPassword();
 }
 
 } // namespace standin

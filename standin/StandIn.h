@@ -48,6 +48,14 @@ public:
     int looks(const QString& leg) const;
     Counters counters() const;
 
+    /// Changes how signing in behaves from the next request on; sessions stay.
+    void setSignIn(const SignInOptions& options);
+    void expireSiteSession(); ///< signs every visitor out of the site
+    void expireSso();         ///< ends single sign-on, so that the forms are shown next time
+
+    QString lastUser() const;     ///< as submitted last, right or wrong
+    QString lastPassword() const; ///< as submitted last, right or wrong
+
 private:
     struct Private;
     std::unique_ptr<Private> d;

@@ -50,13 +50,43 @@ void addOptions(QCommandLineParser& line) {
          {QStringLiteral("response-bytes"),
           QStringLiteral("Pads offer answers to about this size."), QStringLiteral("n")},
          {QStringLiteral("state"),
-          QStringLiteral("Keeps in this file how often each leg was looked at, for the next run."),
+          QStringLiteral(
+              "Keeps the looks at each leg and the sessions in this file, for the next run."),
           QStringLiteral("file")},
          {QStringLiteral("misbehave"),
           QStringLiteral("Misbehaves at a leg such as OSL-BKK-20270301, or at every one (*). "
                          "Kinds: %1; slow takes milliseconds, as in *=slow:500. Repeatable.")
               .arg(Misbehaviour::words().join(QStringLiteral(", "))),
           QStringLiteral("leg=kind")}});
+}
+
+void addSignInOptions(QCommandLineParser& line) {
+    const QString seconds = QStringLiteral("s");
+    line.addOptions(
+        {{QStringLiteral("require-sign-in"),
+          QStringLiteral("Shows offers to signed-in visitors only.")},
+         {QStringLiteral("user"),
+          QStringLiteral("User name of the one account (default demo@tindra.example)."),
+          QStringLiteral("name")},
+         {QStringLiteral("password"), QStringLiteral("Its password (default demo)."),
+          QStringLiteral("text")},
+         {QStringLiteral("challenge"),
+          QStringLiteral("Challenge of the sign-in forms: none, never (it is not solved by "
+                         "itself), or solved by itself after milliseconds (default 500)."),
+          QStringLiteral("kind")},
+         {QStringLiteral("challenge-required"),
+          QStringLiteral("Does not accept a form without the solved challenge.")},
+         {QStringLiteral("site-session"),
+          QStringLiteral("Seconds after which the site signs a visitor out (default: never)."),
+          seconds},
+         {QStringLiteral("sso-session"),
+          QStringLiteral("Seconds after which single sign-on ends (default: never)."), seconds},
+         {QStringLiteral("sso-without-offers"),
+          QStringLiteral("Single sign-on works, but offers need a sign-in with the password.")},
+         {QStringLiteral("sign-in-trouble"),
+          QStringLiteral("The identity provider redirects for ever (redirects), shows an empty "
+                         "page (blank) or the same form again and again (loop)."),
+          QStringLiteral("kind")}});
 }
 
 QString readMisbehaviours(const QCommandLineParser& line, Wish& wish) {
@@ -73,6 +103,59 @@ QString readMisbehaviours(const QCommandLineParser& line, Wish& wish) {
     return {};
 }
 
+QString readChallenge(const QString& text, standin::SignInOptions& signIn) {
+    using Challenge = standin::SignInOptions::Challenge;
+    bool ok = true;
+    if (text == u"none")
+        signIn.challenge = Challenge::None;
+    else if (text == u"never")
+        signIn.challenge = Challenge::Never;
+    else
+        signIn.challengeDelay = std::chrono::milliseconds(text.toUInt(&ok));
+    return ok ? QString()
+              : QStringLiteral("--challenge takes none, never or milliseconds, not \"%1\"")
+                    .arg(text);
+}
+
+QString readTrouble(const QString& text, standin::SignInOptions& signIn) {
+    using Trouble = standin::SignInOptions::Trouble;
+    if (text == u"redirects")
+        signIn.trouble = Trouble::EndlessRedirects;
+    else if (text == u"blank")
+        signIn.trouble = Trouble::BlankPage;
+    else if (text == u"loop")
+        signIn.trouble = Trouble::FormLoops;
+    else
+        return QStringLiteral("--sign-in-trouble takes redirects, blank or loop, not \"%1\"")
+            .arg(text);
+    return {};
+}
+
+QString readSignIn(const QCommandLineParser& line, standin::SignInOptions& signIn) {
+    constexpr qulonglong tenYears = 3650ULL * 86'400;
+    qint64 site = 0;
+    qint64 sso = 0;
+    QString error;
+    readNumber(line, "site-session", tenYears, site, error);
+    readNumber(line, "sso-session", tenYears, sso, error);
+    if (!error.isEmpty())
+        return error;
+    signIn.siteSession = std::chrono::seconds(site);
+    signIn.ssoSession = std::chrono::seconds(sso);
+    signIn.isRequired = line.isSet(QStringLiteral("require-sign-in"));
+    signIn.isChallengeRequired = line.isSet(QStringLiteral("challenge-required"));
+    signIn.isSsoWithoutOffers = line.isSet(QStringLiteral("sso-without-offers"));
+    if (line.isSet(QStringLiteral("user")))
+        signIn.user = line.value(QStringLiteral("user"));
+    if (line.isSet(QStringLiteral("password")))
+        signIn.password = line.value(QStringLiteral("password"));
+    if (line.isSet(QStringLiteral("challenge")))
+        error = readChallenge(line.value(QStringLiteral("challenge")), signIn);
+    if (error.isEmpty() && line.isSet(QStringLiteral("sign-in-trouble")))
+        error = readTrouble(line.value(QStringLiteral("sign-in-trouble")), signIn);
+    return error;
+}
+
 // The first error of the command line, empty when there is none.
 QString readWish(const QCommandLineParser& line, Wish& wish) {
     if (!line.positionalArguments().isEmpty())
@@ -85,6 +168,8 @@ QString readWish(const QCommandLineParser& line, Wish& wish) {
     readNumber(line, "response-bytes", 100'000'000, wish.options.responseBytes, error);
     wish.options.pageDelay = std::chrono::milliseconds(delay);
     wish.options.stateFile = line.value(QStringLiteral("state"));
+    if (error.isEmpty())
+        error = readSignIn(line, wish.options.signIn);
     return error.isEmpty() ? readMisbehaviours(line, wish) : error;
 }
 
@@ -115,6 +200,7 @@ int main(int argc, char** argv) {
 
     QCommandLineParser line;
     addOptions(line);
+    addSignInOptions(line);
     if (!line.parse(app.arguments()))
         return complain(line.errorText());
     if (line.isSet(QStringLiteral("help")))

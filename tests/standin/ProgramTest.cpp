@@ -16,7 +16,8 @@ void ProgramTest::wrongCommandLines_data() {
     QTest::addColumn<QStringList>("arguments");
     for (const char* line :
          {"--port=65536", "--port=x", "--seed=-1", "--page-delay=", "--frobnicate",
-          "--misbehave=OSL-BKK-20270301", "--misbehave=OSL-BKK=never", "extra"})
+          "--misbehave=OSL-BKK-20270301", "--misbehave=OSL-BKK=never", "--challenge=soon",
+          "--sign-in-trouble=", "--sso-session=-5", "extra"})
         QTest::newRow(line) << QStringList{QLatin1String(line)};
 }
 
