@@ -27,8 +27,8 @@ public:
     virtual QCoro::Task<bool> add(QString service, QString label, Item item) = 0;
     /// One item of the service; absent when there is none or the keychain cannot be read.
     virtual QCoro::Task<std::optional<Item>> find(QString service) = 0;
-    /// Removes all items of the service. False when the keychain refused.
-    virtual QCoro::Task<bool> remove(QString service) = 0;
+    /// Removes all items of the service, as far as the keychain lets it.
+    virtual QCoro::Task<> remove(QString service) = 0;
 
 Q_SIGNALS:
     /// The keychain cannot be reached; `reason` says why and what to do, in Norwegian. Emitted at

@@ -40,6 +40,12 @@ void DBusNotifications::post(const QString& title, const QString& body) {
 void DBusNotifications::askCapabilities() {
     if (m_asking || m_bodyMarkup)
         return;
+    if (!m_bus.isConnected()) {
+        // A call on such a connection never gets an answer, not even an error.
+        m_waiting.clear();
+        fail({});
+        return;
+    }
     m_asking = true;
     auto* watcher = new QDBusPendingCallWatcher(
         m_bus.asyncCall(call(u"GetCapabilities"_s), answerTimeoutMs), this);

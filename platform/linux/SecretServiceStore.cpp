@@ -82,6 +82,12 @@ std::optional<SecretStore::Item> itemOf(SecretItem* item) {
     return result;
 }
 
+/// The library keeps its connection to the service even when there is none; without this, a
+/// keychain that is started later would never be found.
+void startAfresh() {
+    secret_service_disconnect();
+}
+
 } // namespace
 
 SecretServiceStore::SecretServiceStore(Clock& clock, QObject* parent)
@@ -102,8 +108,11 @@ QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item i
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
     const bool stored = secret_service_store_finish(nullptr, result, error.out());
-    if (error && self)
-        self->report(error.message());
+    if (error) {
+        startAfresh();
+        if (self)
+            self->report(error.message());
+    }
     co_return stored;
 }
 
@@ -122,12 +131,15 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
     if (items)
         found = itemOf(static_cast<SecretItem*>(items->data));
     g_list_free_full(items, g_object_unref);
-    if (error && self)
-        self->report(error.message());
+    if (error) {
+        startAfresh();
+        if (self)
+            self->report(error.message());
+    }
     co_return found;
 }
 
-QCoro::Task<bool> SecretServiceStore::remove(QString service) {
+QCoro::Task<> SecretServiceStore::remove(QString service) {
     const QPointer self(this);
     const Attributes wanted = attributes(service);
     Call call(m_clock);
@@ -136,9 +148,11 @@ QCoro::Task<bool> SecretServiceStore::remove(QString service) {
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
     secret_service_clear_finish(nullptr, result, error.out());
-    if (error && self)
-        self->report(error.message());
-    co_return !error;
+    if (error) {
+        startAfresh();
+        if (self)
+            self->report(error.message());
+    }
 }
 
 void SecretServiceStore::report(const QByteArray& reason) {

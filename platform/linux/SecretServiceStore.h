@@ -13,7 +13,7 @@ public:
 
     QCoro::Task<bool> add(QString service, QString label, Item item) override;
     QCoro::Task<std::optional<Item>> find(QString service) override;
-    QCoro::Task<bool> remove(QString service) override;
+    QCoro::Task<> remove(QString service) override;
 
 private:
     void report(const QByteArray& reason);

@@ -20,10 +20,9 @@ public:
         const auto item = items.constFind(service);
         co_return item == items.constEnd() ? std::nullopt : std::optional(*item);
     }
-    QCoro::Task<bool> remove(QString service) override {
+    QCoro::Task<> remove(QString service) override {
         co_await nextTurn();
         items.remove(service);
-        co_return true;
     }
 
     QMap<QString, Item> items;

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+// Clock, folders, notifications and keychain, each with the real thing on a bus of their own.
+#include "core/Keychain.h"
+#include "platform/linux/DBusNotifications.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/LinuxFolders.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "platform/linux/UnixSignals.h"
+#include "tests/support/Settled.h"
+#include "tests/support/TestBus.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// A notification service as desktops have one.
+class NotificationService : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+public:
+    explicit NotificationService(const QStringList& capabilities)
+        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s))
+        , m_capabilities(capabilities) {
+        m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
+                             QDBusConnection::ExportAllSlots);
+        m_bus.registerService(u"org.freedesktop.Notifications"_s);
+    }
+    ~NotificationService() override { QDBusConnection::disconnectFromBus(u"service"_s); }
+    Q_DISABLE_COPY_MOVE(NotificationService)
+
+    struct Notification {
+        QString app;
+        QString summary;
+        QString body;
+        QVariantMap hints;
+    };
+    QList<Notification> received;
+
+public Q_SLOTS:
+    QStringList GetCapabilities() { return m_capabilities; }
+    uint Notify(const QString& app, uint, const QString&, const QString& summary,
+                const QString& body, const QStringList&, const QVariantMap& hints, int) {
+        received.append({app, summary, body, hints});
+        return static_cast<uint>(received.size());
+    }
+
+private:
+    QDBusConnection m_bus;
+    QStringList m_capabilities;
+};
+
+class TestDesktop : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TestDesktop(TestBus& bus) : m_bus(bus) {}
+
+private:
+    TestBus& m_bus;
+    LinuxClock m_clock;
+
+private Q_SLOTS:
+    void theClockWaitsAndCancels() {
+        QStringList order;
+        auto late = m_clock.after(20ms, [&order] { order.append(u"late"_s); });
+        auto early = m_clock.after(1ms, [&order] { order.append(u"early"_s); });
+        auto cancelled = m_clock.after(5ms, [&order] { order.append(u"cancelled"_s); });
+        cancelled.reset();
+        // A call may destroy its own timer.
+        std::unique_ptr<Clock::Timer> own;
+        own = m_clock.after(2ms, [&] {
+            own.reset();
+            order.append(u"own"_s);
+        });
+        const Ticks start = m_clock.ticks();
+        QTRY_COMPARE(order, QStringList({u"early"_s, u"own"_s, u"late"_s}));
+        QVERIFY(m_clock.ticks() - start >= 15ms);
+        QVERIFY(m_clock.today() == QDate::currentDate());
+
+        InterruptibleSleep sleep(m_clock);
+        const auto cut = sleep.start(1h);
+        sleep.interrupt();
+        QVERIFY(cut.isResolved());
+    }
+
+    void foldersFollowTheEnvironment() {
+        const LinuxFolders folders(u"Tindra"_s);
+        QCOMPARE(folders.data(), m_bus.home() + u"/data/Tindra"_s);
+        QCOMPARE(folders.cache(), m_bus.home() + u"/cache/Tindra"_s);
+    }
+
+    void signalsArriveInTheLoop() {
+        int calls = 0;
+        {
+            const UnixSignals watch({SIGUSR1}, [&calls] { ++calls; });
+            ::raise(SIGUSR1);
+            QCOMPARE(calls, 0);
+            QTRY_COMPARE(calls, 1);
+        }
+        const UnixSignals again({SIGUSR1}, [&calls] { calls += 10; });
+        ::raise(SIGUSR1);
+        QTRY_COMPARE(calls, 11);
+    }
+
+    void notificationsWithoutAServiceAreMissedOnce() {
+        DBusNotifications center(QDBusConnection::sessionBus());
+        const QSignalSpy missing(&center, &NotificationCenter::unavailable);
+        const QSignalSpy settled(&center, &NotificationCenter::settled);
+        center.requestAuthorization();
+        center.post(u"a"_s, u"b"_s);
+        center.post(u"c"_s, u"d"_s);
+        QTRY_COMPARE(settled.size(), 1);
+        QCOMPARE(center.pending(), 0);
+        QCOMPARE(missing.size(), 1);
+        QVERIFY(missing[0][0].toString().contains(u"varslingstjeneste"_s));
+
+        // One that is started later is used, and still nothing is said twice.
+        NotificationService service({u"body"_s});
+        center.post(u"e"_s, u"f"_s);
+        QTRY_COMPARE(service.received.size(), 1);
+        QCOMPARE(missing.size(), 1);
+
+        DBusNotifications noBus(QDBusConnection(u"no such connection"_s));
+        const QSignalSpy noBusMissing(&noBus, &NotificationCenter::unavailable);
+        noBus.post(u"a"_s, u"b"_s);
+        QTRY_COMPARE(noBusMissing.size(), 1);
+        QVERIFY(noBusMissing[0][0].toString().contains(u"D-Bus-økt"_s));
+    }
+
+    void bodiesAreEscapedWhereTheyAreMarkup_data() {
+        QTest::addColumn<QStringList>("capabilities");
+        QTest::addColumn<QString>("body");
+        QTest::newRow("markup") << QStringList{u"body"_s, u"body-markup"_s}
+                                << u"Oslo &lt;b&gt; &amp; &quot;Ålesund&quot;\n2 seter"_s;
+        QTest::newRow("plain") << QStringList{u"body"_s} << u"Oslo <b> & \"Ålesund\"\n2 seter"_s;
+    }
+    void bodiesAreEscapedWhereTheyAreMarkup() {
+        QFETCH(QStringList, capabilities);
+        NotificationService service(capabilities);
+        DBusNotifications center(QDBusConnection::sessionBus());
+        center.post(u"✈️ <Tittel> & mer"_s, u"Oslo <b> & \"Ålesund\"\n2 seter"_s);
+        center.post(u"to"_s, u"2"_s);
+        QCOMPARE(center.pending(), 2);
+        QTRY_COMPARE(service.received.size(), 2);
+        // Titles are plain text with every service.
+        QCOMPARE(service.received[0].summary, u"✈️ <Tittel> & mer"_s);
+        QTEST(service.received[0].body, "body");
+        QCOMPARE(service.received[0].app, u"Tindra"_s);
+        QVERIFY(service.received[0].hints.contains(u"sound-name"_s));
+        QCOMPARE(service.received[1].summary, u"to"_s);
+        QTRY_COMPARE(center.pending(), 0);
+    }
+
+    void aMissingKeychainIsMissedOnce() {
+        SecretServiceStore store(m_clock);
+        const QSignalSpy missing(&store, &SecretStore::unavailable);
+        QVERIFY(!*awaited(store.find(u"x"_s)));
+        const SecretStore::Item item{u"a"_s, "b"};
+        QVERIFY(!*awaited(store.add(u"x"_s, u"label"_s, item)));
+        awaited(store.remove(u"x"_s));
+        QCOMPARE(missing.size(), 1);
+        QVERIFY(missing[0][0].toString().contains(u"gnome-keyring"_s));
+    }
+
+    void secretsInARealKeychain() {
+        QVERIFY(m_bus.startSecretService());
+        SecretServiceStore store(m_clock);
+        const QSignalSpy missing(&store, &SecretStore::unavailable);
+        Keychain keychain(store);
+        QVERIFY(!*awaited(keychain.load()));
+        const Credentials old{u"EBN123456789"_s, u"old"_s};
+        awaited(keychain.save(old.user, old.password));
+        const Credentials details{u"medlem@example.no"_s, u"på«ss\"\\ord'\n🛫 Ω"_s};
+        awaited(keychain.save(details.user, details.password));
+        awaited(keychain.saveCookieData("[1]"));
+        awaited(keychain.saveCookieData(QByteArray(200000, 'c')));
+        const auto loaded = *awaited(keychain.load());
+        QVERIFY(loaded);
+        QCOMPARE(*loaded, details);
+        QCOMPARE(awaited(keychain.loadCookieData())->value().size(), 200000);
+        awaited(keychain.clear());
+        QVERIFY(!*awaited(keychain.load()));
+        QVERIFY(*awaited(keychain.loadCookieData()));
+        QCOMPARE(missing.size(), 0);
+        m_bus.stopSecretService();
+        QVERIFY(!*awaited(keychain.loadCookieData()));
+    }
+};
+
+int main(int argc, char* argv[]) {
+    TestBus bus;
+    const QCoreApplication application(argc, argv);
+    TestDesktop test(bus);
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_desktop.moc"

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+// The web view on the real engine, with the stand-in airline over real HTTP.
+#include "airline/Capture.h"
+#include "airline/SAS.h"
+#include "platform/WebView.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/LinuxFolders.h"
+#include "platform/linux/WebKitRuntime.h"
+#include "standin/StandIn.h"
+#include "tests/support/Settled.h"
+#include "tests/support/TestBus.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Processes of this name among the descendants of this one.
+QList<pid_t> descendants(const QByteArray& name) {
+    QHash<pid_t, pid_t> parents;
+    QHash<pid_t, QByteArray> names;
+    for (const QString& entry : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        QFile stat(u"/proc/%1/stat"_s.arg(entry));
+        if (entry.toInt() <= 0 || !stat.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray line = stat.readAll();
+        const auto end = line.lastIndexOf(')');
+        names.insert(entry.toInt(), line.mid(line.indexOf('(') + 1, end - line.indexOf('(') - 1));
+        parents.insert(entry.toInt(), line.mid(end + 4).split(' ').first().toInt());
+    }
+    QList<pid_t> found;
+    for (auto process = names.cbegin(); process != names.cend(); ++process) {
+        if (!process->startsWith(name))
+            continue;
+        for (pid_t id = process.key(); id > 1; id = parents.value(id)) {
+            if (id == ::getpid())
+                found.append(process.key());
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+class TestWebKit : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TestWebKit(WebKitRuntime& runtime) : m_runtime(runtime) {}
+
+private:
+    WebKitRuntime& m_runtime;
+    LinuxClock m_clock;
+
+    struct World {
+        standin::StandIn airline;
+        std::unique_ptr<WebView> view;
+        Site site;
+        QList<ScriptMessage> messages;
+
+        explicit World(WebKitRuntime& runtime, standin::Options options = {})
+            : airline(withoutDelay(std::move(options))) {
+            if (const auto error = airline.start())
+                qFatal("%s", qPrintable(*error));
+            view = runtime.makeView();
+            site = {airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
+                    airline.idpDomain()};
+            connect(view.get(), &WebView::scriptMessage, view.get(),
+                    [this](const ScriptMessage& message) { messages.append(message); });
+        }
+        static standin::Options withoutDelay(standin::Options options) {
+            options.pageDelay = 0ms;
+            return options;
+        }
+        QUrl page(const QString& date = u"20270301"_s) const {
+            return QUrl(SAS::bookingURL(site, u"OSL"_s, u"CPH"_s, date));
+        }
+        QStringList texts(const QString& member) const {
+            QStringList texts;
+            for (const ScriptMessage& message : messages)
+                texts.append(QString::fromUtf8(message.texts.value(member)));
+            return texts;
+        }
+    };
+
+private Q_SLOTS:
+    void bothFlowsAreCapturedAndForgeriesAreNot() {
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        const QSignalSpy messages(world.view.get(), &WebView::scriptMessage);
+        for (const bool award : {false, true}) {
+            const auto body =
+                *awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, award, 20s));
+            QVERIFY(body);
+            QVERIFY(body->contains("outboundFlights"));
+            QVERIFY(body->contains("2027-03-01T"));
+        }
+        // The third-party frame asked for offers of its own, with an answer that lies.
+        world.view->load(world.page(u"20270303"_s));
+        const QString host = standin::StandIn::adsHost();
+        const auto asked = [&world, &host] {
+            return !world.airline.requests(host).filter(u"api/offers/flights"_s).isEmpty();
+        };
+        QTRY_VERIFY(asked());
+        QTest::qWait(200);
+        for (const ScriptMessage& message : world.messages)
+            QVERIFY(!message.texts.value(u"url"_s).contains("ads.localhost"));
+        // Decoys for the days around came through the hook, and were passed over.
+        QVERIFY(messages.size() > 2);
+    }
+
+    void userScriptsRunInTheSitesFramesOnlyAndMessagesAreRead() {
+        World world(m_runtime);
+        world.view->addMessageHandler(u"probe"_s, {u"host"_s, u"number"_s, u"text"_s, u"absent"_s});
+        world.view->addUserScript(
+            u"window.webkit.messageHandlers.probe.postMessage("
+            u"{host: location.hostname, number: 5, text: 'æ\\u0000🛫'});"
+            u"window.webkit.messageHandlers.probe.postMessage('no object');"_s,
+            {world.site.domain});
+        world.view->load(world.page());
+        QTRY_COMPARE_GE(world.messages.size(), 2);
+        const QString host = standin::StandIn::adsHost();
+        QTRY_VERIFY(!world.airline.requests(host).filter(u"frame"_s).isEmpty());
+        QTest::qWait(300);
+        QCOMPARE(world.messages.size(), 2);
+        QCOMPARE(world.messages[0].handler, u"probe"_s);
+        QVERIFY(world.messages[0].isObject);
+        QCOMPARE(world.messages[0].texts.value(u"host"_s), "site.localhost");
+        QVERIFY(world.messages[0].texts.value(u"text"_s).startsWith("æ"));
+        QVERIFY(!world.messages[0].texts.contains(u"number"_s));
+        QVERIFY(!world.messages[0].texts.contains(u"absent"_s));
+        QVERIFY(!world.messages[1].isObject);
+    }
+
+    void aHiddenPageRunsAtFullSpeedAndAsksTheUserNothing() {
+        World world(m_runtime);
+        world.view->addMessageHandler(u"probe"_s, {u"ticks"_s});
+        // Throttled timers fire once a second: forty in a row would take longer than the test
+        // waits. The questions before them would never be answered.
+        world.view->addUserScript(uR"(
+            alert('x'); confirm('x'); prompt('x'); window.open('about:blank');
+            navigator.geolocation && navigator.geolocation.getCurrentPosition(() => {});
+            window.onbeforeunload = event => { event.preventDefault(); return 'stay'; };
+            let ticks = 0;
+            const next = () => ++ticks < 40 ? setTimeout(next, 5)
+                : window.webkit.messageHandlers.probe.postMessage({ticks: String(ticks)});
+            next();)"_s,
+                                  {world.site.domain});
+        world.view->load(world.page());
+        QTRY_COMPARE_WITH_TIMEOUT(world.texts(u"ticks"_s), QStringList{u"40"_s}, 15000);
+        world.view->load(world.page(u"20270302"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(world.messages.size(), 2, 15000);
+    }
+
+    void navigationsAreTold() {
+        World world(m_runtime);
+        QStringList hosts;
+        connect(world.view.get(), &WebView::navigating, world.view.get(),
+                [&hosts](const QUrl& url) { hosts.append(url.host()); });
+        world.view->load(world.page());
+        QTRY_VERIFY(hosts.contains(u"site.localhost"_s));
+        QTRY_COMPARE(world.view->url().path(), u"/book/flights/"_s);
+        world.view->unload();
+        QTRY_COMPARE(world.view->url(), QUrl(u"about:blank"_s));
+    }
+
+    void imagesAndFontsAreNotLoadedOnSearchPages() {
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        const auto decorations = [&world] {
+            static const QRegularExpression kinds(u"\\.(png|svg|jpg|woff2?|ttf)"_s);
+            return world.airline.requests(u"site.localhost"_s).filter(kinds).size();
+        };
+        // The rules take a moment to compile; from then on no page fetches a picture.
+        const auto pageFetchesNone = [&](int day) {
+            const auto before = decorations();
+            const QString date = u"202703%1"_s.arg(day, 2, 10, QChar(u'0'));
+            awaited(capture.capture(u"OSL"_s, u"CPH"_s, date, false, 20s));
+            QTest::qWait(150);
+            return decorations() == before;
+        };
+        int day = 1;
+        while (day < 20 && !pageFetchesNone(day))
+            ++day;
+        QVERIFY2(day < 20, "every page loaded its pictures");
+        for (int more = 0; more < 3; ++more)
+            QVERIFY(pageFetchesNone(++day));
+    }
+
+    void aDeadWebProcessEndsTheCaptureAndTheNextOneWorks() {
+        World world(m_runtime);
+        world.airline.misbehave(u"OSL-CPH-20270301"_s, {standin::Misbehaviour::Kind::Never, {}});
+        Capture capture(*world.view, m_clock, world.site);
+        std::optional<Capture::Body> body;
+        capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 60s)
+            .then([&body](Capture::Body result) { body = result; });
+        QTRY_VERIFY(!world.airline.requests(u"site.localhost"_s)
+                         .filter(u"/api/offers/flights?from=OSL&to=CPH&outDate=2027-03-01"_s)
+                         .isEmpty());
+        const auto processes = descendants("WebKitWebProces");
+        QVERIFY(!processes.isEmpty());
+        for (const pid_t process : processes)
+            ::kill(process, SIGKILL);
+        QTRY_VERIFY(body);
+        QVERIFY(!*body);
+        QVERIFY(*awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270302"_s, false, 30s)));
+    }
+
+    void whatIsStoredIsPrivate() {
+        World world(m_runtime);
+        world.view->load(world.page());
+        const LinuxFolders folders(u"Tindra"_s);
+        const QFileInfo cookies(folders.data() + u"/web/cookies.sqlite"_s);
+        QTRY_VERIFY(QFileInfo::exists(cookies.filePath()));
+        constexpr auto others = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
+                                QFile::ExeOther | QFile::WriteOther;
+        QVERIFY(!(QFileInfo(cookies.path()).permissions() & others));
+        QVERIFY(!(QFileInfo(folders.cache() + u"/web"_s).permissions() & others));
+        QVERIFY2(m_runtime.isSandboxed(), "bubblewrap and xdg-dbus-proxy belong to the test world");
+    }
+};
+
+int main(int argc, char* argv[]) {
+    const TestBus bus;
+    const QCoreApplication application(argc, argv);
+    QString problem;
+    const auto runtime = WebKitRuntime::start(LinuxFolders(u"Tindra"_s), problem);
+    if (!runtime)
+        qFatal("%s", qPrintable(problem));
+    TestWebKit test(*runtime);
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_webkit.moc"
