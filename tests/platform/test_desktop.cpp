@@ -182,7 +182,7 @@ private Q_SLOTS:
         awaited(keychain.saveCookieData("[1]"));
         awaited(keychain.saveCookieData(QByteArray(200000, 'c')));
         const auto loaded = *awaited(keychain.load());
-        QVERIFY(loaded);
+        QVERIFY2(loaded, qPrintable(missing.value(0).value(0).toString()));
         QCOMPARE(*loaded, details);
         QCOMPARE(awaited(keychain.loadCookieData())->value().size(), 200000);
         awaited(keychain.clear());

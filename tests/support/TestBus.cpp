@@ -20,7 +20,17 @@ TestBus::TestBus() {
     qputenv("XDG_CONFIG_HOME", path("config"));
     qputenv("XDG_CACHE_HOME", path("cache"));
     qputenv("XDG_RUNTIME_DIR", path("run"));
-    m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+    // A bus that starts no services by itself: a test has those that it starts, and no others.
+    QFile config(m_home.path() + u"/bus.conf"_s);
+    if (!config.open(QIODevice::WriteOnly))
+        qFatal("no folder for the test bus");
+    config.write("<busconfig><type>session</type><listen>unix:tmpdir=" + m_home.path().toUtf8() +
+                 "</listen><auth>EXTERNAL</auth><policy context='default'>"
+                 "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
+                 "<allow own='*'/></policy></busconfig>");
+    config.close();
+    m_bus.start(u"dbus-daemon"_s,
+                {u"--config-file"_s, config.fileName(), u"--nofork"_s, u"--print-address"_s});
     if (!m_bus.waitForReadyRead(10000))
         qFatal("no test bus: %s", m_bus.readAllStandardError().constData());
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
