@@ -22,6 +22,7 @@
 
 #include <QCoreApplication>
 #include <QProcessEnvironment>
+#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
@@ -93,10 +94,14 @@ int hunt(const CommandLine& line) {
         hunt.stop();
         QCoreApplication::exit(Hunt::roundEnded);
     });
-    if (line.once)
-        hunt.once().then([](int code) { QCoreApplication::exit(code); });
-    else
-        hunt.start();
+    // From inside the loop: a round without work ends at once, and would end a loop that has not
+    // begun.
+    QTimer::singleShot(0, &hunt, [&hunt, &line] {
+        if (line.once)
+            hunt.once().then([](int code) { QCoreApplication::exit(code); });
+        else
+            hunt.start();
+    });
     return QCoreApplication::exec();
 }
 

@@ -82,12 +82,6 @@ std::optional<SecretStore::Item> itemOf(SecretItem* item) {
     return result;
 }
 
-/// The library keeps its connection to the service even when there is none; without this, a
-/// keychain that is started later would never be found.
-void startAfresh() {
-    secret_service_disconnect();
-}
-
 } // namespace
 
 SecretServiceStore::SecretServiceStore(Clock& clock, QObject* parent)
@@ -108,11 +102,8 @@ QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item i
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
     const bool stored = secret_service_store_finish(nullptr, result, error.out());
-    if (error) {
-        startAfresh();
-        if (self)
-            self->report(error.message());
-    }
+    if (error && self)
+        self->report(error.message());
     co_return stored;
 }
 
@@ -131,11 +122,8 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
     if (items)
         found = itemOf(static_cast<SecretItem*>(items->data));
     g_list_free_full(items, g_object_unref);
-    if (error) {
-        startAfresh();
-        if (self)
-            self->report(error.message());
-    }
+    if (error && self)
+        self->report(error.message());
     co_return found;
 }
 
@@ -148,11 +136,8 @@ QCoro::Task<> SecretServiceStore::remove(QString service) {
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
     secret_service_clear_finish(nullptr, result, error.out());
-    if (error) {
-        startAfresh();
-        if (self)
-            self->report(error.message());
-    }
+    if (error && self)
+        self->report(error.message());
 }
 
 void SecretServiceStore::report(const QByteArray& reason) {

@@ -6,12 +6,12 @@
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/UnixSignals.h"
+#include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -19,42 +19,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-/// A notification service as desktops have one.
-class NotificationService : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-public:
-    explicit NotificationService(const QStringList& capabilities)
-        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s))
-        , m_capabilities(capabilities) {
-        m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
-                             QDBusConnection::ExportAllSlots);
-        m_bus.registerService(u"org.freedesktop.Notifications"_s);
-    }
-    ~NotificationService() override { QDBusConnection::disconnectFromBus(u"service"_s); }
-    Q_DISABLE_COPY_MOVE(NotificationService)
-
-    struct Notification {
-        QString app;
-        QString summary;
-        QString body;
-        QVariantMap hints;
-    };
-    QList<Notification> received;
-
-public Q_SLOTS:
-    QStringList GetCapabilities() { return m_capabilities; }
-    uint Notify(const QString& app, uint, const QString&, const QString& summary,
-                const QString& body, const QStringList&, const QVariantMap& hints, int) {
-        received.append({app, summary, body, hints});
-        return static_cast<uint>(received.size());
-    }
-
-private:
-    QDBusConnection m_bus;
-    QStringList m_capabilities;
-};
 
 class TestDesktop : public QObject {
     Q_OBJECT

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// From watcher to stored and announced find, with everything real but the clock: web engine, HTTP,
+// SQLite, D-Bus, Secret Service.
+#include "airline/Capture.h"
+#include "airline/SASEngine.h"
+#include "core/Database.h"
+#include "core/DateFmt.h"
+#include "core/Keychain.h"
+#include "platform/WebView.h"
+#include "platform/linux/DBusNotifications.h"
+#include "platform/linux/LinuxFolders.h"
+#include "platform/linux/SecretServiceStore.h"
+#include "platform/linux/WebKitRuntime.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+#include "standin/StandIn.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/NotificationService.h"
+#include "tests/support/Settled.h"
+#include "tests/support/TestBus.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Kind = standin::Misbehaviour::Kind;
+
+class TestChain : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TestChain(WebKitRuntime& runtime) : m_runtime(runtime) {}
+
+private:
+    WebKitRuntime& m_runtime;
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        standin::StandIn airline{withoutDelay()};
+        NotificationService desktop{QStringList{u"body-markup"_s}};
+        Database database{dir.path(), clock};
+        DBusNotifications notifications{QDBusConnection::sessionBus()};
+        Notifier notifier{database, notifications, clock};
+        SecretServiceStore secrets{clock};
+        Keychain keychain{secrets};
+        SessionState session;
+        std::unique_ptr<WebView> view;
+        std::unique_ptr<Capture> capture;
+        std::unique_ptr<SASEngine> engine;
+        std::unique_ptr<Worker> worker;
+
+        explicit World(WebKitRuntime& runtime) : view(runtime.makeView()) {
+            if (const auto error = airline.start())
+                qFatal("%s", qPrintable(*error));
+            const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
+                            airline.idpDomain()};
+            connect(
+                &session, &SessionState::notice, &session,
+                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            capture = std::make_unique<Capture>(*view, clock, site);
+            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, session,
+                                                 *capture, nullptr);
+            worker = std::make_unique<Worker>(database, *engine, notifier, clock, site);
+        }
+        static standin::Options withoutDelay() {
+            standin::Options options;
+            options.pageDelay = 0ms;
+            return options;
+        }
+        void add(const QString& destination, int days, bool partners = false) {
+            Search search;
+            search.origin = u"OSL"_s;
+            search.destination = destination;
+            search.cabins = {u"economy"_s, u"business"_s};
+            search.dateFrom = u"2027-03-01"_s;
+            search.dateTo = DateFmt::iso(QDate(2027, 3, 1).addDays(days - 1));
+            search.includePartners = partners;
+            database.addSearch(search);
+        }
+        /// One round; a capture that the airline never answers is brought to its time-out as soon
+        /// as its page has asked.
+        std::optional<PollSummary> round() {
+            std::optional<PollSummary> summary;
+            worker->pollOnce().then([&summary](PollSummary result) { summary = result; });
+            QElapsedTimer patience;
+            patience.start();
+            while (!summary && patience.elapsed() < 60000) {
+                QTest::qWait(20);
+                if (patience.elapsed() % 3000 > 2900)
+                    clock.advance(60s);
+            }
+            return summary;
+        }
+    };
+
+private Q_SLOTS:
+    void findsAreStoredAndAnnouncedOnceAndSoldOutsToo() {
+        World world(m_runtime);
+        world.add(u"BKK"_s, 10);
+        world.add(u"EWR"_s, 10, true);
+        const auto first = world.round();
+        QVERIFY(first);
+        QCOMPARE(first->errors, QStringList());
+        QVERIFY(first->newAlerts > 3);
+        QCOMPARE(first->soldOut, 0);
+        QTRY_COMPARE(world.desktop.received.size(), first->newAlerts);
+        const auto stored = world.database.recentMatches(1000);
+        QCOMPARE(stored.size(), first->newAlerts);
+        QSet<qint64> watchers;
+        for (const Match& match : stored) {
+            watchers.insert(match.searchId);
+            QVERIFY(match.bookingURL.startsWith(world.airline.siteOrigin()));
+            QVERIFY(match.points > 0 && match.seats > 0 && match.durationMinutes > 0);
+            QVERIFY2(!match.flight.contains(u"XX1"_s), "a forged answer was believed");
+        }
+        QCOMPARE(watchers, (QSet<qint64>{1, 2}));
+        QVERIFY(world.engine->loginStatus().state == SASLoginStatus::Case::loggedIn);
+
+        const auto second = world.round();
+        QVERIFY(second->newAlerts > 0);
+        QVERIFY(second->soldOut > 0);
+        QTRY_COMPARE(world.desktop.received.size(),
+                     first->newAlerts + second->newAlerts + second->soldOut);
+        QCOMPARE(world.database.recentMatches(1000).size(), world.desktop.received.size());
+    }
+
+    void datesThatGoWrongLeaveTheOthers() {
+        World world(m_runtime);
+        world.add(u"LHR"_s, 8);
+        const QList<std::pair<int, Kind>> wrong{{2, Kind::Error},  {3, Kind::Malformed},
+                                                {4, Kind::Huge},   {5, Kind::Nested},
+                                                {6, Kind::CutOff}, {7, Kind::SignIn}};
+        for (const auto& [day, kind] : wrong)
+            world.airline.misbehave(u"OSL-LHR-2027030%1"_s.arg(day), {kind, 0ms});
+        world.airline.misbehave(u"OSL-LHR-20270308"_s, {Kind::Slow, 300ms});
+        const auto summary = world.round();
+        QVERIFY(summary);
+        QCOMPARE(summary->errors, QStringList());
+        QVERIFY(summary->fetched > 0);
+        QSet<QString> dates;
+        for (const QString& key : world.database.seenCabins(1).keys())
+            dates.insert(key.left(10));
+        for (const auto& [day, kind] : wrong)
+            QVERIFY(!dates.contains(u"2027-03-0%1"_s.arg(day)));
+        const QStringList requests = world.airline.requests(u"site.localhost"_s);
+        for (int day = 1; day <= 8; ++day)
+            QVERIFY(!requests.filter(u"OW_OSL-LHR-2027030%1"_s.arg(day)).isEmpty());
+    }
+
+    void aSignedOutSiteIsReportedOnce() {
+        World world(m_runtime);
+        world.add(u"LHR"_s, 9);
+        world.airline.misbehave(u"*"_s, {Kind::SignIn, 0ms});
+        const auto summary = world.round();
+        QVERIFY(summary);
+        QCOMPARE(summary->errors.size(), 1);
+        QVERIFY(summary->errors[0].startsWith(u"søk 1: Ikke innlogget hos SAS"_s));
+        QVERIFY(world.engine->loginStatus().isLoggedOut());
+        QTRY_COMPARE(world.desktop.received.size(), 1);
+        QCOMPARE(world.desktop.received[0].summary, u"⚠️ Logget ut av SAS"_s);
+        QCOMPARE(world.airline.looks(u"OSL-LHR-20270304"_s), 0);
+    }
+};
+
+int main(int argc, char* argv[]) {
+    TestBus bus;
+    const QCoreApplication application(argc, argv);
+    if (!bus.startSecretService())
+        qFatal("no Secret Service");
+    QString problem;
+    const auto runtime = WebKitRuntime::start(LinuxFolders(u"Tindra"_s), problem);
+    if (!runtime)
+        qFatal("%s", qPrintable(problem));
+    TestChain test(*runtime);
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_chain.moc"

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// The program itself, started as a user would.
+#include "app/HuntReport.h"
+#include "core/Database.h"
+#include "standin/StandIn.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/NotificationService.h"
+#include "tests/support/TestBus.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+class TestHunt : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TestHunt(TestBus& bus) : m_bus(bus) {}
+
+private:
+    TestBus& m_bus;
+    QString m_folder;
+
+    struct Result {
+        int code = -1;
+        QString out;
+        QString err;
+    };
+
+    std::unique_ptr<QProcess> start(const QStringList& arguments,
+                                    const QMap<QString, QString>& variables = {}) {
+        auto program = std::make_unique<QProcess>();
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_DATA_HOME"_s, m_folder + u"/data"_s);
+        environment.insert(u"XDG_CACHE_HOME"_s, m_folder + u"/cache"_s);
+        for (auto variable = variables.begin(); variable != variables.end(); ++variable)
+            environment.insert(variable.key(), *variable);
+        program->setProcessEnvironment(environment);
+        program->start(QStringLiteral(TINDRA_PROGRAM), arguments);
+        return program;
+    }
+    Result run(const QStringList& arguments, const QMap<QString, QString>& variables = {}) {
+        const auto program = start(arguments, variables);
+        // The stand-in and the desktop of a test answer meanwhile.
+        if (!QTest::qWaitFor([&] { return program->state() == QProcess::NotRunning; }, 90000))
+            program->kill();
+        program->waitForFinished();
+        return {program->exitStatus() == QProcess::NormalExit ? program->exitCode() : -1,
+                QString::fromUtf8(program->readAllStandardOutput()),
+                QString::fromUtf8(program->readAllStandardError())};
+    }
+    static QJsonObject json(const Result& result) {
+        return QJsonDocument::fromJson(result.out.toUtf8()).object();
+    }
+
+private Q_SLOTS:
+    void init() {
+        static int number = 0;
+        m_folder = m_bus.home() + u"/run%1"_s.arg(++number);
+        QDir().mkpath(m_folder);
+    }
+
+    void theDemoFindsAndTheNextRoundTellsWhatChanged() {
+        NotificationService desktop({u"body"_s});
+        const Result first = run({u"hunt"_s, u"--demo"_s, u"--once"_s, u"--json"_s});
+        QVERIFY2(first.code == 0, qPrintable(first.err));
+        QVERIFY(first.err.contains(u"[1/3] Sjekker Bangkok i business — CPH→BKK (1 av 10)"_s));
+        QVERIFY(!json(first)[u"new"].toArray().isEmpty());
+        QVERIFY(json(first)[u"soldOut"].toArray().isEmpty());
+        QCOMPARE(json(first)[u"summary"][u"searches"].toInt(), 3);
+        // All were handed to the desktop before the program ended.
+        QCOMPARE(desktop.received.size(), json(first)[u"new"].toArray().size());
+
+        const Result second = run({u"hunt"_s, u"--demo"_s, u"--once"_s, u"--json"_s});
+        QCOMPARE(second.code, 0);
+        QVERIFY(!json(second)[u"new"].toArray().isEmpty());
+        QVERIFY(!json(second)[u"soldOut"].toArray().isEmpty());
+
+        const Result third = run({u"hunt"_s, u"--once"_s, u"--demo"_s});
+        QVERIFY(third.out.startsWith(u"Runden er ferdig: 3 overvåkere"_s));
+        // The user's own data is not touched.
+        QCOMPARE(QDir(m_folder + u"/data"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
+                 QStringList{u"Tindra-demo"_s});
+    }
+
+    void exitCodesTellHowItWent() {
+        ManualClock clock(QDate::currentDate());
+        Database database(m_folder + u"/data/Tindra"_s, clock);
+        Search search;
+        search.origin = u"OSL"_s;
+        search.destination = u"CPH"_s;
+        search.dateFrom = clock.today().addDays(30).toString(Qt::ISODate);
+        database.addSearch(search);
+        search.dateFrom.clear();
+        database.addSearch(search);
+        standin::StandIn airline({});
+        QVERIFY(!airline.start());
+        const QMap<QString, QString> site{{u"TINDRA_SITE_ORIGIN"_s, airline.siteOrigin()},
+                                          {u"TINDRA_SITE_DOMAIN"_s, airline.siteDomain()},
+                                          {u"TINDRA_IDP_HOST"_s, airline.idpHost()},
+                                          {u"TINDRA_IDP_DOMAIN"_s, airline.idpDomain()}};
+        const Result failed = run({u"hunt"_s, u"--once"_s, u"--json"_s}, site);
+        QVERIFY2(failed.code == 3, qPrintable(failed.err));
+        QCOMPARE(json(failed)[u"summary"][u"errors"][0].toString(),
+                 u"søk 2: SAS-søk krever avreisedato."_s);
+        // Nobody answers notifications on this bus; that is said once.
+        QCOMPARE(failed.err.count(u"Varsler kan ikke vises"_s), 1);
+
+        QCOMPARE(run({u"hunt"_s, u"--twice"_s}).code, 2);
+        QCOMPARE(run({}).code, 2);
+        const Result help = run({u"--help"_s});
+        QCOMPARE(help.code, 0);
+        QVERIFY(help.out.contains(u"tindra hunt"_s));
+        QVERIFY(run({u"--version"_s}).out.startsWith(u"tindra "_s TINDRA_VERSION));
+    }
+
+    void whatIsMissingIsSaid() {
+        const Result noDisplay =
+            run({u"hunt"_s, u"--once"_s}, {{u"DISPLAY"_s, u""_s}, {u"WAYLAND_DISPLAY"_s, u""_s}});
+        QCOMPARE(noDisplay.code, 1);
+        QVERIFY(noDisplay.err.contains(u"xvfb-run"_s));
+        QCOMPARE(noDisplay.err.trimmed().count(u'\n'), 0);
+
+        const Result noGLib = run({u"hunt"_s, u"--once"_s}, {{u"QT_NO_GLIB"_s, u"1"_s}});
+        QCOMPARE(noGLib.code, 1);
+        QVERIFY(noGLib.err.contains(u"QT_NO_GLIB"_s));
+
+        const Result noSite = run({u"hunt"_s, u"--once"_s}, {{u"TINDRA_SITE_ORIGIN"_s, u"sas"_s}});
+        QCOMPARE(noSite.code, 1);
+        QVERIFY(noSite.err.contains(u"TINDRA_SITE_ORIGIN"_s));
+
+        const Result nothingToDo = run({u"hunt"_s, u"--once"_s},
+                                       {{u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s}});
+        QCOMPARE(nothingToDo.code, 0);
+        QVERIFY(nothingToDo.err.contains(u"Ingen aktive overvåkere"_s));
+        QCOMPARE(nothingToDo.err.count(u"Varsler kan ikke vises: ingen D-Bus-økt"_s), 1);
+
+        QVERIFY(QDir(m_folder + u"/data/Tindra"_s).removeRecursively());
+        QFile inTheWay(m_folder + u"/data/Tindra"_s);
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        const Result noStore = run({u"hunt"_s, u"--once"_s});
+        QCOMPARE(noStore.code, 0);
+        QCOMPARE(noStore.err.count(u"tindra.sqlite kan ikke brukes"_s), 1);
+    }
+
+    void theLoopRunsUntilItIsInterrupted() {
+        const auto program = start({u"hunt"_s, u"--demo"_s});
+        QByteArray out;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                out += program->readAllStandardOutput();
+                return out.contains("Runden er ferdig");
+            },
+            60000));
+        QCOMPARE(program->state(), QProcess::Running);
+        ::kill(static_cast<pid_t>(program->processId()), SIGINT);
+        QVERIFY(program->waitForFinished(10000));
+        QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program->exitCode(), 0);
+    }
+};
+
+int main(int argc, char* argv[]) {
+    TestBus bus;
+    const QCoreApplication application(argc, argv);
+    TestHunt test(bus);
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_hunt.moc"
