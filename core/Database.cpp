@@ -5,6 +5,8 @@
 #include "core/TDLog.h"
 #include "core/Text.h"
 
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -65,17 +67,25 @@ Database::Database(const QString& folder, const Clock& clock) : m_clock(clock) {
 }
 
 bool Database::transaction(const std::function<void()>& work) {
-    const auto earlierError = m_db.firstError();
-    m_db.forgetErrors();
-    const bool begun = m_db.execute("BEGIN IMMEDIATE");
-    if (begun)
-        work();
-    const bool stored = begun && !m_db.firstError() && m_db.execute("COMMIT");
-    if (begun && !stored)
-        m_db.execute("ROLLBACK");
-    if (!stored && !earlierError && !m_problem)
-        TDLog::note(u"database: lagring feilet: "_s + m_db.firstError().value_or(QString()));
-    return stored;
+    m_failed = false;
+    if (!m_db.execute("BEGIN IMMEDIATE"))
+        return false;
+    auto rollBack = qScopeGuard([this] { m_db.execute("ROLLBACK"); });
+    work();
+    if (m_failed || !m_db.execute("COMMIT"))
+        return false;
+    rollBack.dismiss();
+    m_problem.reset();
+    return true;
+}
+
+void Database::noteFailure(const QString& message) {
+    m_failed = true;
+    // Once is enough until something works again.
+    if (m_problem)
+        return;
+    m_problem = u"Tindra får ikke lagret noe (%1). Det prøves igjen i neste runde."_s.arg(message);
+    TDLog::note(u"database: lagring feilet: "_s + message);
 }
 
 std::optional<QString> Database::get(const QString& key) {
@@ -107,13 +117,14 @@ QList<Search> Database::listSearches() {
 }
 
 void Database::addSearch(const Search& s) {
-    m_db.change("INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
-                "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
-                "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
-                s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
-                s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo, s.includePartners);
+    const int added =
+        m_db.change("INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
+                    "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
+                    "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
+                    s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
+                    s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo, s.includePartners);
     const QString route = s.origin + u"->"_s + s.destination;
-    if (m_db.changes() > 0)
+    if (added > 0)
         TDLog::note(u"addSearch OK: %1 id=%2"_s.arg(route).arg(m_db.lastInsertId()));
     else
         TDLog::note(u"addSearch FEILET: %1 (%2)"_s.arg(m_db.errorMessage(), route));
@@ -152,10 +163,11 @@ void Database::markChecked(qint64 id, int found) {
 qint64 Database::recordMatch(const Match& m) {
     static const QByteArray sql = QByteArray("INSERT INTO matches (") + matchColumns +
                                   ") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    m_db.change(sql.constData(), m.searchId, m.key, m.route, m.fromCity, m.toCity, m.depart,
-                m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points, m.travelDate,
-                m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
-    return m_db.changes() > 0 ? m_db.lastInsertId() : 0;
+    const int added =
+        m_db.change(sql.constData(), m.searchId, m.key, m.route, m.fromCity, m.toCity, m.depart,
+                    m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points, m.travelDate,
+                    m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
+    return added > 0 ? m_db.lastInsertId() : 0;
 }
 
 QList<Match> Database::recentMatches(int limit) {

@@ -32,7 +32,8 @@ public:
     Database(const QString& folder, const Clock& clock);
     Q_DISABLE_COPY_MOVE(Database)
 
-    /// Why nothing can be stored, in Norwegian; absent when all is well.
+    /// Why nothing can be stored, in Norwegian; absent when all is well, and again when storing
+    /// has worked after a failure.
     const std::optional<QString>& problem() const { return m_problem; }
 
     /// Runs `work`; all its changes are stored together, or none of them when one fails. They are
@@ -74,10 +75,13 @@ public:
 
 private:
     void open(const QString& folder);
+    void noteFailure(const QString& message);
     void cleanupMismatchedMatches();
     void cleanupDuplicateMatches();
 
     const Clock& m_clock;
     SqliteConnection m_db;
     std::optional<QString> m_problem;
+    /// A statement has failed since the transaction began.
+    bool m_failed = false;
 };

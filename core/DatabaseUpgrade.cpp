@@ -67,23 +67,30 @@ void Database::open(const QString& folder) {
         ::chmod(QFile::encodeName(folder).constData(), S_IRWXU);
     }
     const QString path = folder + u"/tindra.sqlite"_s;
+    QString firstError;
+    m_db.setErrorHandler([&firstError](const QString& message) {
+        if (firstError.isEmpty())
+            firstError = message;
+    });
     m_db.open(path);
     // What is announced must survive a power cut, so every commit reaches the disk.
     m_db.execute("PRAGMA journal_mode = WAL");
     m_db.execute("PRAGMA synchronous = FULL");
     m_db.execute(schema);
     // A write that changes nothing shows whether the file takes any.
-    m_db.execute("BEGIN IMMEDIATE; DELETE FROM kv WHERE key = ''; COMMIT");
-    if (const auto& error = m_db.firstError()) {
+    m_db.execute("DELETE FROM kv WHERE key = ''");
+    if (!firstError.isEmpty()) {
         m_problem = u"Databasen %1 kan ikke brukes (%2). Ingenting blir lagret. Sjekk at filen er "
-                    u"en Tindra-database og at du har skrivetilgang."_s.arg(path, *error);
+                    u"en Tindra-database og at du har skrivetilgang."_s.arg(path, firstError);
         TDLog::note(u"database: "_s + *m_problem);
-        return;
+    } else {
+        // Files of earlier versions lack these; the failure on all others means nothing.
+        m_db.execute("ALTER TABLE matches ADD COLUMN duration_min INTEGER NOT NULL DEFAULT 0");
+        m_db.execute("ALTER TABLE searches ADD COLUMN include_partners INTEGER NOT NULL DEFAULT 0");
     }
-    // Files of earlier versions lack these; the failure on all others means nothing.
-    m_db.execute("ALTER TABLE matches ADD COLUMN duration_min INTEGER NOT NULL DEFAULT 0");
-    m_db.execute("ALTER TABLE searches ADD COLUMN include_partners INTEGER NOT NULL DEFAULT 0");
-    m_db.forgetErrors();
+    m_db.setErrorHandler([this](const QString& message) { noteFailure(message); });
+    if (m_problem)
+        return;
     cleanupMismatchedMatches();
     cleanupDuplicateMatches();
     m_db.execute("DELETE FROM matches WHERE search_id != -1 AND "
@@ -107,11 +114,14 @@ void Database::cleanupMismatchedMatches() {
                                               Airports::cityConsistent(codes[1], row.text(4))))
                        wrong.append({row.integer(0), row.text(1)});
                });
-    for (const Row& row : wrong) {
-        m_db.change("DELETE FROM matches WHERE id = ?", row.id);
-        // For every watcher, so that the offer can be found and reported afresh.
-        m_db.change("DELETE FROM seen WHERE fare_key = ?", row.key);
-    }
+    // An offer without its seen rows, or the other way round, would be reported twice or never.
+    transaction([&] {
+        for (const Row& row : wrong) {
+            m_db.change("DELETE FROM matches WHERE id = ?", row.id);
+            // For every watcher, so that the offer can be found and reported afresh.
+            m_db.change("DELETE FROM seen WHERE fare_key = ?", row.key);
+        }
+    });
     set(done, u"1"_s);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Keychain.h"
 
+#include "platform/Bundle.h"
 #include "platform/SecretStore.h"
 
 #include <QStringDecoder>
@@ -9,8 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString detailsService = u"app.tindra.Tindra.eurobonus"_s;
-const QString cookiesService = u"app.tindra.Tindra.sascookies"_s;
+const QString detailsService = QStringLiteral(TINDRA_BUNDLE_ID ".eurobonus");
+const QString cookiesService = QStringLiteral(TINDRA_BUNDLE_ID ".sascookies");
 
 } // namespace
 
@@ -26,7 +27,9 @@ QCoro::Task<std::optional<Credentials>> Keychain::load() {
     const auto item = co_await m_secrets.find(detailsService);
     if (!item)
         co_return std::nullopt;
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // Whole or not at all: a sequence that is cut off at the end is an error too.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
     const QString password = decoder(item->data);
     if (decoder.hasError())
         co_return std::nullopt;

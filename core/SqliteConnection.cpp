@@ -49,7 +49,7 @@ void SqliteConnection::open(const QString& path) {
         ::close(created);
     }
     if (sqlite3_open(file.constData(), &m_db) != SQLITE_OK)
-        noteError();
+        noteError(); // and every statement on it will fail
     sqlite3_busy_timeout(m_db, busyTimeoutMs);
 }
 
@@ -72,9 +72,13 @@ QString SqliteConnection::errorMessage() const {
     return QString::fromUtf8(sqlite3_errmsg(m_db));
 }
 
+void SqliteConnection::setErrorHandler(std::function<void(const QString&)> handler) {
+    m_onError = std::move(handler);
+}
+
 void SqliteConnection::noteError() {
-    if (!m_firstError)
-        m_firstError = errorMessage();
+    if (m_onError)
+        m_onError(errorMessage());
 }
 
 SqliteConnection::Statement::Statement(SqliteConnection& connection, const char* sql)
@@ -105,9 +109,9 @@ void SqliteConnection::Statement::bind(int index, bool value) {
     sqlite3_bind_int(m_statement, index, value ? 1 : 0);
 }
 
-void SqliteConnection::Statement::run(const std::function<void(const SqliteRow&)>& onRow) {
+bool SqliteConnection::Statement::run(const std::function<void(const SqliteRow&)>& onRow) {
     if (!m_statement)
-        return;
+        return false;
     int result = SQLITE_ROW;
     while ((result = sqlite3_step(m_statement)) == SQLITE_ROW) {
         if (onRow)
@@ -115,4 +119,5 @@ void SqliteConnection::Statement::run(const std::function<void(const SqliteRow&)
     }
     if (result != SQLITE_DONE)
         m_connection.noteError();
+    return result == SQLITE_DONE;
 }

@@ -7,7 +7,6 @@
 #include <QString>
 
 #include <functional>
-#include <optional>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -41,27 +40,25 @@ public:
     bool execute(const char* script);
 
     /// Prepares, binds, steps to the end and finalizes. Parameters in the order of the
-    /// placeholders: text, integers, doubles, booleans and instants.
+    /// placeholders: text, integers, doubles, booleans and instants. False when it failed.
     template<typename... Parameters>
-    void query(const char* sql, const std::function<void(const SqliteRow&)>& onRow,
+    bool query(const char* sql, const std::function<void(const SqliteRow&)>& onRow,
                const Parameters&... parameters) {
         Statement statement(*this, sql);
         bindAll(statement, parameters...);
-        statement.run(onRow);
+        return statement.run(onRow);
     }
+    /// The same for a statement without rows. Returns how many rows it changed; 0 when it failed.
     template<typename... Parameters>
-    void change(const char* sql, const Parameters&... parameters) {
-        query(sql, {}, parameters...);
+    int change(const char* sql, const Parameters&... parameters) {
+        return query(sql, {}, parameters...) ? changes() : 0;
     }
 
-    int changes() const;
     qint64 lastInsertId() const;
     /// What SQLite says of the last failed call, in English.
     QString errorMessage() const;
-    /// What SQLite said of the first statement that failed on this connection; absent while none
-    /// has.
-    const std::optional<QString>& firstError() const { return m_firstError; }
-    void forgetErrors() { m_firstError.reset(); }
+    /// Called with that after every failure; none at first.
+    void setErrorHandler(std::function<void(const QString&)> handler);
 
 private:
     class Statement {
@@ -76,7 +73,7 @@ private:
         void bind(int index, double value);
         void bind(int index, bool value);
         void bind(int index, Instant value) { bind(index, secondsSince1970(value)); }
-        void run(const std::function<void(const SqliteRow&)>& onRow);
+        bool run(const std::function<void(const SqliteRow&)>& onRow);
 
     private:
         SqliteConnection& m_connection;
@@ -88,8 +85,9 @@ private:
         int index = 0;
         (statement.bind(++index, parameters), ...);
     }
+    int changes() const;
     void noteError();
 
     sqlite3* m_db = nullptr;
-    std::optional<QString> m_firstError;
+    std::function<void(const QString&)> m_onError;
 };

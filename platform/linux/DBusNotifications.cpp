@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/DBusNotifications.h"
 
+#include "platform/Bundle.h"
+
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -69,10 +71,10 @@ void DBusNotifications::askCapabilities() {
 void DBusNotifications::send(const QString& title, const QString& body) {
     // Services with body markup read "&", "<" and ">" as markup; the others show them as they are.
     QDBusMessage message = call(u"Notify"_s);
-    message << u"Tindra"_s << quint32(0) << u"app.tindra.Tindra"_s << title
+    message << u"Tindra"_s << quint32(0) << QStringLiteral(TINDRA_BUNDLE_ID) << title
             << (*m_bodyMarkup ? body.toHtmlEscaped() : body) << QStringList()
             << QVariantMap{{u"sound-name"_s, u"message-new-instant"_s},
-                           {u"desktop-entry"_s, u"app.tindra.Tindra"_s}}
+                           {u"desktop-entry"_s, QStringLiteral(TINDRA_BUNDLE_ID)}}
             << -1;
     ++m_sent;
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerTimeoutMs), this);

@@ -3,6 +3,7 @@
 
 #include <QTimer>
 
+#include <algorithm>
 #include <ctime>
 
 namespace {
@@ -17,7 +18,8 @@ public:
             const auto copy = call;
             copy();
         });
-        m_timer.start(delay);
+        // A longer one would not fit into Qt's timers, and nothing here waits for weeks.
+        m_timer.start(std::min<std::chrono::milliseconds>(delay, std::chrono::hours(24 * 20)));
     }
 
 private:

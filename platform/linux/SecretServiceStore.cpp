@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/SecretServiceStore.h"
 
+#include "platform/Bundle.h"
 #include "platform/linux/GLibHandles.h"
 
 #include <QPointer>
@@ -18,7 +19,7 @@ constexpr auto answerTimeout = 60s;
 
 const SecretSchema& schema() {
     static const SecretSchema schema = {
-        "app.tindra.Tindra",
+        TINDRA_BUNDLE_ID,
         SECRET_SCHEMA_NONE,
         {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING}, {"account", SECRET_SCHEMA_ATTRIBUTE_STRING}},
         0,
@@ -77,8 +78,10 @@ std::optional<SecretStore::Item> itemOf(SecretItem* item) {
     result.data = QByteArray(data, static_cast<qsizetype>(size));
     secret_value_unref(value);
     const Attributes found(secret_item_get_attributes(item));
-    result.account =
-        QString::fromUtf8(static_cast<const char*>(g_hash_table_lookup(found.get(), "account")));
+    const auto* account = static_cast<const char*>(g_hash_table_lookup(found.get(), "account"));
+    if (!account)
+        return std::nullopt;
+    result.account = QString::fromUtf8(account);
     return result;
 }
 
@@ -129,13 +132,24 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
 
 QCoro::Task<> SecretServiceStore::remove(QString service) {
     const QPointer self(this);
+    Clock& clock = m_clock;
     const Attributes wanted = attributes(service);
-    Call call(m_clock);
-    secret_service_clear(nullptr, &schema(), wanted.get(), call.cancellable(), &Call::finished,
-                         &call);
-    GAsyncResult* result = co_await call.end();
+    // The library's own removal passes over items that are locked.
+    Call search(clock);
+    secret_service_search(nullptr, &schema(), wanted.get(),
+                          static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK),
+                          search.cancellable(), &Call::finished, &search);
+    GAsyncResult* result = co_await search.end();
     GErrorSlot error;
-    secret_service_clear_finish(nullptr, result, error.out());
+    GList* items = secret_service_search_finish(nullptr, result, error.out());
+    for (GList* item = items; item && !error; item = item->next) {
+        Call removal(clock);
+        secret_item_delete(static_cast<SecretItem*>(item->data), removal.cancellable(),
+                           &Call::finished, &removal);
+        GAsyncResult* removed = co_await removal.end();
+        secret_item_delete_finish(static_cast<SecretItem*>(item->data), removed, error.out());
+    }
+    g_list_free_full(items, g_object_unref);
     if (error && self)
         self->report(error.message());
 }

@@ -41,6 +41,10 @@ bool sandboxWorks() {
            bwrap.exitCode() == 0;
 }
 
+void refuseDownload(WebKitWebContext*, WebKitDownload* download, gpointer) {
+    webkit_download_cancel(download);
+}
+
 } // namespace
 
 std::unique_ptr<WebKitRuntime> WebKitRuntime::start(const Folders& folders, QString& problem) {
@@ -70,6 +74,8 @@ std::unique_ptr<WebKitRuntime> WebKitRuntime::start(const Folders& folders, QStr
         (data + "/cookies.sqlite").constData(), WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
     d->sandboxed = sandboxWorks();
     webkit_web_context_set_sandbox_enabled(d->context.get(), d->sandboxed);
+    // Nothing that a page offers is ever written to the user's folders.
+    g_signal_connect(d->context.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
     d->filters.reset(webkit_user_content_filter_store_new((cache + "/filters").constData()));
     return std::unique_ptr<WebKitRuntime>(new WebKitRuntime(std::move(d)));
 }

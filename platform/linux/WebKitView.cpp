@@ -83,8 +83,12 @@ GtkWidget* denyNewWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
     return nullptr;
 }
 
-gboolean denyDownload(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                      gpointer) {
+gboolean denyPrinting(WebKitWebView*, WebKitPrintOperation*, gpointer) {
+    return TRUE;
+}
+
+gboolean denyUnknownResponse(WebKitWebView*, WebKitPolicyDecision* decision,
+                             WebKitPolicyDecisionType type, gpointer) {
     if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE ||
         webkit_response_policy_decision_is_mime_type_supported(
             WEBKIT_RESPONSE_POLICY_DECISION(decision)))
@@ -154,7 +158,8 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* 
     g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(denyDialog), this);
     g_signal_connect(d->web.get(), "run-file-chooser", G_CALLBACK(denyFileChooser), this);
     g_signal_connect(d->web.get(), "create", G_CALLBACK(denyNewWindow), this);
-    g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(denyDownload), this);
+    g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(denyUnknownResponse), this);
+    g_signal_connect(d->web.get(), "print", G_CALLBACK(denyPrinting), this);
 }
 
 WebKitView::~WebKitView() {

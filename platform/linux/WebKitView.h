@@ -10,7 +10,7 @@ typedef struct _WebKitUserContentFilterStore WebKitUserContentFilterStore;
 
 /// A WebKitGTK view that is never put on the screen. It counts as hidden, so nothing is painted,
 /// and its timers run at full speed all the same. Whatever a page asks of the user (permissions,
-/// dialogs, downloads, new windows, files) is answered with no.
+/// dialogs, printing, new windows, files) is answered with no.
 class WebKitView final : public WebView {
     Q_OBJECT
 public:

@@ -234,9 +234,24 @@ private Q_SLOTS:
         }));
         QCOMPARE(keys(database.recentMatches(10)), QStringList{u"a"_s});
         QVERIFY(log().contains("no room"));
+        // A failure that goes on is logged once, one after a success again.
+        QVERIFY(!database.transaction([&] { database.upsertSeen(1, u"d"_s, {}, {}); }));
+        QCOMPARE(log().count("no room"), 1);
+        QVERIFY(database.problem());
         runOn(folder(), "DROP TRIGGER refuse;");
         QVERIFY(database.transaction([&] { database.recordMatch(offer(1, u"c"_s)); }));
         QCOMPARE(keys(database.recentMatches(10)), QStringList({u"c"_s, u"a"_s}));
+        QVERIFY(!database.problem());
+    }
+
+    void aChangeThatFailsAddsNothing() {
+        Database database(folder(), m_clock);
+        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        runOn(folder(), "DROP TABLE searches; DROP TABLE matches;");
+        QCOMPARE(database.recordMatch(offer(1, u"a"_s)), 0);
+        database.addSearch(watcher(u"BGO"_s, u"BKK"_s));
+        QVERIFY(log().contains("addSearch FEILET: no such table: searches (BGO->BKK)\n"));
+        QCOMPARE(log().count("lagring feilet"), 1);
     }
 
     void aFileThatCannotBeUsed_data() {

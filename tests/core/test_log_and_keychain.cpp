@@ -43,8 +43,12 @@ private Q_SLOTS:
         QCOMPARE(*awaited(keychain.load()), details);
         QCOMPARE(secrets.items.keys(), QStringList{u"app.tindra.Tindra.eurobonus"_s});
 
-        secrets.items.first().data = "\xff\xfe";
-        QVERIFY(!*awaited(keychain.load()));
+        for (const QByteArray broken : {"\xff\xfe", "abc\xc3"}) {
+            secrets.items.first().data = broken;
+            QVERIFY(!*awaited(keychain.load()));
+        }
+        secrets.items.first().data = "\xef\xbb\xbfpw";
+        QCOMPARE(awaited(keychain.load())->value().password, u"\ufeffpw"_s);
         awaited(keychain.saveCookieData("[]"));
         awaited(keychain.clear());
         QCOMPARE(secrets.items.keys(), QStringList{u"app.tindra.Tindra.sascookies"_s});

@@ -12,8 +12,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <csignal>
@@ -146,7 +148,8 @@ private Q_SLOTS:
         // Throttled timers fire once a second: forty in a row would take longer than the test
         // waits. The questions before them would never be answered.
         world.view->addUserScript(uR"(
-            alert('x'); confirm('x'); prompt('x'); window.open('about:blank');
+            alert('x'); confirm('x'); prompt('x'); print(); window.open('about:blank');
+            Notification.requestPermission && Notification.requestPermission();
             navigator.geolocation && navigator.geolocation.getCurrentPosition(() => {});
             window.onbeforeunload = event => { event.preventDefault(); return 'stay'; };
             let ticks = 0;
@@ -158,6 +161,31 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(world.texts(u"ticks"_s), QStringList{u"40"_s}, 15000);
         world.view->load(world.page(u"20270302"_s));
         QTRY_COMPARE_WITH_TIMEOUT(world.messages.size(), 2, 15000);
+    }
+
+    void nothingIsDownloaded() {
+        World world(m_runtime);
+        world.view->addMessageHandler(u"probe"_s, {u"done"_s});
+        world.view->addUserScript(uR"(
+            addEventListener('load', () => {
+                for (const href of ['data:text/plain,stolen', '/logo.svg']) {
+                    const link = document.createElement('a');
+                    link.href = href;
+                    link.download = 'tindra-download-test';
+                    document.body.append(link);
+                    link.click();
+                }
+                setTimeout(() => webkit.messageHandlers.probe.postMessage({done: '1'}), 500);
+            });)"_s,
+                                  {world.site.domain});
+        world.view->load(world.page());
+        QTRY_VERIFY_WITH_TIMEOUT(world.texts(u"done"_s).contains(u"1"_s), 15000);
+        QDirIterator files(QDir::homePath(), {u"tindra-download-test*"_s}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        QVERIFY(!files.hasNext());
+        const QString downloads =
+            QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+        QVERIFY(QDir(downloads).entryList({u"tindra-download-test*"_s}).isEmpty());
     }
 
     void navigationsAreTold() {
