@@ -27,11 +27,9 @@ Capture::Capture(WebView& view, Clock& clock, Site site)
         PageScripts::call(u"capture-hook.js"_s, {PageScripts::jsString(QString::fromLatin1(m_word)),
                                                  QString::number(largestBody)}),
         {m_site.domain});
-    view.setContentRules(PageScripts::resource(u"content-rules.json"_s)
-                             .replace("%SITE_HOST%", QUrl(m_site.origin)
-                                                         .host()
-                                                         .replace(u'.', u"\\\\."_s)
-                                                         .toUtf8()));
+    view.setContentRules(
+        PageScripts::resource(u"content-rules.json"_s)
+            .replace("%SITE_HOST%", QUrl(m_site.origin).host().replace(u'.', u"\\\\."_s).toUtf8()));
     view.addMessageHandler(u"sniff"_s, {u"url"_s, u"body"_s, u"word"_s});
     connect(&view, &WebView::scriptMessage, this, &Capture::receive);
     // Nothing can come any more, and the time-out would be a minute away.

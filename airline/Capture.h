@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "airline/FetchedLegs.h"
 #include "airline/Site.h"
 #include "platform/Clock.h"
 #include "platform/OneShot.h"
@@ -26,11 +27,9 @@ struct ScriptMessage;
 class Capture : public QObject {
     Q_OBJECT
 public:
-    /// The body of the response in UTF-8; absent when none came.
+    /// The body of the response in UTF-8; absent when none came. One above `largestBody` comes
+    /// empty, which is no answer to any parser.
     using Body = std::optional<QByteArray>;
-
-    /// Bodies above this many bytes are handed over empty, which is no answer to any parser.
-    static constexpr qsizetype largestBody = 16 * 1024 * 1024;
 
     /// Installs the hook in `view`, which must outlive this object, as `clock` must.
     Capture(WebView& view, Clock& clock, Site site);

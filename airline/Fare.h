@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QMap>
+#include "airline/CabinNumbers.h"
+
 #include <QString>
 #include <QStringList>
 
 /// One itinerary of one date, as the airline's response gives it.
 ///
 /// Codes are upper case, times local and exactly as the response spells them. A default fare has
-/// every text empty, both numbers 0 and both maps empty; a parsed one has all four cabins in
-/// `availability`.
+/// every text empty, both integers 0 and no numbers for any cabin; a parsed one has all four cabins
+/// in `availability`.
 struct Fare {
     /// `date`-`origin`-`destination`-`flight`, such as 2025-03-01-OSL-BKK-SK1467,TG955.
     QString key;
@@ -32,10 +33,10 @@ struct Fare {
     QString localArrive;
     /// 0 when unknown.
     int durationMinutes = 0;
-    /// Award seats by cabin raw value; 0 when nothing is offered.
-    QMap<QString, int> availability;
-    /// Lowest price in points by cabin raw value; a cabin without a price is absent.
-    QMap<QString, int> saverPoints;
+    /// Award seats; 0 when nothing is offered.
+    CabinNumbers availability;
+    /// Lowest price in points; a cabin without a price is absent.
+    CabinNumbers saverPoints;
     /// The page where it can be booked; empty when it cannot be built.
     QString bookingURL;
 

@@ -2,13 +2,15 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
+
+/// Bodies above this many bytes are not read.
+inline constexpr qsizetype largestBody = 16 * 1024 * 1024;
 
 /// Dates of one route that are looked up in a row.
 struct LegGroup {
@@ -21,5 +23,6 @@ struct LegGroup {
 
 /// The captured response bodies in UTF-8, by date as given; absent where a date gave none.
 using FetchedDates = QMap<QString, std::optional<QByteArray>>;
-/// The same by leg key, `origin`-`destination` as given.
+/// The same by leg key, `origin`-`destination` as given; a route that comes twice has the dates of
+/// both.
 using FetchedLegs = QMap<QString, FetchedDates>;

@@ -3,6 +3,8 @@
 
 #include "airline/SAS.h"
 
+#include <QStringBuilder>
+
 #include <simdjson.h>
 
 #include <algorithm>
@@ -145,24 +147,6 @@ void keepLowest(std::optional<int>& lowest, int points) {
         lowest = std::min(lowest.value_or(points), points);
 }
 
-/// Seats and lowest price of every cabin while one flight is read.
-struct CabinOffers {
-    std::array<int, 4> seats{};
-    std::array<std::optional<int>, 4> points;
-
-    int& seatsIn(Cabin cabin) { return seats[static_cast<size_t>(cabin)]; }
-    std::optional<int>& pointsIn(Cabin cabin) { return points[static_cast<size_t>(cabin)]; }
-
-    void store(Fare& fare) const {
-        for (const Cabin cabin : allCabins) {
-            const auto index = static_cast<size_t>(cabin);
-            fare.availability.insert(rawValue(cabin), seats[index]);
-            if (points[index])
-                fare.saverPoints.insert(rawValue(cabin), *points[index]);
-        }
-    }
-};
-
 /// What both kinds of responses say of a flight under the same keys.
 struct Itinerary {
     std::optional<QString> localDepart;
@@ -201,19 +185,20 @@ struct Itinerary {
     }
 
     void takeSegments(dom::element value) {
-        QStringList designators;
-        QStringList arrivals;
+        segments = 0;
+        flight.clear();
+        stopCodes.clear();
+        QString arrival;
         eachEntry(value, [&](dom::object segment) {
-            designators.append(textOf(segment, "marketingCarrier", "code").value_or(QString()) +
-                               flightNumber(member(segment, "flightNumber")));
-            arrivals.append(textOf(segment, "arrivalAirport", "code").value_or(QString()));
+            // Where a segment arrives is a stop only when another one follows.
+            if (!arrival.isEmpty())
+                stopCodes.append(arrival);
+            arrival = textOf(segment, "arrivalAirport", "code").value_or(QString());
+            if (segments++ > 0)
+                flight += u',';
+            flight += textOf(segment, "marketingCarrier", "code").value_or(QString());
+            flight += flightNumber(member(segment, "flightNumber"));
         });
-        segments = static_cast<int>(designators.size());
-        flight = designators.join(u',');
-        if (!arrivals.isEmpty())
-            arrivals.removeLast();
-        arrivals.removeAll(QString());
-        stopCodes = arrivals;
     }
 
     /// A number or a text; nothing for anything else.
@@ -227,15 +212,15 @@ struct Itinerary {
         return text(*value).value_or(QString());
     }
 
-    Fare fare(const QString& origin, const QString& dest) const {
+    /// Fills in all of `fare` but its seats and prices and where it can be booked.
+    void describe(Fare& fare, const QString& origin, const QString& dest) const {
         const auto code = [](const std::optional<QString>& own, const QString& ofLeg) {
             const QString trimmed = own.value_or(QString()).trimmed().toUpper();
             return trimmed.isEmpty() ? ofLeg.toUpper() : trimmed;
         };
-        Fare fare;
         fare.origin = code(originCode, origin);
         fare.destination = code(destinationCode, dest);
-        fare.route = fare.origin + u'-' + fare.destination;
+        fare.route = fare.origin % u'-' % fare.destination;
         fare.fromCity = originCity.value_or(fare.origin);
         fare.toCity = destinationCity.value_or(fare.destination);
         fare.localDepart = localDepart.value_or(QString());
@@ -245,8 +230,7 @@ struct Itinerary {
         fare.stops = stopCodes;
         fare.flight = flight;
         fare.durationMinutes = SAS::durationMinutes(startGmt, endGmt, connection);
-        fare.key = fare.date + u'-' + fare.route + u'-' + flight;
-        return fare;
+        fare.key = fare.date % u'-' % fare.route % u'-' % flight;
     }
 };
 
@@ -272,8 +256,8 @@ void addProduct(dom::object product, int& bestSeats, std::optional<int>& lowest)
     keepLowest(lowest, points.value_or(0));
 }
 
-void addCabins(dom::element value, CabinOffers& offers) {
-    eachObjectMember(value, [&offers](std::string_view name, dom::object families) {
+void addCabins(dom::element value, Fare& fare) {
+    eachObjectMember(value, [&fare](std::string_view name, dom::object families) {
         const auto cabin = cabinNamed(name, cabinMap);
         if (!cabin)
             return;
@@ -286,14 +270,14 @@ void addCabins(dom::element value, CabinOffers& offers) {
                                  addProduct(product, bestSeats, lowest);
                              });
         }
-        offers.seatsIn(*cabin) = bestSeats;
+        fare.availability[*cabin] = bestSeats;
         if (lowest)
-            offers.pointsIn(*cabin) = lowest;
+            fare.saverPoints[*cabin] = lowest;
     });
 }
 
 /// One cabin entry of the award flow; `seatsKey` is where its seat count stands.
-void mergeAwardCabin(dom::object entry, std::string_view seatsKey, CabinOffers& offers) {
+void mergeAwardCabin(dom::object entry, std::string_view seatsKey, Fare& fare) {
     const auto cabin = cabinNamed(charsOf(entry, "cabin"), awardCabinMap);
     if (!cabin)
         return;
@@ -301,25 +285,32 @@ void mergeAwardCabin(dom::object entry, std::string_view seatsKey, CabinOffers& 
     std::optional<int> seats = integerOf(entry, seatsKey);
     if (seats.value_or(0) == 0) {
         seats.reset();
-        eachEntry(member(entry, "fares"), [&seats](dom::object fare) {
-            if (const auto own = integerOf(fare, "avlSeats"))
+        eachEntry(member(entry, "fares"), [&seats](dom::object offer) {
+            if (const auto own = integerOf(offer, "avlSeats"))
                 seats = std::min(seats.value_or(*own), *own);
         });
     }
     if (seats.value_or(0) >= 1)
-        offers.seatsIn(*cabin) = std::max(offers.seatsIn(*cabin), *seats);
+        fare.availability[*cabin] = std::max(fare.availability[*cabin].value_or(0), *seats);
 
     eachObjectMember(member(entry, "price"), [&](std::string_view, dom::object amounts) {
         const auto amount = integerOf(amounts, "amount");
-        keepLowest(offers.pointsIn(*cabin),
+        keepLowest(fare.saverPoints[*cabin],
                    (amount ? amount : integerOf(amounts, "points")).value_or(0));
     });
+}
+
+Fare fareWithoutSeats() {
+    Fare fare;
+    for (const Cabin cabin : allCabins)
+        fare.availability[cabin] = 0;
+    return fare;
 }
 
 Fare ordinaryFare(dom::object flight, const Site& site, const QString& origin,
                   const QString& dest) {
     Itinerary itinerary;
-    CabinOffers offers;
+    Fare fare = fareWithoutSeats();
     for (const auto [key, value] : flight) {
         if (itinerary.take(key, value))
             continue;
@@ -332,10 +323,9 @@ Fare ordinaryFare(dom::object flight, const Site& site, const QString& origin,
         else if (key == "endTimeInGmt")
             itinerary.endGmt = text(value);
         else if (key == "cabins")
-            addCabins(value, offers);
+            addCabins(value, fare);
     }
-    Fare fare = itinerary.fare(origin, dest);
-    offers.store(fare);
+    itinerary.describe(fare, origin, dest);
     fare.bookingURL = SAS::bookingURL(site, fare.origin, fare.destination, fare.date);
     return fare;
 }
@@ -377,13 +367,12 @@ std::optional<Fare> awardFare(dom::object flight, const Site& site, const QStrin
     if (!itinerary.stops)
         itinerary.stops = std::max(itinerary.segments - 1, 0);
 
-    CabinOffers offers;
+    Fare fare = fareWithoutSeats();
     eachEntry(lowestFares,
-              [&offers](dom::object entry) { mergeAwardCabin(entry, "avlSeats", offers); });
+              [&fare](dom::object entry) { mergeAwardCabin(entry, "avlSeats", fare); });
     eachEntry(cabins,
-              [&offers](dom::object entry) { mergeAwardCabin(entry, "availableSeats", offers); });
-    Fare fare = itinerary.fare(origin, dest);
-    offers.store(fare);
+              [&fare](dom::object entry) { mergeAwardCabin(entry, "availableSeats", fare); });
+    itinerary.describe(fare, origin, dest);
     fare.bookingURL = SAS::awardURL(site, fare.origin, fare.destination, fare.date);
     return fare;
 }
@@ -396,8 +385,11 @@ struct OfferParser::Buffers {
     /// Absent when the body cannot be read as an object.
     std::optional<dom::object> root(const QByteArray& body) {
         dom::object root;
-        if (body.size() > largestBody ||
-            parser.parse(body.constData(), static_cast<size_t>(body.size())).get(root))
+        if (body.size() > largestBody)
+            return std::nullopt;
+        const qsizetype start = body.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+        if (parser.parse(body.constData() + start, static_cast<size_t>(body.size() - start))
+                .get(root))
             return std::nullopt;
         return root;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "airline/Fare.h"
+#include "airline/FetchedLegs.h"
 #include "airline/Site.h"
 
 #include <QByteArray>
@@ -18,17 +19,15 @@
 /// integer when it has no fraction; beyond 32 bits it is cut to the nearest that fits.
 class OfferParser {
 public:
-    /// Bodies above this many bytes are not read.
-    static constexpr qsizetype largestBody = 16 * 1024 * 1024;
-
     explicit OfferParser(Site site);
     ~OfferParser();
     Q_DISABLE_COPY_MOVE(OfferParser)
 
     /// The fares of an ordinary response, in no particular order, one for every flight object,
     /// also without any award seat. `origin` and `dest` stand in for codes that a flight lacks.
-    /// Absent when the body is not a JSON object, is nested too deep, or is too large; an object
-    /// without flights gives an empty list.
+    /// Absent when the body is not a JSON object in valid UTF-8, is nested more than 1,024 deep, is
+    /// larger than `largestBody`, or holds a number that no double can; an object without flights
+    /// gives an empty list.
     std::optional<QList<Fare>> parseOffers(const QByteArray& body, const QString& origin,
                                            const QString& dest);
     /// The same for an award response, whose sold-out flights are left out.

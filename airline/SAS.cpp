@@ -4,6 +4,7 @@
 #include "core/DateFmt.h"
 
 #include <QDateTime>
+#include <QStringBuilder>
 #include <QUrlQuery>
 
 #include <algorithm>
@@ -25,7 +26,8 @@ QString digitsOf(const QString& text) {
 bool queryMatches(const QString& url, const QString& originKey, const QString& destKey,
                   const QString& dateKey, const QString& origin, const QString& dest,
                   const QString& outDate) {
-    const QUrl parsed(url, QUrl::StrictMode);
+    // The page wrote it, and pages may write what only a browser accepts.
+    const QUrl parsed(url, QUrl::TolerantMode);
     if (!parsed.isValid() || !parsed.hasQuery())
         return false;
     QHash<QString, QString> items;
@@ -37,10 +39,47 @@ bool queryMatches(const QString& url, const QString& originKey, const QString& d
            digitsOf(items.value(dateKey)) == digitsOf(outDate);
 }
 
+/// An address text in its absolute, encoded form. Nearly all consist of characters that stay as
+/// they are, and a response has a hundred of them, so those are not taken apart.
+QString encodedAddress(const QString& text) {
+    const bool staysAsItIs = std::all_of(text.begin(), text.end(), [](QChar c) {
+        const char16_t code = c.unicode();
+        return (code >= u'a' && code <= u'z') || (code >= u'A' && code <= u'Z') ||
+               (code >= u'0' && code <= u'9') || QStringView(u"-._~:/?&=,").contains(c);
+    });
+    return staysAsItIs ? text : QUrl(text).toString(QUrl::FullyEncoded);
+}
+
+/// "2025-03-01T10:15:00.000Z", the form that the airline writes, read without Qt's general parser;
+/// absent for any other form and for digits that are no instant.
+std::optional<QDateTime> parseUsualInstant(QStringView text) {
+    constexpr QStringView form = u"dddd-dd-ddTdd:dd:dd.dddZ";
+    if (text.size() != form.size())
+        return std::nullopt;
+    for (qsizetype i = 0; i < form.size(); ++i) {
+        const bool isDigit = text[i] >= u'0' && text[i] <= u'9';
+        if (form[i] == u'd' ? !isDigit : text[i] != form[i])
+            return std::nullopt;
+    }
+    const auto number = [text](qsizetype from, qsizetype length) {
+        int value = 0;
+        for (const QChar digit : text.sliced(from, length))
+            value = value * 10 + (digit.unicode() - u'0');
+        return value;
+    };
+    const QDate date(number(0, 4), number(5, 2), number(8, 2));
+    const QTime time(number(11, 2), number(14, 2), number(17, 2), number(20, 3));
+    if (!date.isValid() || !time.isValid())
+        return std::nullopt;
+    return QDateTime(date, time, Qt::UTC);
+}
+
 /// Instants with fractional seconds and a zone; others count as absent.
 std::optional<QDateTime> parseIsoZ(const std::optional<QString>& text) {
     if (!text || !text->contains(u'.'))
         return std::nullopt;
+    if (const auto usual = parseUsualInstant(*text))
+        return usual;
     const QDateTime instant = QDateTime::fromString(*text, Qt::ISODateWithMs);
     // Without a zone designator the text is read as local time, which says nothing here.
     if (!instant.isValid() || instant.timeSpec() == Qt::LocalTime)
@@ -77,19 +116,17 @@ QString bookingURL(const Site& site, const QString& origin, const QString& dest,
                    const QString& dateISO) {
     if (origin.isEmpty() || dest.isEmpty() || dateISO.isEmpty())
         return {};
-    const QString search = u"OW_%1-%2-%3_a1c0i0y0"_s.arg(origin.toUpper(), dest.toUpper(),
-                                                         QString(dateISO).remove(u'-'));
-    const QUrl url(site.origin + u"/book/flights/?search="_s + search +
-                   u"&view=upsell&bookingFlow=points&sortBy=rec,rec&filterBy=all,all"_s);
-    return url.toString(QUrl::FullyEncoded);
+    return encodedAddress(site.origin % u"/book/flights/?search=OW_" % origin.toUpper() % u'-' %
+                          dest.toUpper() % u'-' % QString(dateISO).remove(u'-') %
+                          u"_a1c0i0y0&view=upsell&bookingFlow=points&sortBy=rec,rec"
+                          u"&filterBy=all,all");
 }
 
 QString awardURL(const Site& site, const QString& origin, const QString& dest,
                  const QString& dateISO) {
-    const QUrl url(site.origin +
-                   u"/booking/award/flights?origin=%1&destination=%2"
-                   u"&outboundDate=%3&adults=1"_s.arg(origin.toUpper(), dest.toUpper(), dateISO));
-    return url.toString(QUrl::FullyEncoded);
+    return encodedAddress(site.origin % u"/booking/award/flights?origin=" % origin.toUpper() %
+                          u"&destination=" % dest.toUpper() % u"&outboundDate=" % dateISO %
+                          u"&adults=1");
 }
 
 bool offersURLMatches(const QString& url, const QString& origin, const QString& dest,
@@ -110,8 +147,8 @@ QMap<QString, int> matchingCabins(const Fare& fare, const CabinSet& wanted, int 
         return cabins;
     const int need = std::max(minSeats, 1);
     for (const QString& cabin : wanted) {
-        const auto seats = fare.availability.constFind(cabin);
-        if (seats != fare.availability.constEnd() && *seats >= need)
+        const auto seats = fare.availability.of(cabin);
+        if (seats && *seats >= need)
             cabins.insert(cabin, *seats);
     }
     return cabins;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "airline/SASEngine.h"
 
-#include "airline/PageScripts.h"
 #include "airline/SessionKeeper.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
@@ -63,8 +62,10 @@ QCoro::Task<> SASEngine::verifyLogin() {
     const QPointer self(this);
     m_probing = true;
     co_await verify();
-    if (self)
-        m_probing = false;
+    if (!self)
+        co_return;
+    m_probing = false;
+    leavePage();
 }
 
 QCoro::Task<> SASEngine::verify() {
@@ -155,13 +156,18 @@ QCoro::Task<bool> SASEngine::renew() {
     co_return renewed;
 }
 
+/// A results page left behind would run its scripts at full speed until the next round.
+void SASEngine::leavePage() {
+    if (!m_state.isLoginWindowOpen())
+        m_view.unload();
+}
+
 QCoro::Task<FetchedLegs> SASEngine::fetchLegs(QList<LegGroup> legs, bool award,
                                               AbortQuestion shouldAbort, Progress progress) {
     const QPointer self(this);
     auto fetched = co_await fetch(legs, award, shouldAbort, progress);
-    // A results page left behind would run its scripts at full speed until the next round.
-    if (self && !m_state.isLoginWindowOpen())
-        m_view.unload();
+    if (self)
+        leavePage();
     co_return fetched;
 }
 
@@ -171,6 +177,13 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
     FetchedLegs fetched;
     while (m_state.isLoginWindowOpen()) {
         progress(waitingLabel(), {});
+        co_await m_clock.sleep(waitStep);
+        if (!self)
+            co_return fetched;
+    }
+    // A verification that began before this round has the web view, and would take the end of its
+    // lookup for a dead session.
+    while (m_probing) {
         co_await m_clock.sleep(waitStep);
         if (!self)
             co_return fetched;

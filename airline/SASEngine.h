@@ -39,6 +39,7 @@ private:
     QCoro::Task<FetchedLegs> fetch(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
                                    Progress progress);
     void confirmNow();
+    void leavePage();
 
     WebView& m_view;
     Clock& m_clock;

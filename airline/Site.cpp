@@ -22,6 +22,12 @@ Site Site::fromEnvironment(const QProcessEnvironment& environment) {
     if (url.host().isEmpty() || (url.scheme() != u"https" && url.scheme() != u"http"))
         throw Err{u"TINDRA_SITE_ORIGIN er ikke en nettadresse: «%1». Skriv den som "
                   u"https://vert eller http://vert:port."_s.arg(site.origin)};
+    const bool isOwnDomain = !environment.value(u"TINDRA_SITE_DOMAIN"_s).isEmpty();
+    if (!environment.value(u"TINDRA_SITE_ORIGIN"_s).isEmpty() && !isOwnDomain)
+        site.domain = url.host();
+    if (url.host() != site.domain && !url.host().endsWith(u'.' + site.domain))
+        throw Err{u"TINDRA_SITE_DOMAIN «%1» passer ikke til nettstedet «%2»: verten må være "
+                  u"domenet selv eller ligge under det."_s.arg(site.domain, site.origin)};
     while (site.origin.endsWith(u'/'))
         site.origin.chop(1);
     return site;

@@ -24,7 +24,7 @@ Match foundMatch(const Search& watcher, const Fare& fare, const QString& cabin, 
     match.durationMinutes = fare.durationMinutes;
     match.cabin = cabin;
     match.seats = seats;
-    match.points = fare.saverPoints.value(cabin, 0);
+    match.points = fare.saverPoints.of(cabin).value_or(0);
     match.travelDate = fare.date;
     match.bookingURL = fare.bookingURL;
     match.foundAt = now;

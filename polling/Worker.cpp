@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -17,6 +18,8 @@ namespace {
 
 constexpr auto revivalPause = 1800s;
 constexpr double shortestIntervalMinutes = 1.0;
+/// A week: a setting beyond that is a slip of the pen.
+constexpr double longestIntervalMinutes = 7 * 24 * 60;
 const QString lastPollKey = u"last_poll"_s;
 
 /// Fares compared, and news stored and announced, before everything else gets its turn: a few
@@ -55,7 +58,8 @@ QCoro::Task<> Worker::loop(double intervalMinutes) {
         const double stored =
             m_database.get(u"poll_interval_min"_s).value_or(QString()).toDouble(&isNumber);
         const double minutes =
-            std::max(isNumber ? stored : intervalMinutes, shortestIntervalMinutes);
+            std::clamp(isNumber && std::isfinite(stored) ? stored : intervalMinutes,
+                       shortestIntervalMinutes, longestIntervalMinutes);
         const bool slept =
             co_await m_pause.start(std::chrono::duration_cast<std::chrono::milliseconds>(
                 std::chrono::duration<double, std::ratio<60>>(minutes)));
@@ -161,7 +165,6 @@ QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
         lookup.error = error.message;
         co_return lookup;
     }
-    lookup.visited = Legs::visited(legs);
     m_lookupTotal = static_cast<int>(legs.size());
     Q_EMIT changed();
 
@@ -206,12 +209,13 @@ QList<Leg> Worker::takeTurn(const Search& watcher, const QList<Leg>& legs) {
 QCoro::Task<> Worker::readBodies(FetchedLegs fetched, bool award, Lookup& lookup,
                                  qsizetype& noData) {
     const QPointer self(this);
+    QList<Leg> answered;
     for (auto leg = fetched.begin(); leg != fetched.end(); ++leg) {
         const QStringList codes = leg.key().split(u'-', Qt::SkipEmptyParts);
         if (codes.size() != 2)
             continue;
-        for (std::optional<QByteArray>& body : *leg) {
-            const QByteArray bytes = std::exchange(body, std::nullopt).value_or(QByteArray());
+        for (auto date = leg->begin(); date != leg->end(); ++date) {
+            const QByteArray bytes = std::exchange(*date, std::nullopt).value_or(QByteArray());
             const auto fares = award ? m_parser.parseAwardOffers(bytes, codes[0], codes[1])
                                      : m_parser.parseOffers(bytes, codes[0], codes[1]);
             if (!fares) {
@@ -219,11 +223,14 @@ QCoro::Task<> Worker::readBodies(FetchedLegs fetched, bool award, Lookup& lookup
                 continue;
             }
             lookup.fares.append(*fares);
+            // A date that gave no data was not looked at: nothing has sold out because of it.
+            answered.append({codes[0], codes[1], date.key()});
             co_await nextTurn();
             if (!self)
                 co_return;
         }
     }
+    lookup.visited = Legs::visited(answered);
 }
 
 QCoro::Task<> Worker::matchFares(Search watcher, Lookup lookup, PollSummary& summary,
@@ -255,12 +262,14 @@ QCoro::Task<> Worker::matchFares(Search watcher, Lookup lookup, PollSummary& sum
     m_database.markChecked(watcher.id, comparison.satisfied());
 }
 
-/// First on the disk, then said: what was announced is never announced again after a crash.
+/// First on the disk, then said: what was announced is never announced again after a crash. When
+/// the disk takes nothing, a new seat is worth saying all the same; that one has sold out would be
+/// said again in every round, so it waits.
 void Worker::storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
                               QList<Match>& found) {
     if (news.isEmpty())
         return;
-    m_database.transaction([&] {
+    const bool isStored = m_database.transaction([&] {
         for (FareNews& one : news) {
             for (Match& match : one.found)
                 match.id = m_database.recordMatch(match);
@@ -270,14 +279,16 @@ void Worker::storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollS
                 m_database.upsertSeen(watcher.id, one.key, one.seen->cabins, one.seen->label);
         }
     });
-    for (const FareNews& one : std::as_const(news)) {
-        for (const Match& match : one.found) {
+    for (FareNews& one : news) {
+        for (Match& match : one.found) {
+            if (!isStored)
+                match.id = 0;
             ++summary.newAlerts;
             m_notifier.notifyNewFare(match);
             found.append(match);
             Q_EMIT matchFound(match);
         }
-        if (one.soldOut) {
+        if (one.soldOut && isStored) {
             ++summary.soldOut;
             m_notifier.notifySoldOut(one.soldOut->route, one.gone);
             Q_EMIT soldOut(*one.soldOut, one.key, one.gone);

@@ -71,6 +71,7 @@ private:
     /// What a lookup of one watcher gave.
     struct Lookup {
         QList<Fare> fares;
+        /// What the fare keys of the legs begin with that gave an answer.
         QSet<QString> visited;
         /// Why the lookup failed; absent when it did not.
         std::optional<QString> error;

@@ -1,8 +1,8 @@
 // Runs at the start of every page of the airline, before the page's own scripts. Hands a copy of
 // every offer response that the page fetches to the application, and changes nothing for the page.
 //
-// `word` is known to nobody else; a message without it did not come from here. `limit` is the
-// length of the longest body that is handed over; a longer one is handed over empty.
+// `word` is known to nobody else; a message without it did not come from here. A body of more
+// than `limit` characters is handed over empty.
 (function (word, limit) {
     if (window.__tdHooked) {
         return;

@@ -139,15 +139,20 @@ private Q_SLOTS:
         QVERIFY(World().view.word() != world.view.word());
 
         TDLog::start(world.dir.path() + u"/ui.log"_s, &world.clock);
+        const auto construct = [&world] {
+            const SASEngine other(world.view, world.clock, world.database, world.keychain,
+                                  world.state, world.capture, nullptr);
+        };
+        construct();
         world.view.hasTrackingPreventionSwitch = false;
-        const SASEngine other(world.view, world.clock, world.database, world.keychain, world.state,
-                              world.capture, nullptr);
+        construct();
         TDLog::start({}, nullptr);
         QFile log(world.dir.path() + u"/ui.log"_s);
         QVERIFY(log.open(QIODevice::ReadOnly));
-        QVERIFY(
-            QString::fromUtf8(log.readAll())
-                .endsWith(u"ITP: fant ikke av-bryteren i WebKit — sporingsvern forblir paa\n"_s));
+        const QStringList lines = QString::fromUtf8(log.readAll()).split(u'\n');
+        QVERIFY(lines[0].endsWith(u"Z ITP slaatt av for soeke-webviewen"_s));
+        QVERIFY(lines[1].endsWith(
+            u"Z ITP: fant ikke av-bryteren i WebKit — sporingsvern forblir paa"_s));
     }
 
     void aBatchInOrder() {
@@ -163,6 +168,16 @@ private Q_SLOTS:
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
         QCOMPARE(world.view.unloads, 1);
         QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void aRouteThatComesTwiceKeepsAllItsDates() {
+        World world;
+        const QStringList dates = days(2).first().dates;
+        world.start({{u"OSL"_s, u"CPH"_s, {dates[1]}},
+                     {u"OSL"_s, u"ARN"_s, {}},
+                     {u"OSL"_s, u"CPH"_s, {dates[0]}}});
+        world.play();
+        QCOMPARE(world.dates().keys(), dates);
     }
 
     void anEmptyBatchOnlyPrepares() {
@@ -226,17 +241,13 @@ private Q_SLOTS:
         World world;
         world.start(days(1));
         world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270301"_s,
-                                QByteArray(Capture::largestBody + 1, 'x'));
+                                QByteArray(largestBody + 1, 'x'));
         settle();
         QCOMPARE(world.dates(), (FetchedDates{{u"20270301"_s, QByteArray()}}));
     }
 
     void aCaptureEndsAtItsTimeOut() {
         World world;
-        world.answers = [](const QString& date) { return date != u"20270302"; };
-        world.start(days(1));
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270301"_s, "x");
-        settle();
         std::optional<Capture::Body> body;
         world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270302"_s, false, 60s)
             .then([&body](Capture::Body result) { body = result; });
@@ -244,9 +255,16 @@ private Q_SLOTS:
         QVERIFY(!body);
         world.clock.advance(1ms);
         QVERIFY(body && !*body);
-        // A late answer belongs to nobody.
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270302"_s, "x");
+        // A late answer belongs to nobody, not even to the next capture.
+        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270302"_s, "late");
+        std::optional<Capture::Body> next;
+        world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270303"_s, false, 60s)
+            .then([&next](Capture::Body result) { next = result; });
         settle();
+        QVERIFY(!next);
+        world.capture.end();
+        settle();
+        QVERIFY(next && !*next);
     }
 
     void aNewerCaptureSupersedesAndADeadProcessEndsIt() {
@@ -401,13 +419,18 @@ private Q_SLOTS:
         QVERIFY(world.engine.loginStatus().isLoggedOut());
         QCOMPARE(world.notices.size(), 1);
 
+        // A batch that begins meanwhile waits for the verdict.
+        QCOMPARE(world.view.unloads, 1);
         world.engine.verifyLogin();
-        settle();
+        world.start(days(1));
+        QCOMPARE(world.view.loaded.size(), 3);
         world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270116"_s,
                                 someBody);
         settle();
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
         QCOMPARE(world.keeper.calls.last(2), QStringList({u"restore"_s, u"snapshot"_s}));
+        world.play();
+        QCOMPARE(world.view.loaded.size(), 4);
     }
 
     void anEngineThatGoesAwayInTheMiddle() {

@@ -21,10 +21,12 @@ QByteArray read(const QString& name) {
     return file.readAll();
 }
 
-QJsonObject json(const QMap<QString, int>& numbers) {
+QJsonObject json(const CabinNumbers& numbers) {
     QJsonObject object;
-    for (auto number = numbers.begin(); number != numbers.end(); ++number)
-        object.insert(number.key(), *number);
+    for (const Cabin cabin : allCabins) {
+        if (const auto number = numbers[cabin])
+            object.insert(rawValue(cabin), *number);
+    }
     return object;
 }
 
@@ -109,9 +111,16 @@ private Q_SLOTS:
         const auto padded = [&frame](qsizetype size) {
             return QByteArray(frame).replace("%", QByteArray(size - frame.size() + 1, 'x'));
         };
-        QCOMPARE(m_parser.parseOffers(padded(OfferParser::largestBody), u"OSL"_s, u"BKK"_s)->size(),
-                 1);
-        QVERIFY(!m_parser.parseOffers(padded(OfferParser::largestBody + 1), u"OSL"_s, u"BKK"_s));
+        QCOMPARE(m_parser.parseOffers(padded(largestBody), u"OSL"_s, u"BKK"_s)->size(), 1);
+        QVERIFY(!m_parser.parseOffers(padded(largestBody + 1), u"OSL"_s, u"BKK"_s));
+    }
+
+    void aByteOrderMarkIsPassedOver() {
+        QCOMPARE(
+            m_parser
+                .parseOffers("\xEF\xBB\xBF{\"outboundFlights\":{\"a\":{}}}", u"OSL"_s, u"BKK"_s)
+                ->size(),
+            1);
     }
 
     void answersWithoutFlightsAreEmpty() {

@@ -41,6 +41,8 @@ private Q_SLOTS:
         QTest::newRow("the last counts")
             << u"?from=OSL&to=BKK&outDate=20270301&OUTDATE=20270302"_s << false << false;
         QTest::newRow("encoded") << u"?from=%4FSL&to=BKK&outDate=2027%2D03%2D01"_s << true << false;
+        QTest::newRow("as only browsers accept")
+            << u"?name=a b|{c}&from=OSL&to=BKK&outDate=20270301&x=50%"_s << true << false;
         QTest::newRow("no query") << u""_s << false << false;
     }
     void requestsOfALeg() {
@@ -101,7 +103,7 @@ private Q_SLOTS:
     void whatSatisfies() {
         Fare fare;
         fare.numberOfStops = 1;
-        fare.availability = {{u"economy"_s, 0}, {u"premeco"_s, 1}, {u"business"_s, 3}};
+        fare.availability = {{Cabin::economy, 0}, {Cabin::premeco, 1}, {Cabin::business, 3}};
         const CabinSet all{u"economy"_s, u"premeco"_s, u"business"_s, u"first"_s, u"galley"_s};
         using Seats = QMap<QString, int>;
         QCOMPARE(SAS::matchingCabins(fare, all, 0, 1),
@@ -126,9 +128,13 @@ private Q_SLOTS:
         environment.insert(u"TINDRA_IDP_DOMAIN"_s, u""_s);
         const Site site = Site::fromEnvironment(environment);
         QCOMPARE(site.origin, u"http://site.localhost:8080"_s);
-        QCOMPARE(site.domain, Site().domain);
+        QCOMPARE(site.domain, u"site.localhost"_s);
         QCOMPARE(site.identityHost, u"id.localhost"_s);
         QCOMPARE(site.identityDomain, Site().identityDomain);
+        environment.insert(u"TINDRA_SITE_DOMAIN"_s, u"other.localhost"_s);
+        QVERIFY_EXCEPTION_THROWN(Site::fromEnvironment(environment), Err);
+        environment.insert(u"TINDRA_SITE_DOMAIN"_s, u"localhost"_s);
+        QCOMPARE(Site::fromEnvironment(environment).domain, u"localhost"_s);
         for (const QString& wrong : {u"site.localhost"_s, u"ftp://a.b"_s, u"https://"_s}) {
             environment.insert(u"TINDRA_SITE_ORIGIN"_s, wrong);
             QVERIFY_EXCEPTION_THROWN(Site::fromEnvironment(environment), Err);

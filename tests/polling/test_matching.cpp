@@ -37,9 +37,11 @@ Fare fare(const QString& flight, int economy, int business, const QString& date 
     fare.localDepart = date + u"T09:05:00"_s;
     fare.localArrive = u"2027-03-02T06:10:00"_s;
     fare.durationMinutes = 785;
-    fare.availability = {
-        {u"economy"_s, economy}, {u"premeco"_s, 0}, {u"business"_s, business}, {u"first"_s, 0}};
-    fare.saverPoints = {{u"business"_s, 75000}};
+    fare.availability = {{Cabin::economy, economy},
+                         {Cabin::premeco, 0},
+                         {Cabin::business, business},
+                         {Cabin::first, 0}};
+    fare.saverPoints = {{Cabin::business, 75000}};
     fare.bookingURL = u"https://site.example/"_s;
     fare.key = date + u"-CPH-BKK-"_s + flight;
     return fare;

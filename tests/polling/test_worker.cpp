@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+#include <sqlite3.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -29,6 +31,15 @@ QByteArray offers(const QString& origin, const QString& destination, const QStri
             "price":{"points":50000},"fares":[{"avlSeats":%4}]}}}}}}}})"_s
         .arg(SAS::dashedDate(date), origin, destination, QString::number(seats))
         .toUtf8();
+}
+
+/// A statement run on the file behind the database's back.
+void runOn(const QString& folder, const QByteArray& sql) {
+    sqlite3* db = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(folder + u"/tindra.sqlite"_s).constData(), &db),
+             SQLITE_OK);
+    QCOMPARE(sqlite3_exec(db, sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
 }
 
 PollSummary emptyAt(Instant instant) {
@@ -289,6 +300,21 @@ private Q_SLOTS:
         QCOMPARE(world.rounds, 4);
         world.clock.advance(1min);
         QCOMPARE(world.rounds, 5);
+        // Nonsense neither hammers the airline nor ends the hunt.
+        for (const QString& nonsense : {u"nan"_s, u"inf"_s, u"-5"_s}) {
+            world.database.set(u"poll_interval_min"_s, nonsense);
+            const int before = world.rounds;
+            world.clock.advance(10min);
+            QVERIFY2(world.rounds - before >= 1 && world.rounds - before <= 10,
+                     qPrintable(nonsense));
+        }
+        world.database.set(u"poll_interval_min"_s, u"1e300"_s);
+        world.clock.advance(10min);
+        const int before = world.rounds;
+        world.clock.advance(7 * 24h);
+        QCOMPARE(world.rounds, before + 1);
+        world.database.set(u"poll_interval_min"_s, u"10"_s);
+        world.rounds = 5;
         // A restarted loop replaces the old one.
         world.worker.startTimer(10);
         settle();
@@ -300,16 +326,95 @@ private Q_SLOTS:
         QCOMPARE(world.rounds, 7);
     }
 
+    void datesWithoutDataSellNothingOut() {
+        World world;
+        world.add();
+        world.hasSeats(1);
+        world.round();
+        world.airline.answer = [](const QString& origin, const QString& destination,
+                                  const QString& date) {
+            return date == u"20270301" ? std::nullopt
+                                       : std::optional(offers(origin, destination, date, 1));
+        };
+        QCOMPARE(world.round().soldOut, 0);
+        world.hasSeats(1);
+        QCOMPARE(world.round().newAlerts, 0);
+    }
+
+    void whatCannotBeStoredIsTriedAgain() {
+        World world;
+        world.add();
+        world.hasSeats(1);
+        world.round();
+        world.database.deleteSearch(1);
+        world.add(u"LHR"_s);
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON seen BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        const PollSummary refused = world.round();
+        QCOMPARE(refused.newAlerts, 2);
+        QCOMPARE(world.ended.first().id, 0);
+        QVERIFY(world.database.recentMatches(10).isEmpty());
+        QVERIFY(world.database.seenCabins(2).isEmpty());
+        QVERIFY(world.database.problem());
+        const auto announced = world.center.posted.size();
+
+        runOn(world.dir.path(), "DROP TRIGGER refuse;");
+        QCOMPARE(world.round().newAlerts, 2);
+        QCOMPARE(world.database.recentMatches(10).size(), 2);
+        QVERIFY(!world.database.problem());
+        // Said once, all the same.
+        QCOMPARE(world.center.posted.size(), announced);
+
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON seen BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        world.hasSeats(0);
+        QCOMPARE(world.round().soldOut, 0);
+        QCOMPARE(world.center.posted.size(), announced);
+        runOn(world.dir.path(), "DROP TRIGGER refuse;");
+        QCOMPARE(world.round().soldOut, 2);
+        QCOMPARE(world.center.posted.size(), announced + 2);
+    }
+
+    void nothingMoreIsStoredOnceTheWatcherIsGone() {
+        World world;
+        // More finds than one step takes: two cabins on sixty dates.
+        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-04-29"_s);
+        world.add(u"LHR"_s, u"2027-03-01"_s, u"2027-04-29"_s);
+        world.hasSeats(1);
+        connect(&world.worker, &Worker::matchFound, &world.worker, [&world](const Match& match) {
+            if (match.searchId == 1)
+                world.database.deleteSearch(1);
+        });
+        world.round();
+        QVERIFY(world.database.activeMatchCounts().value(1) == 0);
+        QVERIFY(world.database.seenCabins(1).isEmpty());
+        QCOMPARE(world.database.activeMatchCounts().value(2), 60);
+    }
+
+    void aWorkerThatGoesAwayInTheMiddle_data() {
+        QTest::addColumn<bool>("afterTheFirstFind");
+        QTest::newRow("before an answer") << false;
+        QTest::newRow("between storing and the end") << true;
+    }
     void aWorkerThatGoesAwayInTheMiddle() {
+        QFETCH(bool, afterTheFirstFind);
         auto world = std::make_unique<World>();
         world->add();
         world->hasSeats(1);
         auto worker = std::make_unique<Worker>(world->database, world->airline, world->notifier,
                                                world->clock, Site{});
         worker->startTimer(10);
-        worker.reset();
+        if (afterTheFirstFind)
+            connect(worker.get(), &Worker::matchFound, this, [&worker] {
+                QMetaObject::invokeMethod(
+                    qApp, [&worker] { worker.reset(); }, Qt::QueuedConnection);
+            });
+        else
+            worker.reset();
         settle();
-        QVERIFY(world->database.recentMatches(10).isEmpty());
+        QVERIFY(!worker);
+        QCOMPARE(world->database.recentMatches(10).size(), afterTheFirstFind ? 2 : 0);
+        QVERIFY(!Worker::loadSummary(world->database));
     }
 };
 
