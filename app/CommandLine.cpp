@@ -10,17 +10,18 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
     if (arguments.isEmpty())
         throw Err{u"Si hva Tindra skal gjøre, for eksempel «tindra hunt --demo --once». "
                   u"«tindra --help» viser alt."_s};
-    // Help is given wherever it is asked for.
-    if (arguments.contains(u"--help"_s) || arguments.contains(u"-h"_s))
-        return line;
-    if (arguments.first() == u"--version") {
-        line.command = Command::version;
+    const QString first = arguments.first();
+    if (first == u"--version" || first == u"--help" || first == u"-h") {
+        if (arguments.size() > 1)
+            throw Err{u"«%1» står alene. «tindra --help» viser bruken."_s.arg(first)};
+        line.command = first == u"--version" ? Command::version : Command::help;
         return line;
     }
-    if (arguments.first() != u"hunt")
+    if (first != u"hunt")
         throw Err{
-            u"Ukjent kommando «%1». «tindra --help» viser kommandoene."_s.arg(arguments.first())};
+            u"Ukjent kommando «%1». «tindra --help» viser kommandoene."_s.arg(first.simplified())};
     line.command = Command::hunt;
+    bool wantsHelp = false;
     for (const QString& option : arguments.sliced(1)) {
         if (option == u"--once")
             line.once = true;
@@ -28,10 +29,14 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
             line.json = true;
         else if (option == u"--demo")
             line.demo = true;
+        else if (option == u"--help" || option == u"-h")
+            wantsHelp = true;
         else
             throw Err{u"Ukjent valg «%1» for «tindra hunt». «tindra --help» viser valgene."_s.arg(
-                option)};
+                option.simplified())};
     }
+    if (wantsHelp)
+        line.command = Command::help;
     return line;
 }
 
@@ -49,8 +54,8 @@ hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for 
   --demo   Bruker et innebygd liksom-flyselskap, tre ferdige overvåkere og en egen datamappe.
            Dine egne data røres ikke.
 
-Sluttkode: 0 runden er ferdig, 2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS,
-1 Tindra kunne ikke starte.
+Sluttkode: 0 runden er ferdig (uten --once: jakten ble avbrutt), 1 Tindra kunne ikke starte,
+2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS, 5 runden ble avbrutt.
 
 Miljø: TINDRA_SITE_ORIGIN, TINDRA_SITE_DOMAIN, TINDRA_IDP_HOST og TINDRA_IDP_DOMAIN peker Tindra
 mot et annet nettsted enn SAS, for eksempel tindra-standin.

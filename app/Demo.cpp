@@ -6,6 +6,8 @@
 #include "core/Err.h"
 #include "standin/StandIn.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 struct Demo::Private {
@@ -29,8 +31,13 @@ Site Demo::site() const {
 }
 
 void Demo::seedWatchers(Database& database, QDate today) {
-    if (!database.listSearches().isEmpty())
+    const auto stored = database.listSearches();
+    const QString first = DateFmt::iso(today);
+    if (std::any_of(stored.begin(), stored.end(),
+                    [&first](const Search& watcher) { return watcher.dateTo >= first; }))
         return;
+    for (const Search& past : stored)
+        database.deleteSearch(past.id);
     for (const Search& watcher : watchers(today))
         database.addSearch(watcher);
 }

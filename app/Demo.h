@@ -27,7 +27,8 @@ public:
     /// Where the stand-in is.
     Site site() const;
 
-    /// Stores the demo's watchers, with windows some weeks after `today`, unless there are any.
+    /// Stores the demo's watchers, with windows some weeks after `today`, unless there are some
+    /// whose windows still lie ahead.
     static void seedWatchers(Database& database, QDate today);
     static QList<Search> watchers(QDate today);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Hunt.h"
 
+#include "airline/SessionState.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
@@ -20,16 +21,17 @@ constexpr double usualIntervalMinutes = 10;
 
 } // namespace
 
-Hunt::Hunt(Database& database, LegFetcher& fetcher, Worker& worker,
+Hunt::Hunt(Database& database, SessionState& session, Worker& worker,
            NotificationCenter& notifications, Clock& clock, bool json, Output output)
     : m_database(database)
-    , m_fetcher(fetcher)
+    , m_session(session)
     , m_worker(worker)
     , m_notifications(notifications)
     , m_clock(clock)
     , m_json(json)
     , m_output(std::move(output)) {
     connect(&worker, &Worker::changed, this, &Hunt::showStatus);
+    connect(&session, &SessionState::loginStatusChanged, this, &Hunt::sayIfSignedOut);
     connect(&worker, &Worker::matchFound, this, [this](const Match& match) {
         m_found.append(match);
         m_output.progress(u"  ✈ %1 %2, %3 %4"_s.arg(
@@ -47,36 +49,54 @@ QCoro::Task<int> Hunt::once() {
     const PollSummary summary = co_await m_worker.pollOnce();
     if (!self)
         co_return cannotStart;
+    sayIfNothingIsStored();
     write(takeReport(summary));
     co_await notificationsTaken();
     if (!self)
         co_return cannotStart;
-    if (m_fetcher.loginStatus().isLoggedOut()) {
-        m_output.progress(u"Utlogget hos SAS: rundene får ingen data før du har logget inn."_s);
+    if (m_session.loginStatus().isLoggedOut())
         co_return signedOut;
-    }
     co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
 }
 
 void Hunt::start() {
     sayWhatIsMissing();
-    connect(&m_worker, &Worker::roundEnded, this,
-            [this](const PollSummary& summary) { write(takeReport(summary)); });
+    connect(&m_worker, &Worker::roundEnded, this, [this](const PollSummary& summary) {
+        sayIfNothingIsStored();
+        write(takeReport(summary));
+    });
     m_worker.startTimer(usualIntervalMinutes);
 }
 
-void Hunt::stop() {
+QCoro::Task<> Hunt::stop() {
     m_worker.stopTimer();
+    co_await notificationsTaken();
 }
 
 void Hunt::sayWhatIsMissing() {
-    if (const auto& problem = m_database.problem())
-        m_output.progress(*problem);
+    sayIfNothingIsStored();
+    if (m_saidProblem)
+        return;
     const auto searches = m_database.listSearches();
     if (std::none_of(searches.begin(), searches.end(),
                      [](const Search& search) { return search.enabled; }))
         m_output.progress(
             u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
+}
+
+void Hunt::sayIfNothingIsStored() {
+    const auto problem = m_database.problem();
+    if (problem && problem != std::exchange(m_saidProblem, problem))
+        m_output.progress(*problem);
+}
+
+void Hunt::sayIfSignedOut() {
+    const bool isSignedOut = m_session.loginStatus().isLoggedOut();
+    if (isSignedOut && !m_saidSignedOut)
+        m_output.progress(u"Utlogget hos SAS: rundene får ingen data før du har logget inn."_s);
+    // A session that is only being checked is not back yet.
+    if (m_session.loginStatus().state != SASLoginStatus::Case::checking)
+        m_saidSignedOut = isSignedOut;
 }
 
 void Hunt::showStatus() {

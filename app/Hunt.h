@@ -10,8 +10,8 @@
 
 class Clock;
 class Database;
-class LegFetcher;
 class NotificationCenter;
+class SessionState;
 class Worker;
 
 /// `tindra hunt`: poll rounds on the command line, without a window.
@@ -24,7 +24,8 @@ public:
         cannotStart = 1,
         wrongUsage = 2,
         watcherFailed = 3,
-        signedOut = 4
+        signedOut = 4,
+        interrupted = 5,
     };
 
     struct Output {
@@ -35,30 +36,35 @@ public:
     };
 
     /// Everything must outlive the hunt. `json` selects how results are written.
-    Hunt(Database& database, LegFetcher& fetcher, Worker& worker, NotificationCenter& notifications,
-         Clock& clock, bool json, Output output);
+    Hunt(Database& database, SessionState& session, Worker& worker,
+         NotificationCenter& notifications, Clock& clock, bool json, Output output);
 
     /// One round; the answer is the program's exit code.
     QCoro::Task<int> once();
     /// Rounds until `stop`.
     void start();
-    void stop();
+    /// Ends the loop, and lets the desktop take what has been announced.
+    QCoro::Task<> stop();
 
 private:
     void showStatus();
     void write(const HuntReport& report);
     HuntReport takeReport(const PollSummary& summary);
     void sayWhatIsMissing();
+    void sayIfNothingIsStored();
+    void sayIfSignedOut();
     QCoro::Task<> notificationsTaken();
 
     Database& m_database;
-    LegFetcher& m_fetcher;
+    SessionState& m_session;
     Worker& m_worker;
     NotificationCenter& m_notifications;
     Clock& m_clock;
     bool m_json;
     Output m_output;
     QString m_shownStatus;
+    std::optional<QString> m_saidProblem;
+    bool m_saidSignedOut = false;
     QList<Match> m_found;
     QList<Match> m_soldOut;
 };

@@ -51,11 +51,14 @@ void sayAndNote(const QString& line) {
 int hunt(const CommandLine& line) {
     LinuxClock clock;
     const LinuxFolders folders(line.demo ? Demo::folderName() : u"Tindra"_s);
-    Database database(folders.data(), clock);
+    // First of all, since opening the database may have something to say.
     TDLog::start(folders.data() + u"/ui.log"_s, &clock);
+    Database database(folders.data(), clock);
 
     std::unique_ptr<Demo> demo;
     if (line.demo) {
+        if (const auto& stored = database.problem())
+            throw Err{*stored};
         demo = std::make_unique<Demo>(folders.data());
         Demo::seedWatchers(database, clock.today());
     }
@@ -88,11 +91,12 @@ int hunt(const CommandLine& line) {
     Worker worker(database, engine, notifier, clock, site);
     engine.setRoundQuestion([&worker] { return worker.isRunning(); });
 
-    Hunt hunt(database, engine, worker, notifications, clock, line.json,
+    Hunt hunt(database, session, worker, notifications, clock, line.json,
               {[](const QByteArray& result) { writeLine(stdout, result); }, say});
-    const UnixSignals signalWatch({SIGINT, SIGTERM}, [&hunt] {
-        hunt.stop();
-        QCoreApplication::exit(Hunt::roundEnded);
+    const UnixSignals signalWatch({SIGINT, SIGTERM}, [&hunt, &line] {
+        hunt.stop().then([code = line.once ? Hunt::interrupted : Hunt::roundEnded] {
+            QCoreApplication::exit(code);
+        });
     });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.

@@ -40,6 +40,8 @@ Story pickStory(const Chances& chances, int perMille) {
 }
 
 int seatsAt(Story story, int full, int look) {
+    // Told again from the beginning after the third look, so that there is always news.
+    look = (look - 1) % 3 + 1;
     switch (story) {
     case Story::NeverOpen:
         return 0;

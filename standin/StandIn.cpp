@@ -39,6 +39,7 @@ struct StandIn::Private {
 
     HttpResponse answer(const HttpRequest& request);
     HttpResponse dispatch(const HttpRequest& request);
+    bool saveFailed = false;
     void saveState();
     void restoreState();
 };
@@ -61,7 +62,8 @@ void StandIn::Private::saveState() {
                             {QStringLiteral("ssoSessions"), provider.state()}};
     if (state == savedState)
         return;
-    if (const auto error = stateFile.save(state))
+    const auto error = stateFile.save(state);
+    if (error && !std::exchange(saveFailed, true))
         qWarning("%s", qUtf8Printable(*error));
     savedState = state;
 }
@@ -148,11 +150,13 @@ void StandIn::setSignIn(const SignInOptions& options) {
 void StandIn::expireSiteSession() {
     const std::scoped_lock lock(d->mutex);
     d->signIn.expireSessions();
+    d->saveState();
 }
 
 void StandIn::expireSso() {
     const std::scoped_lock lock(d->mutex);
     d->provider.expireSso();
+    d->saveState();
 }
 
 QString StandIn::lastUser() const {

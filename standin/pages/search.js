@@ -80,6 +80,7 @@
       document.getElementById("flights").append(line);
     }
     document.getElementById("status").textContent = `${flights.length} reiser`;
+    document.title = `${flights.length} reiser ${leg.from}–${leg.to} ${leg.date}`;
   }
 
   function showAdvert() {

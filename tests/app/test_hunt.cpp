@@ -149,6 +149,30 @@ private Q_SLOTS:
         const Result noStore = run({u"hunt"_s, u"--once"_s});
         QCOMPARE(noStore.code, 0);
         QCOMPARE(noStore.err.count(u"tindra.sqlite kan ikke brukes"_s), 1);
+        QVERIFY(!noStore.err.contains(u"Ingen aktive overvåkere"_s));
+
+        QVERIFY(inTheWay.remove());
+        QVERIFY(QDir().mkpath(m_folder + u"/data/Tindra/tindra.sqlite"_s));
+        QCOMPARE(run({u"hunt"_s, u"--once"_s}).code, 0);
+        QFile log(m_folder + u"/data/Tindra/ui.log"_s);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QCOMPARE(log.readAll().count("tindra.sqlite kan ikke brukes"), 1);
+    }
+
+    void anInterruptedRoundIsNotAnEndedOne() {
+        const auto program = start({u"hunt"_s, u"--demo"_s, u"--once"_s, u"--json"_s});
+        QByteArray err;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                err += program->readAllStandardError();
+                return err.contains("(2 av 10)");
+            },
+            60000));
+        ::kill(static_cast<pid_t>(program->processId()), SIGTERM);
+        QVERIFY(program->waitForFinished(10000));
+        QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program->exitCode(), 5);
+        QVERIFY(program->readAllStandardOutput().isEmpty());
     }
 
     void theLoopRunsUntilItIsInterrupted() {

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+// What the hunt says and how it ends, with an airline of recorded answers.
+#include "airline/SessionState.h"
+#include "app/Hunt.h"
+#include "core/Database.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+#include "tests/support/FakeLegFetcher.h"
+#include "tests/support/FakeNotificationCenter.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/Settled.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestHuntRounds : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        Database database{dir.path(), clock};
+        FakeNotificationCenter center;
+        Notifier notifier{database, center, clock};
+        FakeLegFetcher airline;
+        SessionState session;
+        Worker worker{database, airline, notifier, clock, Site{}};
+        QStringList results;
+        QStringList said;
+        Hunt hunt{database,
+                  session,
+                  worker,
+                  center,
+                  clock,
+                  true,
+                  {[this](const QByteArray& line) { results.append(QString::fromUtf8(line)); },
+                   [this](const QString& line) { said.append(line); }}};
+
+        ~World() { settle(); }
+        void add(const QString& dateFrom = u"2027-03-01"_s) {
+            Search search;
+            search.origin = u"OSL"_s;
+            search.destination = u"CPH"_s;
+            search.dateFrom = dateFrom;
+            database.addSearch(search);
+        }
+        void signOut() {
+            airline.status = SASLoginStatus::loggedOut();
+            session.setLoggedOut(false);
+        }
+    };
+
+private Q_SLOTS:
+    void exitCodes() {
+        World world;
+        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QVERIFY(world.said.last().startsWith(u"Ingen aktive overvåkere"_s));
+        world.add();
+        world.airline.answer = [](const QString&, const QString&, const QString&) {
+            return std::optional<QByteArray>("{}");
+        };
+        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QVERIFY(world.said.last().startsWith(u"[1/1] Sjekker OSL → CPH — OSL→CPH (1 av 1)"_s));
+        world.add(u""_s);
+        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::watcherFailed));
+        world.airline.answer = [&world](const QString&, const QString&, const QString&) {
+            world.signOut();
+            return std::optional<QByteArray>();
+        };
+        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::signedOut));
+        QCOMPARE(world.results.size(), 4);
+    }
+
+    void theLoopSaysOnceThatItIsSignedOut() {
+        World world;
+        world.add();
+        world.airline.answer = [](const QString&, const QString&, const QString&) {
+            return std::optional<QByteArray>("{}");
+        };
+        world.airline.verified = SASLoginStatus::loggedOut();
+        world.hunt.start();
+        settle();
+        QCOMPARE(world.results.size(), 1);
+        world.signOut();
+        world.session.setLoginStatus(SASLoginStatus::checking());
+        world.session.setLoggedOut(false);
+        world.clock.advance(1h);
+        QCOMPARE(world.said.filter(u"Utlogget hos SAS"_s).size(), 1);
+        QCOMPARE(world.results.size(), 1);
+
+        world.airline.status = SASLoginStatus::loggedIn(world.clock.now());
+        world.session.setLoginStatus(world.airline.status);
+        world.clock.advance(10min);
+        QCOMPARE(world.results.size(), 2);
+        world.signOut();
+        QCOMPARE(world.said.filter(u"Utlogget hos SAS"_s).size(), 2);
+        awaited(world.hunt.stop());
+        world.clock.advance(1h);
+        QCOMPARE(world.results.size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHuntRounds)
+#include "test_hunt_rounds.moc"
