@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// One line of the table: what was measured, against what it is held.
+struct Result {
+    QString subject;
+    /// With its unit or the ratio.
+    QString measured;
+    /// The goal, such as "≥ 0,85".
+    QString goal;
+    bool reached = false;
+};
+
+QString table(const QList<Result>& results);
+
+// Each measures one subject; they need a display and GLib's event loop where they load pages.
+QList<Result> measureCaptures();
+QList<Result> measureLookups();
+QList<Result> measureRounds();
+QList<Result> measureMemory();
