@@ -243,7 +243,7 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
                 ++successes;
                 confirmNow();
             }
-            dates.insert(date, std::move(body));
+            dates.insert(date, body);
         }
     }
     if (successes > 0 && m_keeper)

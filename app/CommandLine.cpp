@@ -10,7 +10,7 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
     if (arguments.isEmpty())
         throw Err{u"Si hva Tindra skal gjøre, for eksempel «tindra hunt --demo --once». "
                   u"«tindra --help» viser alt."_s};
-    const QString first = arguments.first();
+    const QString& first = arguments.first();
     if (first == u"--version" || first == u"--help" || first == u"-h") {
         if (arguments.size() > 1)
             throw Err{u"«%1» står alene. «tindra --help» viser bruken."_s.arg(first)};

@@ -77,7 +77,7 @@ std::optional<FareNews> FareComparison::add(const Fare& fare) {
     const bool isStored = isRepeated ? *earlier == now : wasSeen && *before == now;
     if (!isStored)
         news.seen = now;
-    m_round.insert(fare.key, std::move(now));
+    m_round.insert(fare.key, now);
     if (news.found.isEmpty() && !news.seen)
         return std::nullopt;
     return news;

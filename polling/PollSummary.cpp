@@ -28,7 +28,7 @@ std::optional<PollSummary> PollSummary::fromJson(const QString& text) {
     summary.matches = object[u"matches"].toInt();
     summary.newAlerts = object[u"new"].toInt();
     summary.soldOut = object[u"soldout"].toInt();
-    for (const QJsonValue& error : object[u"errors"].toArray()) {
+    for (const auto& error : object[u"errors"].toArray()) {
         // A list with anything but texts in it counts as missing.
         if (!error.isString()) {
             summary.errors.clear();
