@@ -122,6 +122,10 @@ QString bookingURL(const Site& site, const QString& origin, const QString& dest,
                           u"&filterBy=all,all");
 }
 
+QString loginURL(const Site& site) {
+    return site.origin + u"/auth/login?ui_locales=nb&returnTo=%2F"_s;
+}
+
 QString awardURL(const Site& site, const QString& origin, const QString& dest,
                  const QString& dateISO) {
     return encodedAddress(site.origin % u"/booking/award/flights?origin=" % origin.toUpper() %

@@ -35,6 +35,9 @@ RoutePair searchedPair(const QString& origin, const QString& destination, bool i
 /// one of the three texts is.
 QString bookingURL(const Site& site, const QString& origin, const QString& dest,
                    const QString& dateISO);
+/// The page that starts the identity provider's sign-in in Norwegian and comes back to the start
+/// page.
+QString loginURL(const Site& site);
 /// The award-flow page of one leg; `dateISO` is "yyyy-MM-dd".
 QString awardURL(const Site& site, const QString& origin, const QString& dest,
                  const QString& dateISO);

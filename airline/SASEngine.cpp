@@ -71,8 +71,10 @@ QCoro::Task<> SASEngine::verifyLogin() {
 QCoro::Task<> SASEngine::verify() {
     const QPointer self(this);
     m_state.setLoginStatus(SASLoginStatus::checking());
-    if (m_keeper)
+    if (m_keeper) {
+        m_keeper->hideWindow();
         co_await m_keeper->restoreCookiesIfNeeded();
+    }
     if (!self)
         co_return;
     bool confirmed = co_await confirm();
@@ -189,6 +191,7 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
             co_return fetched;
     }
     if (m_keeper) {
+        m_keeper->hideWindow();
         co_await m_keeper->restoreCookiesIfNeeded();
         if (!self)
             co_return fetched;

@@ -8,6 +8,8 @@ class SessionKeeper {
 public:
     virtual ~SessionKeeper() = default;
 
+    /// Hides the sign-in window, in case it was left on the screen.
+    virtual void hideWindow() = 0;
     /// Puts saved cookies back into the web view, once a run.
     virtual QCoro::Task<> restoreCookiesIfNeeded() = 0;
     /// Deletes foreign and tracking cookies, once a day.

@@ -17,23 +17,27 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
         line.command = first == u"--version" ? Command::version : Command::help;
         return line;
     }
-    if (first != u"hunt")
+    if (first == u"hunt")
+        line.command = Command::hunt;
+    else if (first == u"sign-in")
+        line.command = Command::signIn;
+    else
         throw Err{
             u"Ukjent kommando «%1». «tindra --help» viser kommandoene."_s.arg(first.simplified())};
-    line.command = Command::hunt;
+    const bool isHunt = line.command == Command::hunt;
     bool wantsHelp = false;
     for (const QString& option : arguments.sliced(1)) {
-        if (option == u"--once")
+        if (option == u"--once" && isHunt)
             line.once = true;
-        else if (option == u"--json")
+        else if (option == u"--json" && isHunt)
             line.json = true;
         else if (option == u"--demo")
             line.demo = true;
         else if (option == u"--help" || option == u"-h")
             wantsHelp = true;
         else
-            throw Err{u"Ukjent valg «%1» for «tindra hunt». «tindra --help» viser valgene."_s.arg(
-                option.simplified())};
+            throw Err{u"Ukjent valg «%1» for «tindra %2». «tindra --help» viser valgene."_s.arg(
+                option.simplified(), first)};
     }
     if (wantsHelp)
         line.command = Command::help;
@@ -45,6 +49,7 @@ QString CommandLine::helpText() {
 
 Bruk:
   tindra hunt [--once] [--json] [--demo]
+  tindra sign-in [--demo]
   tindra --help | --version
 
 hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for hvert intervall,
@@ -53,6 +58,10 @@ hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for 
   --json   Skriver resultatet av hver runde som ett JSON-objekt.
   --demo   Bruker et innebygd liksom-flyselskap, tre ferdige overvåkere og en egen datamappe.
            Dine egne data røres ikke.
+
+sign-in    Åpner et vindu der du logger inn på EuroBonus. Når du er ferdig, bekreftes økten med et
+           ekte oppslag.
+  --demo   Logger inn hos liksom-flyselskapet (bruker demo@tindra.example, passord demo).
 
 Sluttkode: 0 runden er ferdig (uten --once: jakten ble avbrutt), 1 Tindra kunne ikke starte,
 2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS, 5 runden ble avbrutt.

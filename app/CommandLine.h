@@ -6,7 +6,7 @@
 
 /// What the user asked for on the command line.
 struct CommandLine {
-    enum class Command { help, version, hunt };
+    enum class Command { help, version, hunt, signIn };
 
     Command command = Command::help;
     /// One round instead of the loop.

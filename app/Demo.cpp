@@ -15,9 +15,11 @@ struct Demo::Private {
     standin::StandIn airline;
 };
 
-Demo::Demo(const QString& folder) {
+Demo::Demo(const QString& folder, bool signInRequired) {
     standin::Options options;
     options.stateFile = folder + u"/standin.json"_s;
+    options.signIn.isRequired = signInRequired;
+    options.signIn.isEverybodyKnown = !signInRequired;
     d = std::make_unique<Private>(std::move(options));
     if (const auto error = d->airline.start())
         throw Err{u"Demoens flyselskap kunne ikke starte: "_s + *error};

@@ -18,9 +18,11 @@ public:
     /// The name of its data folder, so that the user's own is never touched.
     static QString folderName() { return QStringLiteral("Tindra-demo"); }
 
-    /// Starts the stand-in; its inventory goes on in `folder` where the last run left it. Throws
-    /// Err when it cannot start.
-    explicit Demo(const QString& folder);
+    /// Starts the stand-in; its inventory goes on in `folder` where the last run left it.
+    /// With `signInRequired` it shows offers to signed-in visitors only; without, it knows every
+    /// browser already. Throws Err when it cannot
+    /// start.
+    Demo(const QString& folder, bool signInRequired);
     ~Demo();
     Q_DISABLE_COPY_MOVE(Demo)
 

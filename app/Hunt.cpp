@@ -17,6 +17,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto notificationPatience = 5s;
+constexpr auto windowStep = 1s;
 constexpr double usualIntervalMinutes = 10;
 
 } // namespace
@@ -46,7 +47,17 @@ Hunt::Hunt(Database& database, SessionState& session, Worker& worker,
 QCoro::Task<int> Hunt::once() {
     const QPointer self(this);
     sayWhatIsMissing();
-    const PollSummary summary = co_await m_worker.pollOnce();
+    PollSummary summary = co_await m_worker.pollOnce();
+    if (self && m_session.isLoginWindowOpen()) {
+        // Automatic sign-in needs the user; ending now would close the window on them.
+        m_output.progress(u"Fullfør innloggingen i vinduet som står åpent."_s);
+        while (self && m_session.isLoginWindowOpen())
+            co_await m_clock.sleep(windowStep);
+        if (self) {
+            m_worker.forgetRevivalAttempt();
+            summary = co_await m_worker.pollOnce();
+        }
+    }
     if (!self)
         co_return cannotStart;
     sayIfNothingIsStored();
@@ -93,7 +104,8 @@ void Hunt::sayIfNothingIsStored() {
 void Hunt::sayIfSignedOut() {
     const bool isSignedOut = m_session.loginStatus().isLoggedOut();
     if (isSignedOut && !m_saidSignedOut)
-        m_output.progress(u"Utlogget hos SAS: rundene får ingen data før du har logget inn."_s);
+        m_output.progress(u"Utlogget hos SAS: rundene får ingen data før du har logget inn. Kjør "
+                          u"«tindra sign-in»."_s);
     // A session that is only being checked is not back yet.
     if (m_session.loginStatus().state != SASLoginStatus::Case::checking)
         m_saidSignedOut = isSignedOut;

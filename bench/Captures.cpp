@@ -4,10 +4,10 @@
 #include "airline/SAS.h"
 #include "bench/BareView.h"
 #include "bench/Results.h"
-#include "platform/WebView.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/WebKitRuntime.h"
+#include "platform/linux/WebKitView.h"
 #include "standin/StandIn.h"
 
 #include <QEventLoop>
@@ -47,7 +47,7 @@ QList<Result> measureCaptures() {
     const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                     airline.idpDomain()};
     LinuxClock clock;
-    const auto view = runtime->makeView();
+    const auto view = runtime->makeView(clock);
     Capture capture(*view, clock, site);
     BareView bare;
 

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/CookieStore.h"
+
 #include <QByteArray>
+#include <QCoroTask>
 #include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
+
+#include <optional>
 
 /// What a page script sent to the application.
 struct ScriptMessage {
@@ -43,6 +48,12 @@ public:
     virtual void unload() = 0;
     /// The address of the current page or of the load in progress; empty when there is none.
     virtual QUrl url() const = 0;
+    /// Runs an expression of the script language in the page; the answer is its value when that is
+    /// a text. Absent for any other value, when the script throws, when the page that was last
+    /// loaded has not arrived yet, and when the page does not answer within some seconds.
+    virtual QCoro::Task<std::optional<QString>> evaluate(QString script) = 0;
+    /// The cookies of this view, which outlives the store.
+    virtual CookieStore& cookies() = 0;
 
 Q_SIGNALS:
     void scriptMessage(const ScriptMessage& message);

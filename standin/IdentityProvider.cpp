@@ -78,8 +78,10 @@ HttpResponse IdentityProvider::authorize(const HttpRequest& request) {
                         QStringLiteral("&round=") +
                         QString::number(item(request, "round").toInt() + 1));
 
-    const QByteArray token = request.cookies.value("sso");
+    QByteArray token = request.cookies.value("sso");
     const qint64 now = m_options.now();
+    if (m_options.signIn.isEverybodyKnown && !m_sessions.find(token, now))
+        token = m_sessions.open(now, m_options.signIn.ssoSession, false);
     if (m_sessions.find(token, now)) {
         m_sessions.renew(token, now, m_options.signIn.ssoSession);
         HttpResponse response = backToSite(item(request, "state"), true);

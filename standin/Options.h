@@ -34,6 +34,8 @@ struct SignInOptions {
     std::chrono::seconds ssoSession{
         0}; ///< single sign-on ends so long after its last use; 0: never
     Trouble trouble = Trouble::None;
+    /// The provider knows every browser already, as if each had signed in before.
+    bool isEverybodyKnown = false;
     /// Sessions from single sign-on see the sign-in page instead of offers; only those from a
     /// password see offers.
     bool isSsoWithoutOffers = false;

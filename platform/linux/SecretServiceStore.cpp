@@ -2,7 +2,7 @@
 #include "platform/linux/SecretServiceStore.h"
 
 #include "platform/Bundle.h"
-#include "platform/linux/GLibHandles.h"
+#include "platform/linux/GLibCall.h"
 
 #include <QPointer>
 
@@ -16,6 +16,8 @@ namespace {
 
 /// Long enough for somebody who types the keychain's password.
 constexpr auto answerTimeout = 60s;
+/// How long a keychain that did not answer is left alone.
+constexpr auto silencePause = 10min;
 
 const SecretSchema& schema() {
     static const SecretSchema schema = {
@@ -43,31 +45,6 @@ Attributes attributes(const QString& service) {
         secret_attributes_build(&schema(), "service", service.toUtf8().constData(), nullptr));
 }
 
-/// One asynchronous call: the coroutine awaits `end`, which a cancelled call reaches too.
-class Call {
-public:
-    explicit Call(Clock& clock)
-        : m_timer(clock.after(answerTimeout, [cancellable = cancellable()] {
-            g_cancellable_cancel(cancellable);
-        })) {}
-
-    GCancellable* cancellable() const { return m_cancellable.get(); }
-    const OneShot<GAsyncResult*>& end() const { return m_end; }
-
-    /// Keeps the result alive until the coroutine has been resumed and read it.
-    static void finished(GObject*, GAsyncResult* result, gpointer call) {
-        auto* self = static_cast<Call*>(call);
-        self->m_result.reset(static_cast<GAsyncResult*>(g_object_ref(result)));
-        self->m_end.resolve(result);
-    }
-
-private:
-    GObjectPtr<GCancellable> m_cancellable{g_cancellable_new()};
-    GObjectPtr<GAsyncResult> m_result;
-    OneShot<GAsyncResult*> m_end;
-    std::unique_ptr<Clock::Timer> m_timer;
-};
-
 std::optional<SecretStore::Item> itemOf(SecretItem* item) {
     SecretValue* value = secret_item_get_secret(item);
     if (!value)
@@ -91,67 +68,89 @@ SecretServiceStore::SecretServiceStore(Clock& clock, QObject* parent)
     : SecretStore(parent), m_clock(clock) {}
 
 QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item item) {
+    if (isSilent())
+        co_return false;
     const QPointer self(this);
     const Attributes wanted(secret_attributes_build(&schema(), "service",
                                                     service.toUtf8().constData(), "account",
                                                     item.account.toUtf8().constData(), nullptr));
     SecretValue* value =
         secret_value_new(item.data.constData(), item.data.size(), "application/octet-stream");
-    Call call(m_clock);
+    GLibCall call(m_clock, answerTimeout);
     secret_service_store(nullptr, &schema(), wanted.get(), SECRET_COLLECTION_DEFAULT,
-                         label.toUtf8().constData(), value, call.cancellable(), &Call::finished,
-                         &call);
+                         label.toUtf8().constData(), value, call.cancellable(), GLibCall::finished,
+                         call.userData());
     secret_value_unref(value);
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
-    const bool stored = secret_service_store_finish(nullptr, result, error.out());
-    if (error && self)
-        self->report(error.message());
+    const bool stored = result && secret_service_store_finish(nullptr, result, error.out());
+    if (self)
+        self->noteEnd(result ? &error : nullptr);
     co_return stored;
 }
 
 QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString service) {
+    if (isSilent())
+        co_return std::nullopt;
     const QPointer self(this);
     const Attributes wanted = attributes(service);
-    Call call(m_clock);
+    GLibCall call(m_clock, answerTimeout);
     secret_service_search(
         nullptr, &schema(), wanted.get(),
         static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK | SECRET_SEARCH_LOAD_SECRETS),
-        call.cancellable(), &Call::finished, &call);
+        call.cancellable(), GLibCall::finished, call.userData());
     GAsyncResult* result = co_await call.end();
     GErrorSlot error;
-    GList* items = secret_service_search_finish(nullptr, result, error.out());
+    GList* items = result ? secret_service_search_finish(nullptr, result, error.out()) : nullptr;
     std::optional<Item> found;
     if (items)
         found = itemOf(static_cast<SecretItem*>(items->data));
     g_list_free_full(items, g_object_unref);
-    if (error && self)
-        self->report(error.message());
+    if (self)
+        self->noteEnd(result ? &error : nullptr);
     co_return found;
 }
 
 QCoro::Task<> SecretServiceStore::remove(QString service) {
+    if (isSilent())
+        co_return;
     const QPointer self(this);
     Clock& clock = m_clock;
     const Attributes wanted = attributes(service);
     // The library's own removal passes over items that are locked.
-    Call search(clock);
+    GLibCall search(clock, answerTimeout);
     secret_service_search(nullptr, &schema(), wanted.get(),
                           static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK),
-                          search.cancellable(), &Call::finished, &search);
+                          search.cancellable(), GLibCall::finished, search.userData());
     GAsyncResult* result = co_await search.end();
     GErrorSlot error;
-    GList* items = secret_service_search_finish(nullptr, result, error.out());
+    GList* items = result ? secret_service_search_finish(nullptr, result, error.out()) : nullptr;
     for (GList* item = items; item && !error; item = item->next) {
-        Call removal(clock);
+        GLibCall removal(clock, answerTimeout);
         secret_item_delete(static_cast<SecretItem*>(item->data), removal.cancellable(),
-                           &Call::finished, &removal);
+                           GLibCall::finished, removal.userData());
         GAsyncResult* removed = co_await removal.end();
-        secret_item_delete_finish(static_cast<SecretItem*>(item->data), removed, error.out());
+        if (removed)
+            secret_item_delete_finish(static_cast<SecretItem*>(item->data), removed, error.out());
     }
     g_list_free_full(items, g_object_unref);
-    if (error && self)
-        self->report(error.message());
+    if (self)
+        self->noteEnd(result ? &error : nullptr);
+}
+
+bool SecretServiceStore::isSilent() const {
+    return m_silentSince && m_clock.ticks() - *m_silentSince < silencePause;
+}
+
+/// `error` is null when the limit came before an answer.
+void SecretServiceStore::noteEnd(const GErrorSlot* error) {
+    if (error && !*error) {
+        m_silentSince.reset();
+        return;
+    }
+    if (!error)
+        m_silentSince = m_clock.ticks();
+    report(error ? error->message() : QByteArray());
 }
 
 void SecretServiceStore::report(const QByteArray& reason) {
@@ -160,5 +159,5 @@ void SecretServiceStore::report(const QByteArray& reason) {
     Q_EMIT unavailable(
         QStringLiteral("Nøkkelringen kan ikke brukes (%1). Innloggingen huskes ikke til neste "
                        "gang. Start en Secret Service, for eksempel gnome-keyring, og lås den opp.")
-            .arg(QString::fromUtf8(reason)));
+            .arg(reason.isEmpty() ? u"den svarer ikke"_s : QString::fromUtf8(reason)));
 }

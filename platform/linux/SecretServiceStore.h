@@ -4,8 +4,11 @@
 #include "platform/Clock.h"
 #include "platform/SecretStore.h"
 
+class GErrorSlot;
+
 /// Items in the user's Secret Service (GNOME Keyring, KWallet, KeePassXC), in its default
-/// collection, with the attributes "service" and "account".
+/// collection, with the attributes "service" and "account". After a call that the keychain let run
+/// into its limit, nothing is asked of it for some minutes.
 class SecretServiceStore final : public SecretStore {
     Q_OBJECT
 public:
@@ -16,8 +19,12 @@ public:
     QCoro::Task<> remove(QString service) override;
 
 private:
+    /// Whether the keychain let a call run into its limit, and not long ago.
+    bool isSilent() const;
+    void noteEnd(const GErrorSlot* error);
     void report(const QByteArray& reason);
 
     Clock& m_clock;
+    std::optional<Ticks> m_silentSince;
     bool m_reported = false;
 };

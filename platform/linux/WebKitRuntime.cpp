@@ -84,8 +84,8 @@ WebKitRuntime::WebKitRuntime(std::unique_ptr<Private> data) : d(std::move(data))
 
 WebKitRuntime::~WebKitRuntime() = default;
 
-std::unique_ptr<WebView> WebKitRuntime::makeView() {
-    return std::make_unique<WebKitView>(d->context.get(), d->filters.get());
+std::unique_ptr<WebKitView> WebKitRuntime::makeView(Clock& clock) {
+    return std::make_unique<WebKitView>(d->context.get(), d->filters.get(), clock);
 }
 
 bool WebKitRuntime::isSandboxed() const {

@@ -5,7 +5,8 @@
 
 #include <memory>
 
-class WebView;
+class Clock;
+class WebKitView;
 
 /// WebKitGTK in this process: its context, its folders, its sandbox. One a process, because GTK
 /// and WebKit allow no more; it outlives the views it makes.
@@ -18,7 +19,8 @@ public:
     ~WebKitRuntime();
     Q_DISABLE_COPY_MOVE(WebKitRuntime)
 
-    std::unique_ptr<WebView> makeView();
+    /// `clock` must outlive the view.
+    std::unique_ptr<WebKitView> makeView(Clock& clock);
 
     /// Whether web processes are confined; they are where bubblewrap works.
     bool isSandboxed() const;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/WebKitView.h"
 
-#include "platform/linux/GLibHandles.h"
+#include "platform/linux/GLibCall.h"
+#include "platform/linux/WebKitCookies.h"
 
 #include <webkit2/webkit2.h>
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int viewWidth = 1280;
 constexpr int viewHeight = 900;
+constexpr auto scriptTimeout = std::chrono::seconds(10);
 
 /// A view that is never mapped has its timers cut to one a second unless this feature is off.
 void runAtFullSpeedWhileHidden(WebKitSettings* settings) {
@@ -67,7 +69,13 @@ gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, gpoint
     return TRUE;
 }
 
-gboolean denyDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
+bool isOnScreen(WebKitWebView* web) {
+    return gtk_widget_get_mapped(GTK_WIDGET(web));
+}
+
+gboolean answerDialog(WebKitWebView* web, WebKitScriptDialog* dialog, gpointer) {
+    if (isOnScreen(web))
+        return FALSE;
     // A page that asks whether it may be left must not stop the next load.
     if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
         webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
@@ -79,8 +87,29 @@ gboolean denyFileChooser(WebKitWebView*, WebKitFileChooserRequest* request, gpoi
     return TRUE;
 }
 
-GtkWidget* denyNewWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
-    return nullptr;
+void closePopup(WebKitWebView*, gpointer window) {
+    gtk_widget_destroy(GTK_WIDGET(window));
+}
+
+void showPopup(WebKitWebView*, gpointer window) {
+    gtk_widget_show_all(GTK_WIDGET(window));
+}
+
+/// A page on the screen may open a window, as some sign-ins do; a hidden one may not.
+GtkWidget* openPopup(WebKitWebView* opener, WebKitNavigationAction*, gpointer) {
+    if (!isOnScreen(opener))
+        return nullptr;
+    GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+    gtk_window_set_default_size(GTK_WINDOW(window), 600, 700);
+    GtkWidget* toplevel = gtk_widget_get_toplevel(GTK_WIDGET(opener));
+    gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(toplevel));
+    gtk_window_set_destroy_with_parent(GTK_WINDOW(window), TRUE);
+    GtkWidget* popup = webkit_web_view_new_with_related_view(opener);
+    gtk_container_add(GTK_CONTAINER(window), popup);
+    g_signal_connect(popup, "ready-to-show", G_CALLBACK(showPopup), window);
+    g_signal_connect(popup, "close", G_CALLBACK(closePopup), window);
+    g_signal_connect(popup, "permission-request", G_CALLBACK(denyPermission), nullptr);
+    return popup;
 }
 
 gboolean denyPrinting(WebKitWebView*, WebKitPrintOperation*, gpointer) {
@@ -109,10 +138,18 @@ struct WebKitView::Private {
     GObjectPtr<WebKitUserContentManager> content{webkit_user_content_manager_new()};
     GObjectPtr<WebKitWebView> web;
     WebKitUserContentFilterStore* filters = nullptr;
+    Clock& clock;
+    std::unique_ptr<WebKitCookies> cookies;
+    /// The page that was last asked for has not replaced the one before it yet.
+    bool isWaitingForPage = false;
     GObjectPtr<GCancellable> alive{g_cancellable_new()};
     std::vector<std::unique_ptr<Handler>> handlers;
 
+    explicit Private(Clock& itsClock) : clock(itsClock) {}
+
     static void loadChanged(WebKitWebView* web, WebKitLoadEvent event, gpointer self) {
+        if (event == WEBKIT_LOAD_COMMITTED || event == WEBKIT_LOAD_FINISHED)
+            static_cast<WebKitView*>(self)->d->isWaitingForPage = false;
         if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED)
             Q_EMIT static_cast<WebKitView*>(self)->navigating(
                 QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
@@ -143,21 +180,26 @@ struct WebKitView::Private {
     }
 };
 
-WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* filters)
-    : d(std::make_unique<Private>()) {
+WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* filters,
+                       Clock& clock)
+    : d(std::make_unique<Private>(clock)) {
     d->filters = filters;
     d->web.reset(WEBKIT_WEB_VIEW(
         g_object_ref_sink(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context,
                                        "user-content-manager", d->content.get(), nullptr))));
-    gtk_widget_set_size_request(GTK_WIDGET(d->web.get()), viewWidth, viewHeight);
+    // What a page sees as its window until the view is put into a real one.
+    GtkAllocation allocation{0, 0, viewWidth, viewHeight};
+    gtk_widget_size_allocate(GTK_WIDGET(d->web.get()), &allocation);
+    d->cookies =
+        std::make_unique<WebKitCookies>(webkit_web_context_get_cookie_manager(context), clock);
     runAtFullSpeedWhileHidden(webkit_web_view_get_settings(d->web.get()));
     g_signal_connect(d->web.get(), "load-changed", G_CALLBACK(Private::loadChanged), this);
     g_signal_connect(d->web.get(), "web-process-terminated", G_CALLBACK(Private::processTerminated),
                      this);
     g_signal_connect(d->web.get(), "permission-request", G_CALLBACK(denyPermission), this);
-    g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(denyDialog), this);
+    g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(answerDialog), this);
     g_signal_connect(d->web.get(), "run-file-chooser", G_CALLBACK(denyFileChooser), this);
-    g_signal_connect(d->web.get(), "create", G_CALLBACK(denyNewWindow), this);
+    g_signal_connect(d->web.get(), "create", G_CALLBACK(openPopup), this);
     g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(denyUnknownResponse), this);
     g_signal_connect(d->web.get(), "print", G_CALLBACK(denyPrinting), this);
 }
@@ -211,6 +253,7 @@ void WebKitView::setContentRules(const QByteArray& rules) {
 }
 
 void WebKitView::load(const QUrl& url) {
+    d->isWaitingForPage = true;
     webkit_web_view_load_uri(d->web.get(), url.toEncoded().constData());
 }
 
@@ -220,4 +263,32 @@ void WebKitView::unload() {
 
 QUrl WebKitView::url() const {
     return QUrl(QString::fromUtf8(webkit_web_view_get_uri(d->web.get())));
+}
+
+QCoro::Task<std::optional<QString>> WebKitView::evaluate(QString script) {
+    if (d->isWaitingForPage)
+        co_return std::nullopt;
+    const QByteArray source = script.toUtf8();
+    const GObjectPtr<WebKitWebView> web(WEBKIT_WEB_VIEW(g_object_ref(d->web.get())));
+    GLibCall call(d->clock, scriptTimeout);
+    webkit_web_view_evaluate_javascript(web.get(), source.constData(), source.size(), nullptr,
+                                        nullptr, call.cancellable(), GLibCall::finished,
+                                        call.userData());
+    GAsyncResult* result = co_await call.end();
+    if (!result)
+        co_return std::nullopt;
+    GErrorSlot error;
+    const GObjectPtr<JSCValue> value(
+        webkit_web_view_evaluate_javascript_finish(web.get(), result, error.out()));
+    if (!value || !jsc_value_is_string(value.get()))
+        co_return std::nullopt;
+    co_return QString::fromUtf8(utf8(value.get()));
+}
+
+CookieStore& WebKitView::cookies() {
+    return *d->cookies;
+}
+
+void* WebKitView::widget() const {
+    return d->web.get();
 }

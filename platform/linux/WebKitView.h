@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Clock.h"
 #include "platform/WebView.h"
 
 #include <memory>
@@ -8,14 +9,15 @@
 typedef struct _WebKitWebContext WebKitWebContext;
 typedef struct _WebKitUserContentFilterStore WebKitUserContentFilterStore;
 
-/// A WebKitGTK view that is never put on the screen. It counts as hidden, so nothing is painted,
-/// and its timers run at full speed all the same. Whatever a page asks of the user (permissions,
-/// dialogs, printing, new windows, files) is answered with no.
+/// A WebKitGTK view. While it is not on the screen it counts as hidden, so nothing is painted, and
+/// its timers run at full speed all the same. Then it answers with no whatever a page asks of the
+/// user; on the screen, script dialogs and new windows work, since a sign-in may need them.
+/// Permissions, printing, downloads and file choosers are refused always.
 class WebKitView final : public WebView {
     Q_OBJECT
 public:
-    /// `context` and `filters` must outlive the view.
-    WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* filters);
+    /// All three must outlive the view.
+    WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* filters, Clock& clock);
     ~WebKitView() override;
 
     bool disableTrackingPrevention() override;
@@ -26,6 +28,11 @@ public:
     void load(const QUrl& url) override;
     void unload() override;
     QUrl url() const override;
+    QCoro::Task<std::optional<QString>> evaluate(QString script) override;
+    CookieStore& cookies() override;
+
+    /// The view's GtkWidget, for the window that holds it.
+    void* widget() const;
 
 private:
     struct Private;

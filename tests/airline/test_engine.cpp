@@ -5,7 +5,7 @@
 #include "core/Database.h"
 #include "core/Keychain.h"
 #include "core/TDLog.h"
-#include "tests/support/FakeSecretStore.h"
+#include "platform/MemorySecretStore.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
 
@@ -22,6 +22,7 @@ namespace {
 /// expected.
 class FakeKeeper final : public SessionKeeper {
 public:
+    void hideWindow() override { ++hidden; }
     QCoro::Task<> restoreCookiesIfNeeded() override { return noted(u"restore"_s); }
     QCoro::Task<> pruneCookiesIfStale() override { return noted(u"prune"_s); }
     QCoro::Task<> snapshotCookies() override { return noted(u"snapshot"_s); }
@@ -40,6 +41,7 @@ public:
         co_return automatic.takeFirst();
     }
 
+    int hidden = 0;
     QStringList calls;
     QList<bool> silent;
     QList<bool> automatic;
@@ -62,7 +64,7 @@ class TestEngine : public QObject {
         QTemporaryDir dir;
         ManualClock clock;
         FakeWebView view;
-        FakeSecretStore secrets;
+        MemorySecretStore secrets;
         Keychain keychain{secrets};
         Database database{dir.path(), clock};
         SessionState state;
@@ -167,6 +169,7 @@ private Q_SLOTS:
                  QStringList({u"restore"_s, u"prune"_s, u"restore"_s, u"snapshot"_s}));
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
         QCOMPARE(world.view.unloads, 1);
+        QCOMPARE(world.keeper.hidden, 1);
         QCOMPARE(world.clock.waiting(), 0);
     }
 

@@ -6,11 +6,11 @@
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "core/Keychain.h"
-#include "platform/WebView.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/WebKitRuntime.h"
+#include "platform/linux/WebKitView.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
 #include "standin/StandIn.h"
@@ -52,7 +52,7 @@ private:
         std::unique_ptr<SASEngine> engine;
         std::unique_ptr<Worker> worker;
 
-        explicit World(WebKitRuntime& runtime) : view(runtime.makeView()) {
+        explicit World(WebKitRuntime& runtime) : view(runtime.makeView(clock)) {
             if (const auto error = airline.start())
                 qFatal("%s", qPrintable(*error));
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),

@@ -22,6 +22,8 @@ private Q_SLOTS:
                  (CommandLine{Command::hunt, false, false, false}));
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--json"_s, u"--demo"_s, u"--once"_s}),
                  (CommandLine{Command::hunt, true, true, true}));
+        QCOMPARE(CommandLine::parse({u"sign-in"_s, u"--demo"_s}),
+                 (CommandLine{Command::signIn, false, false, true}));
         QCOMPARE(CommandLine::parse({u"--version"_s}).command, Command::version);
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--once"_s, u"--help"_s}).command, Command::help);
         for (const QString& option : {u"--once"_s, u"--json"_s, u"--demo"_s, u"--version"_s})
@@ -34,6 +36,7 @@ private Q_SLOTS:
         QTest::newRow("nothing") << QStringList{} << u"tindra hunt"_s;
         QTest::newRow("command") << QStringList{u"jakt"_s} << u"«jakt»"_s;
         QTest::newRow("option") << QStringList{u"hunt"_s, u"--onse"_s} << u"«--onse»"_s;
+        QTest::newRow("not for it") << QStringList{u"sign-in"_s, u"--once"_s} << u"«--once»"_s;
         QTest::newRow("not alone") << QStringList{u"--version"_s, u"x"_s} << u"«--version»"_s;
         QTest::newRow("with help") << QStringList{u"hunt"_s, u"-x"_s, u"--help"_s} << u"«-x»"_s;
         QTest::newRow("two lines") << QStringList{u"hunt"_s, u"a\nb"_s} << u"«a b»"_s;

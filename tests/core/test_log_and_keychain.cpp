@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Keychain.h"
 #include "core/TDLog.h"
-#include "tests/support/FakeSecretStore.h"
+#include "platform/MemorySecretStore.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
 
@@ -35,7 +35,7 @@ private Q_SLOTS:
     }
 
     void onlyWholeDetailsAreReturned() {
-        FakeSecretStore secrets;
+        MemorySecretStore secrets;
         Keychain keychain(secrets);
         QVERIFY(!*awaited(keychain.load()));
         const Credentials details{u"medlem@example.no"_s, u"på«ss\"\\ord 🛫"_s};

@@ -2,10 +2,10 @@
 // The web view on the real engine, with the stand-in airline over real HTTP.
 #include "airline/Capture.h"
 #include "airline/SAS.h"
-#include "platform/WebView.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/WebKitRuntime.h"
+#include "platform/linux/WebKitView.h"
 #include "standin/StandIn.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
@@ -63,6 +63,7 @@ private:
     LinuxClock m_clock;
 
     struct World {
+        LinuxClock clock;
         standin::StandIn airline;
         std::unique_ptr<WebView> view;
         Site site;
@@ -72,7 +73,7 @@ private:
             : airline(withoutDelay(std::move(options))) {
             if (const auto error = airline.start())
                 qFatal("%s", qPrintable(*error));
-            view = runtime.makeView();
+            view = runtime.makeView(clock);
             site = {airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                     airline.idpDomain()};
             connect(view.get(), &WebView::scriptMessage, view.get(),

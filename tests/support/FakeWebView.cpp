@@ -2,6 +2,7 @@
 #include "tests/support/FakeWebView.h"
 
 #include <QRegularExpression>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -26,4 +27,14 @@ void FakeWebView::sendFromHook(const QString& url, const QByteArray& body) {
 void FakeWebView::send(const ScriptMessage& message) {
     QMetaObject::invokeMethod(
         this, [this, message] { Q_EMIT scriptMessage(message); }, Qt::QueuedConnection);
+}
+
+QCoro::Task<std::optional<QString>> FakeWebView::evaluate(QString script) {
+    evaluated.append(script);
+    co_await nextTurn();
+    if (!page) {
+        QTest::qFail("nobody expected a script", __FILE__, __LINE__);
+        co_return std::nullopt;
+    }
+    co_return page(script);
 }

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "platform/WebView.h"
+#include "tests/support/FakeCookieStore.h"
 
 #include <QList>
+
+#include <functional>
 
 /// A web view without a web: remembers what it is told to load, and sends what a page would.
 class FakeWebView final : public WebView {
@@ -16,7 +19,11 @@ public:
     void setContentRules(const QByteArray&) override {}
     void load(const QUrl& url) override { loaded.append(url); }
     void unload() override { ++unloads; }
-    QUrl url() const override { return loaded.isEmpty() ? QUrl() : loaded.last(); }
+    QUrl url() const override {
+        return current.isEmpty() && !loaded.isEmpty() ? loaded.last() : current;
+    }
+    QCoro::Task<std::optional<QString>> evaluate(QString script) override;
+    CookieStore& cookies() override { return store; }
 
     /// A message as the hook sends it, in a later turn of the event loop.
     void sendFromHook(const QString& url, const QByteArray& body);
@@ -25,6 +32,12 @@ public:
     /// The word that the hook was given.
     QByteArray word() const;
 
+    /// What a page answers to a script; a script without it fails the test.
+    std::function<std::optional<QString>(const QString& script)> page;
+    /// Where redirects and forms have led, when that is not the page last loaded.
+    QUrl current;
+    FakeCookieStore store;
+    QStringList evaluated;
     bool hasTrackingPreventionSwitch = true;
     QList<QUrl> loaded;
     int unloads = 0;

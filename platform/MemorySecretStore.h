@@ -6,8 +6,9 @@
 
 #include <QMap>
 
-/// A keychain in memory that answers in a later turn of the event loop.
-class FakeSecretStore final : public SecretStore {
+/// Secrets for this run only, as the demo has them, so that the user's own are never touched.
+/// Answers come in a later turn of the event loop.
+class MemorySecretStore final : public SecretStore {
     Q_OBJECT
 public:
     QCoro::Task<bool> add(QString service, QString, Item item) override {
@@ -25,5 +26,6 @@ public:
         items.remove(service);
     }
 
+    /// By service; one item each.
     QMap<QString, Item> items;
 };

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "airline/SignInWindow.h"
+
+#include "airline/Capture.h"
+#include "airline/CookieVault.h"
+#include "airline/NavHosts.h"
+#include "airline/SAS.h"
+#include "airline/SessionState.h"
+#include "core/TDLog.h"
+#include "platform/HostWindow.h"
+#include "platform/WebView.h"
+
+#include <QPointer>
+
+using namespace Qt::StringLiterals;
+
+QString SignInWindow::title() {
+    return u"SAS — logg inn på EuroBonus"_s;
+}
+
+QString SignInWindow::instruction() {
+    return u"Logg inn på EuroBonus under. Når du er innlogget, trykk Ferdig — etterpå kjører alle "
+           u"søk skjult."_s;
+}
+
+QString SignInWindow::button() {
+    return u"✓ Ferdig — jeg er innlogget"_s;
+}
+
+SignInWindow::SignInWindow(HostWindow& window, WebView& view, Clock& clock, SessionState& state,
+                           Capture& capture, CookieVault& vault, NavHosts& navHosts, Site site)
+    : m_window(window)
+    , m_view(view)
+    , m_clock(clock)
+    , m_state(state)
+    , m_capture(capture)
+    , m_vault(vault)
+    , m_navHosts(navHosts)
+    , m_site(std::move(site)) {
+    connect(&window, &HostWindow::finished, this, &SignInWindow::finishLogin);
+    connect(&window, &HostWindow::closed, this, &SignInWindow::loginWindowClosed);
+}
+
+void SignInWindow::openLogin() {
+    TDLog::note(u"innlogging: vindu aapnet"_s);
+    m_state.setLoginWindowOpen(true);
+    m_window.setReason({});
+    m_window.show(HostWindow::Activation::takeFocus);
+    loadLoginPage();
+}
+
+QCoro::Task<> SignInWindow::loadLoginPage() {
+    const QPointer self(this);
+    // Its page goes away, so its answer would never come.
+    m_capture.end();
+    co_await m_vault.restoreCookiesIfNeeded();
+    if (!self)
+        co_return;
+    co_await m_vault.pruneCookiesNow();
+    if (self)
+        m_view.load(QUrl(SAS::loginURL(m_site)));
+}
+
+void SignInWindow::finishLogin() {
+    hide();
+    judge();
+}
+
+void SignInWindow::loginWindowClosed() {
+    if (m_state.isLoginWindowOpen())
+        judge();
+}
+
+void SignInWindow::judge() {
+    m_state.setLoginWindowOpen(false);
+    const bool visited = m_navHosts.visited(m_site.identityHost);
+    const QUrl page = m_view.url();
+    const bool isFresh = visited && page.host().toLower().contains(m_site.domain) &&
+                         !page.path().startsWith(u"/auth/"_s);
+    if (isFresh) {
+        m_state.lastSessionRefresh = m_clock.ticks();
+        m_state.setLoginStatus(SASLoginStatus::checking());
+        TDLog::note(u"innlogging: vindu lukket — auth0-runde fullfoert, oekten regnes fersk"_s);
+        m_vault.snapshotCookies();
+    } else {
+        TDLog::note(u"innlogging: vindu lukket UTEN fullfoert auth0-runde (auth besoekt: %1) — "
+                    u"antar ingenting, bekrefter"_s.arg(visited ? u"true"_s : u"false"_s));
+    }
+    Q_EMIT loginFinished();
+}
+
+void SignInWindow::showForHelp(const QString& reason) {
+    m_window.setReason(reason);
+    m_window.show(HostWindow::Activation::leaveFocus);
+}
+
+void SignInWindow::hide() {
+    m_window.hide();
+}
+
+bool SignInWindow::isVisible() const {
+    return m_window.isVisible();
+}

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "airline/SingleSignOn.h"
+
+#include "airline/Capture.h"
+#include "airline/CookieVault.h"
+#include "airline/NavHosts.h"
+#include "airline/PageScripts.h"
+#include "airline/SAS.h"
+#include "core/TDLog.h"
+#include "platform/WebView.h"
+
+#include <QDateTime>
+#include <QPointer>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto step = 1500ms;
+constexpr auto pauseBeforeSecondLook = 3s;
+
+} // namespace
+
+SingleSignOn::SingleSignOn(WebView& view, Clock& clock, Capture& capture, CookieVault& vault,
+                           NavHosts& navHosts, Site site)
+    : m_view(view)
+    , m_clock(clock)
+    , m_capture(capture)
+    , m_vault(vault)
+    , m_navHosts(navHosts)
+    , m_site(std::move(site)) {}
+
+QCoro::Task<bool> SingleSignOn::silentSSORefresh(int maxSteps) {
+    const QPointer self(this);
+    const QString before = co_await authCookieSummary();
+    if (!self)
+        co_return false;
+    auto answer = co_await silentSSOAttempt(maxSteps);
+    if (!self)
+        co_return false;
+    if (answer == u"form"_s) {
+        TDLog::note(u"SSO-fornyelse: skjema vises — dobbeltsjekker med ny runde"_s);
+        co_await m_clock.sleep(pauseBeforeSecondLook);
+        if (!self)
+            co_return false;
+        answer = co_await silentSSOAttempt(maxSteps);
+        if (!self)
+            co_return false;
+        if (answer == u"form"_s) {
+            const QString now = co_await authCookieSummary();
+            TDLog::note(u"SSO-diagnose: cookies foer: "_s + before);
+            TDLog::note(u"SSO-diagnose: cookies naa: "_s + now);
+            TDLog::note(u"SSO-fornyelse: skjema vises — SSO-oekten er doed"_s);
+            co_return false;
+        }
+    }
+    if (answer != u"done"_s) {
+        TDLog::note(u"SSO-fornyelse: timeout uten avklaring"_s);
+        co_return false;
+    }
+    noteSuccess();
+    co_return true;
+}
+
+void SingleSignOn::noteSuccess() const {
+    if (m_navHosts.visited(m_site.identityHost))
+        TDLog::note(u"SSO-fornyelse: OK (stille, via auth0 — fristen rullet)"_s);
+    else
+        TDLog::note(u"SSO-fornyelse: OK (stille) — "_s + m_site.identityHost +
+                    u" ble IKKE besoekt; SSO-fristen er neppe rullet"_s);
+}
+
+QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps) {
+    const QPointer self(this);
+    m_capture.end();
+    co_await m_vault.pruneCookiesNow();
+    if (!self)
+        co_return std::nullopt;
+    m_navHosts.clear();
+    m_view.load(QUrl(SAS::loginURL(m_site)));
+    const QString script =
+        PageScripts::call(u"sso-state.js"_s, {PageScripts::jsString(m_site.identityHost),
+                                              PageScripts::jsString(m_site.domain)});
+    for (int i = 0; i < maxSteps; ++i) {
+        co_await m_clock.sleep(step);
+        if (!self)
+            co_return std::nullopt;
+        if (m_navHosts.isEmpty())
+            continue;
+        const auto state = co_await m_view.evaluate(script);
+        if (!self)
+            co_return std::nullopt;
+        if (state == u"done"_s || state == u"form"_s)
+            co_return state;
+    }
+    co_return std::nullopt;
+}
+
+QCoro::Task<QString> SingleSignOn::authCookieSummary() {
+    const QString domain = m_site.identityDomain;
+    const QList<WebCookie> cookies = co_await m_view.cookies().all();
+    QStringList descriptions;
+    for (const WebCookie& cookie : cookies) {
+        if (!cookie.domain.contains(domain))
+            continue;
+        const QString expiry =
+            cookie.expires ? QDateTime::fromSecsSinceEpoch(
+                                 static_cast<qint64>(secondsSince1970(*cookie.expires)), Qt::UTC)
+                                 .toString(Qt::ISODate)
+                           : u"(økt)"_s;
+        descriptions.append(cookie.name + u'→' + expiry);
+    }
+    if (descriptions.isEmpty())
+        co_return u"INGEN "_s + domain + u"-cookies"_s;
+    descriptions.sort();
+    co_return descriptions.join(u' ');
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "airline/Site.h"
+#include "platform/Clock.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class Capture;
+class CookieVault;
+class NavHosts;
+class WebView;
+
+/// Renews the session without the user: while the identity provider still knows the browser, its
+/// sign-in flow redirects straight back to the airline's site.
+class SingleSignOn : public QObject {
+    Q_OBJECT
+public:
+    /// All but `site` must outlive this object.
+    SingleSignOn(WebView& view, Clock& clock, Capture& capture, CookieVault& vault,
+                 NavHosts& navHosts, Site site);
+
+    /// True when the browser came back to the site. A form is believed only when it comes twice.
+    QCoro::Task<bool> silentSSORefresh(int maxSteps);
+    /// One try of at most `maxSteps` steps of 1.5 seconds: "done", "form", or absent when neither
+    /// showed itself. Takes the web view over; a capture that waits ends with nothing.
+    QCoro::Task<std::optional<QString>> silentSSOAttempt(int maxSteps);
+    /// The identity provider's cookies, for the log: names and expiries, no values.
+    QCoro::Task<QString> authCookieSummary();
+
+private:
+    void noteSuccess() const;
+
+    WebView& m_view;
+    Clock& m_clock;
+    Capture& m_capture;
+    CookieVault& m_vault;
+    NavHosts& m_navHosts;
+    Site m_site;
+};

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoroTask>
+#include <QObject>
+
+class Clock;
+class Database;
+class LegFetcher;
+class SessionState;
+class SignInWindow;
+class Worker;
+
+/// What happens when the user has finished with the sign-in window: the session is confirmed or
+/// refuted at once, by a round where there is anything to watch, else by a lookup.
+class SignIn : public QObject {
+    Q_OBJECT
+public:
+    /// All must outlive this object.
+    SignIn(SignInWindow& window, SessionState& session, Database& database, LegFetcher& fetcher,
+           Worker& worker);
+
+    /// Opens the window; the answer comes when the user has finished and is whether lookups work.
+    QCoro::Task<bool> run();
+
+Q_SIGNALS:
+    /// The session was confirmed, or could not be.
+    void confirmed(bool works);
+
+private:
+    QCoro::Task<> confirm();
+
+    SignInWindow& m_window;
+    SessionState& m_session;
+    Database& m_database;
+    LegFetcher& m_fetcher;
+    Worker& m_worker;
+};
