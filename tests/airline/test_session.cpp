@@ -1,0 +1,770 @@
+// SPDX-License-Identifier: MIT
+// How a session is renewed and a lost one brought back, with a web view that answers from a list.
+#include "airline/Capture.h"
+#include "airline/LiveSession.h"
+#include "airline/PageScripts.h"
+#include "airline/SAS.h"
+#include "airline/SessionState.h"
+#include "airline/StoredCookies.h"
+#include "core/Database.h"
+#include "core/Keychain.h"
+#include "core/TDLog.h"
+#include "platform/MemorySecretStore.h"
+#include "tests/support/FakeHostWindow.h"
+#include "tests/support/FakeWebView.h"
+#include "tests/support/ManualClock.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A time that binary fractions of a second can tell exactly, so that parts add up to the whole.
+constexpr auto moment = 125ms;
+constexpr auto step = 1500ms;
+
+const Credentials details{u"medlem-42@example.no"_s, u"Hemmelig-17"_s};
+const QUrl form(u"http://idp.localhost:8080/u/login"_s);
+const QUrl startPage(u"http://site.localhost:8080/"_s);
+
+bool isFormScript(const QString& script) {
+    return script.startsWith(
+        QString::fromUtf8(PageScripts::resource(u"auto-login-form.js"_s)).trimmed());
+}
+
+/// What the script's function is called with, in the notation of the script language.
+QString argumentText(const QString& script) {
+    const QString name = isFormScript(script) ? u"auto-login-form.js"_s : u"sso-state.js"_s;
+    const qsizetype length = QString::fromUtf8(PageScripts::resource(name)).trimmed().size();
+    return script.mid(length + 1).chopped(2);
+}
+QJsonArray arguments(const QString& script) {
+    return QJsonDocument::fromJson(u"[%1]"_s.arg(argumentText(script)).toUtf8()).array();
+}
+
+WebCookie cookie(const QString& name, const QString& domain,
+                 std::optional<Instant> expires = std::nullopt) {
+    return {name, u"value"_s, domain, u"/"_s, expires, false};
+}
+
+/// Cookies in memory; notes what happens to them and how many pages had been asked for by then.
+class NotingStore final : public CookieStore {
+public:
+    explicit NotingStore(const FakeWebView& view) : m_view(view) {}
+    QCoro::Task<QList<WebCookie>> all() override {
+        co_await note(u"all"_s);
+        // A copy: the task would move out of the member.
+        co_return QList<WebCookie>(cookies);
+    }
+    QCoro::Task<bool> set(WebCookie cookie) override {
+        co_await note(u"set "_s + cookie.name);
+        cookies.append(cookie);
+        co_return true;
+    }
+    QCoro::Task<> remove(WebCookie cookie) override {
+        co_await note(u"remove "_s + cookie.name);
+        cookies.removeAll(cookie);
+    }
+
+    QList<WebCookie> cookies;
+    QStringList calls;
+
+private:
+    QCoro::Task<> note(QString call) {
+        co_await nextTurn();
+        calls.append(u"%1: %2"_s.arg(m_view.loaded.size()).arg(call));
+    }
+    const FakeWebView& m_view;
+};
+
+} // namespace
+
+class TestSession : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        FakeWebView view;
+        FakeHostWindow hostWindow;
+        MemorySecretStore secrets;
+        Keychain keychain{secrets};
+        Database database{dir.path(), clock};
+        SessionState state;
+        Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"idp.localhost"_s,
+                  u"idp.localhost"_s};
+        Capture capture{view, clock, site};
+        LiveSession session{view, hostWindow, clock, database, keychain, state, capture, site};
+        std::optional<bool> result;
+        int finished = 0;
+        std::optional<Capture::Body> captured;
+
+        World() {
+            TDLog::start(dir.path() + u"/ui.log"_s, &clock);
+            database.set(u"auto_login"_s, u"1"_s);
+            keep(details);
+            connect(&session.window(), &SignInWindow::loginFinished, &state,
+                    [this] { ++finished; });
+        }
+        ~World() {
+            settle();
+            TDLog::start({}, nullptr);
+        }
+
+        void keep(const Credentials& itsDetails) {
+            secrets.items.insert(u"app.tindra.Tindra.eurobonus"_s,
+                                 {itsDetails.user, itsDetails.password.toUtf8()});
+        }
+        bool hasVault() const { return secrets.items.contains(u"app.tindra.Tindra.sascookies"_s); }
+        /// The lines since the last call, without their times.
+        QStringList log() {
+            QFile file(dir.path() + u"/ui.log"_s);
+            if (!file.open(QIODevice::ReadOnly))
+                return {};
+            QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+            lines.removeLast();
+            for (QString& line : lines)
+                line.remove(0, u"2027-01-15T12:00:00Z "_s.size());
+            file.close();
+            file.remove();
+            return lines;
+        }
+
+        void startCapture() {
+            capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 45s)
+                .then([this](Capture::Body body) { captured = body; });
+            settle();
+            QVERIFY(!captured);
+        }
+        bool captureHasEnded() const { return captured && !*captured; }
+
+        void refresh(int maxSteps = 12) {
+            result.reset();
+            session.silentSSORefresh(maxSteps).then([this](bool answer) { result = answer; });
+            settle();
+        }
+        void attempt() {
+            result.reset();
+            session.attemptAutoLogin().then([this](bool answer) { result = answer; });
+            settle();
+        }
+        /// An attempt that has got to the form.
+        void attemptAtTheForm() {
+            attempt();
+            view.current = form;
+            log();
+        }
+        /// Steps in which the page answers this.
+        void answer(const std::optional<QString>& text, int steps = 1) {
+            view.page = [text](const QString&) { return text; };
+            clock.advance(steps * step);
+        }
+        void navigate(const QUrl& url) { Q_EMIT view.navigating(url); }
+        bool force() const { return arguments(view.evaluated.last())[2].toBool(); }
+    };
+
+    static QString failedAttempt() {
+        return u"auto-innlogging: samme skjema 3 ganger uten fremgang — gir opp"_s;
+    }
+    static QString timedOut() { return u"SSO-fornyelse: timeout uten avklaring"_s; }
+    static QString secondLook() {
+        return u"SSO-fornyelse: skjema vises — dobbeltsjekker med ny runde"_s;
+    }
+    static QString renewed() { return u"SSO-fornyelse: OK (stille, via auth0 — fristen rullet)"_s; }
+
+private Q_SLOTS:
+    // Single sign-on
+
+    void aSilentRenewal() {
+        World world;
+        world.startCapture();
+        world.refresh();
+        QVERIFY(world.captureHasEnded());
+        QCOMPARE(world.view.loaded.last(), QUrl(SAS::loginURL(world.site)));
+        world.navigate(form);
+        world.answer(u"waiting"_s);
+        world.answer(std::nullopt);
+        world.answer(u"else"_s);
+        QCOMPARE(arguments(world.view.evaluated.last()),
+                 (QJsonArray{u"idp.localhost"_s, u"site.localhost"_s}));
+        world.view.page = [](const QString&) { return u"done"_s; };
+        world.clock.advance(step - moment);
+        QVERIFY(!world.result);
+        world.clock.advance(moment);
+        QCOMPARE(world.result, true);
+        QCOMPARE(world.view.evaluated.size(), 4);
+        QCOMPARE(world.log(), QStringList{renewed()});
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void aRenewalThatDidNotPassTheProvider() {
+        World world;
+        // An earlier visit is forgotten.
+        world.navigate(form);
+        world.refresh();
+        world.navigate(startPage);
+        world.answer(u"done"_s);
+        QCOMPARE(world.result, true);
+        QCOMPARE(world.log(), QStringList{u"SSO-fornyelse: OK (stille) — idp.localhost ble IKKE "
+                                          u"besoekt; SSO-fristen er neppe rullet"_s});
+    }
+
+    void nothingIsAskedBeforeANavigation() {
+        World world;
+        world.navigate(form);
+        world.refresh(3);
+        world.clock.advance(2 * step);
+        // Not an address of any host, so not a beginning.
+        world.navigate(QUrl(u"about:blank"_s));
+        world.clock.advance(step - moment);
+        QVERIFY(!world.result);
+        world.clock.advance(moment);
+        QCOMPARE(world.result, false);
+        QVERIFY(world.view.evaluated.isEmpty());
+        QCOMPARE(world.log(), QStringList{timedOut()});
+    }
+
+    void theStepsRunOut() {
+        World world;
+        world.refresh();
+        world.navigate(form);
+        world.answer(u"waiting"_s, 11);
+        world.clock.advance(step - moment);
+        QVERIFY(!world.result);
+        world.clock.advance(moment);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.view.evaluated.size(), 12);
+        QCOMPARE(world.log(), QStringList{timedOut()});
+
+        world.refresh(0);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.view.evaluated.size(), 12);
+        QCOMPARE(world.view.loaded.size(), 2);
+    }
+
+    void oneFormIsNotBelieved() {
+        World world;
+        world.refresh();
+        world.navigate(form);
+        world.answer(u"form"_s);
+        QCOMPARE(world.log(), QStringList{secondLook()});
+        world.clock.advance(3s - moment);
+        QCOMPARE(world.view.loaded.size(), 1);
+        world.clock.advance(moment);
+        QCOMPARE(world.view.loaded.size(), 2);
+        QVERIFY(!world.result);
+        world.navigate(form);
+        world.answer(u"done"_s);
+        QCOMPARE(world.result, true);
+        QCOMPARE(world.log(), QStringList{renewed()});
+
+        // The second look has all its steps again.
+        world.refresh(2);
+        world.navigate(form);
+        world.answer(u"waiting"_s);
+        world.answer(u"form"_s);
+        world.clock.advance(3s);
+        world.navigate(form);
+        world.answer(u"waiting"_s);
+        QVERIFY(!world.result);
+        world.answer(u"waiting"_s);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), QStringList({secondLook(), timedOut()}));
+    }
+
+    void twoFormsAreTheEndOfSingleSignOn() {
+        World world;
+        // 2027-02-01 00:00:00.75 UTC; log lines count whole seconds.
+        const Instant expiry = instantFromSeconds(1801440000.75);
+        world.view.store.cookies = {cookie(u"did"_s, u".idp.localhost"_s, expiry),
+                                    cookie(u"did_compat"_s, u"sub.idp.localhost"_s),
+                                    cookie(u"auth0"_s, u"idp.localhost"_s),
+                                    cookie(u"session"_s, u"site.localhost"_s)};
+        world.refresh();
+        world.navigate(form);
+        world.answer(u"form"_s);
+        world.clock.advance(3s);
+        world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+        world.navigate(form);
+        world.answer(u"form"_s);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(),
+                 QStringList({secondLook(),
+                              u"SSO-diagnose: cookies foer: auth0→(økt) "
+                              u"did_compat→(økt) did→2027-02-01T00:00:00Z"_s,
+                              u"SSO-diagnose: cookies naa: INGEN idp.localhost-cookies"_s,
+                              u"SSO-fornyelse: skjema vises — SSO-oekten er doed"_s}));
+        QCOMPARE(world.view.loaded.size(), 2);
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    // The sign-in window
+
+    void theWindowOpens() {
+        World world;
+        world.startCapture();
+        world.hostWindow.reason = u"an older one"_s;
+        world.session.window().openLogin();
+        QVERIFY(world.state.isLoginWindowOpen());
+        QVERIFY(world.hostWindow.visible);
+        QCOMPARE(world.hostWindow.activation, HostWindow::Activation::takeFocus);
+        QVERIFY(world.hostWindow.reason.isEmpty());
+        settle();
+        QVERIFY(world.captureHasEnded());
+        QCOMPARE(world.view.loaded.mid(1), QList<QUrl>{QUrl(SAS::loginURL(world.site))});
+        QCOMPARE(world.log(), QStringList{u"innlogging: vindu aapnet"_s});
+        QCOMPARE(world.finished, 0);
+    }
+
+    void cookiesAreInOrderBeforeTheSignInPageLoads() {
+        World world;
+        world.secrets.items.insert(
+            u"app.tindra.Tindra.sascookies"_s,
+            {u"cookies"_s, StoredCookies::encode({cookie(u"session"_s, u"site.localhost"_s),
+                                                  cookie(u"_ga"_s, u"site.localhost"_s)})});
+        NotingStore store(world.view);
+        NavHosts navHosts(world.view);
+        CookieVault vault(store, world.keychain, world.clock, world.site);
+        SignInWindow window(world.hostWindow, world.view, world.clock, world.state, world.capture,
+                            vault, navHosts, world.site);
+        window.openLogin();
+        settle();
+        // What the vault brought is cleaned as well.
+        QCOMPARE(store.calls, QStringList({u"0: all"_s, u"0: set session"_s, u"0: set _ga"_s,
+                                           u"0: all"_s, u"0: remove _ga"_s}));
+        QCOMPARE(world.view.loaded.size(), 1);
+
+        store.calls.clear();
+        store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
+        SingleSignOn singleSignOn(world.view, world.clock, world.capture, vault, navHosts,
+                                  world.site);
+        singleSignOn.silentSSOAttempt(0);
+        settle();
+        QCOMPARE(store.calls, QStringList({u"1: all"_s, u"1: remove ad"_s}));
+        QCOMPARE(world.view.loaded.size(), 2);
+
+        store.calls.clear();
+        store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
+        world.state.setLoginWindowOpen(false);
+        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
+                            world.capture, vault, window, world.site);
+        autoLogin.attemptAutoLogin();
+        settle();
+        QCOMPARE(store.calls, QStringList({u"2: all"_s, u"2: remove ad"_s}));
+        QCOMPARE(world.view.loaded.size(), 3);
+        world.answer(u"done"_s);
+    }
+
+    void howASignInIsJudged_data() {
+        QTest::addColumn<QUrl>("visited");
+        QTest::addColumn<QUrl>("page");
+        QTest::addColumn<bool>("fresh");
+        QTest::newRow("back on the site") << form << startPage << true;
+        QTest::newRow("sub-domain of both")
+            << QUrl(u"https://a.idp.localhost/"_s) << QUrl(u"https://WWW.Site.localhost/min-side"_s)
+            << true;
+        QTest::newRow("a path like the flow's")
+            << form << QUrl(u"http://site.localhost:8080/author/"_s) << true;
+        QTest::newRow("still in the flow")
+            << form << QUrl(u"http://site.localhost:8080/auth/callback?code=1"_s) << false;
+        QTest::newRow("still at the provider") << form << form << false;
+        QTest::newRow("elsewhere") << form << QUrl(u"https://example.no/"_s) << false;
+        QTest::newRow("nowhere") << form << QUrl(u"about:blank"_s) << false;
+        QTest::newRow("never at the provider") << startPage << startPage << false;
+    }
+    void howASignInIsJudged() {
+        QFETCH(QUrl, visited);
+        QFETCH(QUrl, page);
+        QFETCH(bool, fresh);
+        World world;
+        world.state.setLoginStatus(SASLoginStatus::loggedOut());
+        world.session.window().openLogin();
+        settle();
+        world.log();
+        world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+        world.navigate(visited);
+        world.view.current = page;
+        world.clock.advance(1min);
+        Q_EMIT world.hostWindow.finished();
+        settle();
+
+        QVERIFY(!world.hostWindow.visible);
+        QVERIFY(!world.state.isLoginWindowOpen());
+        QCOMPARE(world.state.loginStatus(),
+                 fresh ? SASLoginStatus::checking() : SASLoginStatus::loggedOut());
+        QCOMPARE(world.state.lastSessionRefresh,
+                 fresh ? std::optional(world.clock.ticks()) : std::nullopt);
+        QCOMPARE(world.hasVault(), fresh);
+        const QString line =
+            fresh
+                ? u"innlogging: vindu lukket — auth0-runde fullfoert, oekten regnes fersk"_s
+                : u"innlogging: vindu lukket UTEN fullfoert auth0-runde (auth besoekt: %1) — antar ingenting, bekrefter"_s
+                      .arg(visited == form ? u"true"_s : u"false"_s);
+        QCOMPARE(world.log(), QStringList{line});
+        QCOMPARE(world.finished, 1);
+        Q_EMIT world.hostWindow.closed();
+        QCOMPARE(world.finished, 1);
+        QVERIFY(world.log().isEmpty());
+    }
+
+    void closingTheWindow() {
+        World world;
+        Q_EMIT world.hostWindow.closed();
+        QCOMPARE(world.finished, 0);
+        QVERIFY(world.log().isEmpty());
+        world.session.window().openLogin();
+        settle();
+        world.navigate(form);
+        world.view.current = startPage;
+        Q_EMIT world.hostWindow.closed();
+        Q_EMIT world.hostWindow.closed();
+        QCOMPARE(world.finished, 1);
+        QVERIFY(!world.state.isLoginWindowOpen());
+        QCOMPARE(world.state.loginStatus(), SASLoginStatus::checking());
+    }
+
+    void signedOutIsSaidOnceAndWithItsReason() {
+        World world;
+        QStringList bodies;
+        connect(&world.state, &SessionState::notice, &world.state,
+                [&bodies](const QString& title, const QString& body) {
+                    QCOMPARE(title, u"⚠️ Logget ut av SAS"_s);
+                    bodies.append(body);
+                });
+        const QString end = u"Søkene får ingen data før du er innlogget igjen."_s;
+        world.state.setLoggedOut(false);
+        world.state.setLoggedOut(true);
+        world.state.setLoginWindowOpen(true);
+        world.state.setLoggedOut(true);
+        QCOMPARE(bodies, QStringList{end});
+        world.state.setLoginStatus(SASLoginStatus::checking());
+        world.state.setLoggedOut(true);
+        QCOMPARE(bodies.value(1), u"Automatisk innlogging trenger et dytt — fullfør i "
+                                  u"innloggingsvinduet som står åpent. "_s +
+                                      end);
+        world.state.setLoginWindowOpen(false);
+        world.state.setLoginStatus(SASLoginStatus::loggedIn(world.clock.now()));
+        world.state.setLoggedOut(true);
+        QCOMPARE(bodies.value(2), u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i "
+                                  u"Innstillinger. "_s +
+                                      end);
+    }
+
+    // Automatic sign-in
+
+    void anAutomaticSignIn() {
+        World world;
+        world.startCapture();
+        world.hostWindow.visible = true;
+        world.attempt();
+        QVERIFY(world.captureHasEnded());
+        QVERIFY(!world.hostWindow.visible);
+        QCOMPARE(world.view.loaded.mid(1), QList<QUrl>{QUrl(SAS::loginURL(world.site))});
+        QCOMPARE(world.log(), QStringList{u"auto-innlogging: starter (skjema + ev. Turnstile)"_s});
+
+        world.view.current = form;
+        world.answer(u"filled-user"_s);
+        world.answer(u"filled-pass"_s);
+        QCOMPARE(arguments(world.view.evaluated.last()),
+                 (QJsonArray{details.user, details.password, false, u"idp.localhost"_s,
+                             u"site.localhost"_s}));
+        QVERIFY(!world.hasVault());
+        world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+        world.view.current = startPage;
+        world.view.page = [](const QString&) { return u"done"_s; };
+        world.clock.advance(step - moment);
+        QVERIFY(!world.result);
+        world.clock.advance(moment);
+        QCOMPARE(world.result, true);
+        QCOMPARE(world.log(), QStringList{u"auto-innlogging: fullfoert"_s});
+        QCOMPARE(world.state.lastSessionRefresh, std::optional(world.clock.ticks()));
+        QVERIFY(world.hasVault());
+        QCOMPARE(world.hostWindow.shows, 0);
+        QVERIFY(!world.state.isLoginWindowOpen());
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void reasonsNotToTry() {
+        World world;
+        const auto isRefused = [&world](const QStringList& lines) {
+            world.attempt();
+            [&] {
+                QCOMPARE(world.result, false);
+                QCOMPARE(world.log(), lines);
+                QVERIFY(world.view.loaded.isEmpty());
+            }();
+        };
+        for (const QString& value : {u"0"_s, u""_s, u"true"_s, u" 1"_s}) {
+            world.database.set(u"auto_login"_s, value);
+            isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
+        }
+        world.database.set(u"auto_login"_s, u"1"_s);
+        world.secrets.items.clear();
+        isRefused({u"auto-innlogging: hoppet over (ingen detaljer i noekkelringen)"_s});
+        world.keep(details);
+        world.hostWindow.visible = true;
+        world.state.setLoginWindowOpen(true);
+        isRefused({});
+        QVERIFY(world.hostWindow.visible);
+        // None of these counts as a try.
+        world.state.setLoginWindowOpen(false);
+        world.attempt();
+        QVERIFY(!world.result);
+        world.answer(u"done"_s);
+    }
+
+    void onceInFiveMinutes() {
+        World world;
+        world.attemptAtTheForm();
+        world.answer(u"error"_s);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(),
+                 QStringList{u"auto-innlogging: synlig feilmelding i skjemaet — gir opp"_s});
+        QVERIFY(!world.state.isLoginWindowOpen());
+        world.clock.advance(300s - step - moment);
+        world.attempt();
+        QCOMPARE(world.result, false);
+        QVERIFY(world.log().isEmpty());
+        QCOMPARE(world.view.loaded.size(), 1);
+        world.clock.advance(moment);
+        world.attempt();
+        QVERIFY(!world.result);
+        QCOMPARE(world.view.loaded.size(), 2);
+        // A success is no reason to try sooner.
+        world.answer(u"done"_s);
+        QCOMPARE(world.result, true);
+        world.clock.advance(300s - step - moment);
+        world.attempt();
+        QCOMPARE(world.result, false);
+    }
+
+    void theStepsOfAnAttemptRunOut() {
+        World world;
+        world.attemptAtTheForm();
+        const QList<std::optional<QString>> answers{u"waiting"_s, std::nullopt, u"Done"_s, u""_s};
+        for (int i = 0; i < 139; ++i)
+            world.answer(answers[i % answers.size()]);
+        world.clock.advance(step - moment);
+        QVERIFY(!world.result);
+        QVERIFY(world.log().isEmpty());
+        world.clock.advance(moment);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(),
+                 QStringList{u"auto-innlogging: ga opp etter ~210 s (Turnstile/ingen fremgang)"_s});
+        QCOMPARE(world.view.evaluated.size(), 140);
+        QCOMPARE(world.hostWindow.shows, 0);
+        QVERIFY(!world.state.isLoginWindowOpen());
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void theSameFormAgainAndAgain_data() {
+        QTest::addColumn<QString>("again");
+        QTest::addColumn<QString>("other");
+        QTest::newRow("user name") << u"filled-user"_s << u"filled-pass"_s;
+        QTest::newRow("password") << u"filled-pass"_s << u"filled-user"_s;
+    }
+    void theSameFormAgainAndAgain() {
+        QFETCH(QString, again);
+        QFETCH(QString, other);
+        World world;
+        world.attemptAtTheForm();
+        world.answer(again);
+        world.answer(other);
+        QCOMPARE(world.hostWindow.shows, 0);
+        world.answer(again);
+        QCOMPARE(world.hostWindow.shows, 1);
+        QCOMPARE(world.hostWindow.activation, HostWindow::Activation::leaveFocus);
+        QVERIFY(!world.hostWindow.reason.isEmpty());
+        QVERIFY(!world.state.isLoginWindowOpen());
+        // Both are counted afresh now.
+        world.answer(again, 2);
+        world.answer(other, 2);
+        QVERIFY(!world.result);
+        QCOMPARE(world.hostWindow.shows, 1);
+        QVERIFY(world.log().isEmpty());
+        world.answer(again);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), QStringList{failedAttempt()});
+        QVERIFY(world.hostWindow.visible);
+        QVERIFY(world.state.isLoginWindowOpen());
+        // The user goes on in it, and that counts.
+        world.navigate(form);
+        world.view.current = startPage;
+        Q_EMIT world.hostWindow.finished();
+        QCOMPARE(world.finished, 1);
+        QCOMPARE(world.state.loginStatus(), SASLoginStatus::checking());
+    }
+
+    void aWindowThatTheUserClosedIsNotOpen() {
+        World world;
+        world.attemptAtTheForm();
+        world.answer(u"filled-user"_s, 2);
+        world.hostWindow.visible = false;
+        Q_EMIT world.hostWindow.closed();
+        QCOMPARE(world.finished, 0);
+        world.answer(u"error"_s);
+        QCOMPARE(world.result, false);
+        QVERIFY(!world.state.isLoginWindowOpen());
+    }
+
+    void aWindowThatHelpedIsHidden() {
+        World world;
+        world.attemptAtTheForm();
+        world.answer(u"filled-user"_s, 2);
+        QVERIFY(world.hostWindow.visible);
+        world.answer(u"done"_s);
+        QCOMPARE(world.result, true);
+        QVERIFY(!world.hostWindow.visible);
+        QVERIFY(!world.state.isLoginWindowOpen());
+        QCOMPARE(world.finished, 0);
+    }
+
+    void aChallengeThatIsNotSolved() {
+        World world;
+        world.attemptAtTheForm();
+        world.answer(u"filled-user"_s);
+        world.answer(u"captcha-pending"_s, 7);
+        world.answer(u"waiting"_s);
+        QVERIFY(!world.force());
+        world.answer(u"captcha-pending"_s);
+        QVERIFY(!world.force());
+        world.answer(u"captcha-pending"_s, 11);
+        QVERIFY(world.force());
+        QCOMPARE(world.hostWindow.shows, 0);
+        world.answer(u"captcha-pending"_s);
+        QCOMPARE(world.hostWindow.shows, 1);
+        QCOMPARE(world.hostWindow.activation, HostWindow::Activation::leaveFocus);
+        QVERIFY(!world.hostWindow.reason.isEmpty());
+        world.answer(u"waiting"_s);
+        QVERIFY(world.force());
+        // The window has begun a new count of forms, and a form ends the forcing for good.
+        world.answer(u"filled-user"_s, 2);
+        world.answer(u"captcha-pending"_s, 25);
+        QVERIFY(!world.force());
+        QCOMPARE(world.hostWindow.shows, 1);
+        QVERIFY(!world.result);
+        world.answer(u"filled-user"_s);
+        QCOMPARE(world.result, false);
+        QVERIFY(world.state.isLoginWindowOpen());
+    }
+
+    void forcingEndsWithTheFormItGotThrough() {
+        World world;
+        world.attemptAtTheForm();
+        world.answer(u"captcha-pending"_s, 8);
+        world.answer(u"filled-user"_s);
+        QVERIFY(world.force());
+        world.answer(u"captcha-pending"_s);
+        QVERIFY(!world.force());
+        // The challenge's count goes on from page to page.
+        world.answer(u"captcha-pending"_s);
+        QVERIFY(world.force());
+        world.answer(u"done"_s);
+    }
+
+    void detailsGoToTheProviderOnly() {
+        World world;
+        world.attempt();
+        for (const QString& page :
+             {u"http://site.localhost:8080/auth/login"_s, u"http://idp.localhost.example.no/"_s,
+              u"http://evilidp.localhost/"_s, u"about:blank"_s}) {
+            world.view.current = QUrl(page);
+            for (const QString& text : {u"form"_s, u"error"_s, u"filled-user"_s}) {
+                world.answer(text);
+                QVERIFY2(!isFormScript(world.view.evaluated.last()), qPrintable(page));
+            }
+        }
+        QVERIFY(!world.result);
+        QCOMPARE(world.hostWindow.shows, 0);
+        for (const QString& script : world.view.evaluated) {
+            QVERIFY(!script.contains(details.user));
+            QVERIFY(!script.contains(details.password));
+        }
+        world.view.current = form;
+        world.answer(u"waiting"_s);
+        QVERIFY(isFormScript(world.view.evaluated.last()));
+        world.view.current = startPage;
+        world.answer(u"done"_s);
+        QCOMPARE(world.result, true);
+        QVERIFY(!isFormScript(world.view.evaluated.last()));
+        for (const QString& line : world.log())
+            QVERIFY(!line.contains(details.user) && !line.contains(details.password));
+    }
+
+    void wherePasswordsMayGo_data() {
+        QTest::addColumn<QString>("provider");
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<bool>("allowed");
+        const auto row = [](const char* provider, const char* page, bool allowed) {
+            QTest::addRow("%s at %s", provider, page)
+                << QString::fromLatin1(provider) << QString::fromLatin1(page) << allowed;
+        };
+        row("auth.flysas.com", "https://auth.flysas.com/u/login?state=1", true);
+        row("auth.flysas.com", "https://auth.flysas.com:8443/", true);
+        row("auth.flysas.com", "HTTPS://AUTH.FlySAS.com/", true);
+        row("auth.flysas.com", "https://eu.auth.flysas.com/", true);
+        row("auth.flysas.com", "http://auth.flysas.com/", false);
+        row("auth.flysas.com", "ftp://auth.flysas.com/", false);
+        row("auth.flysas.com", "https://flysas.com/", false);
+        row("auth.flysas.com", "https://www.sas.no/", false);
+        row("auth.flysas.com", "https://evilauth.flysas.com/", false);
+        row("auth.flysas.com", "https://auth.flysas.com.evil.no/", false);
+        row("auth.flysas.com", "https://auth.flysas.com@evil.no/", false);
+        row("auth.flysas.com", "https://evil.no/auth.flysas.com", false);
+        row("auth.flysas.com", "https://evil.no/#.auth.flysas.com", false);
+        row("auth.flysas.com", "http://localhost/", false);
+        row("auth.flysas.com", "about:blank", false);
+        row("auth.flysas.com", "file:///auth.flysas.com", false);
+        row("auth.flysas.com", "", false);
+        row("idp.localhost", "http://idp.localhost:1/", true);
+        row("idp.localhost", "http://A.idp.localhost/", true);
+        row("idp.localhost", "http://localhost/", false);
+        row("localhost", "http://localhost/", true);
+        row("localhost", "http://evillocalhost/", false);
+        row("evillocalhost", "http://evillocalhost/", false);
+        row("localhost.evil.no", "http://localhost.evil.no/", false);
+        row("127.0.0.1", "http://127.0.0.1:8080/", true);
+        row("127.0.0.1.evil.no", "http://127.0.0.1.evil.no/", false);
+        row("::1", "http://[::1]:8080/", true);
+        row("192.168.1.5", "http://192.168.1.5/", false);
+        row("192.168.1.5", "https://192.168.1.5/", true);
+    }
+    void wherePasswordsMayGo() {
+        QFETCH(QString, provider);
+        QFETCH(QString, page);
+        QFETCH(bool, allowed);
+        Site site;
+        site.identityHost = provider;
+        QCOMPARE(AutoLogin::mayFillIn(site, QUrl(page)), allowed);
+    }
+
+    void anyPasswordIsOneLiteral() {
+        World world;
+        const Credentials strange{
+            u"kåre\"@example.no"_s,
+            u"\"\\'`${x}\r\n\t\u2028\u0001</script>⁣🛫 пароль 密码\\"_s};
+        world.keep(strange);
+        world.attempt();
+        world.view.current = form;
+        world.answer(u"waiting"_s);
+        const QString script = world.view.evaluated.last();
+        QVERIFY(isFormScript(script));
+        const QJsonArray list = arguments(script);
+        QCOMPARE(list.size(), 5);
+        QCOMPARE(list[0].toString(), strange.user);
+        QCOMPARE(list[1].toString(), strange.password);
+        // A line break as it is would end the literal in the middle.
+        for (const QChar control : {u'\n', u'\r', u'\u0001'})
+            QVERIFY(!argumentText(script).contains(control));
+        world.answer(u"done"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSession)
+#include "test_session.moc"
