@@ -18,6 +18,8 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -162,6 +164,69 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(world.texts(u"ticks"_s), QStringList{u"40"_s}, 15000);
         world.view->load(world.page(u"20270302"_s));
         QTRY_COMPARE_WITH_TIMEOUT(world.messages.size(), 2, 15000);
+    }
+
+    void scriptsAnswerWithTextOnly() {
+        World world(m_runtime);
+        world.view->load(world.page());
+        // The page before is still there, and must not answer for the one that is on its way.
+        QCOMPARE(awaited(world.view->evaluate(u"location.hostname"_s)).value(), std::nullopt);
+        const auto host = [&world] {
+            return awaited(world.view->evaluate(u"location.hostname"_s)).value();
+        };
+        QTRY_COMPARE(host(), u"site.localhost"_s);
+        QCOMPARE(awaited(world.view->evaluate(u"'æ\\n🛫'"_s)).value(), u"æ\n🛫"_s);
+        for (const QString& other : {u"5"_s, u"null"_s, u"({})"_s, u"throw new Error('x')"_s,
+                                     u"syntax error"_s, u"Promise.resolve('x')"_s})
+            QCOMPARE(awaited(world.view->evaluate(other)).value(), std::nullopt);
+    }
+
+    void cookiesComeAndGo() {
+        World world(m_runtime);
+        CookieStore& store = world.view->cookies();
+        const auto before = awaited(store.all()).value();
+        for (const WebCookie& cookie : before)
+            awaited(store.remove(cookie));
+        QCOMPARE(awaited(store.all()).value(), QList<WebCookie>());
+        const Instant nextYear =
+            instantFromSeconds(std::floor(secondsSince1970(m_clock.now())) + 365 * 86400);
+        const WebCookie kept{u"own"_s, u"v=1;\"x\""_s, u".site.localhost"_s,
+                             u"/"_s,   nextYear,       true};
+        const WebCookie session{u"økt"_s, u""_s, u"id.localhost"_s, u"/u"_s, std::nullopt, false};
+        const QList<WebCookie> good{kept, session};
+        for (const WebCookie& cookie : good)
+            QCOMPARE(awaited(store.set(cookie)).value(), true);
+        auto found = awaited(store.all()).value();
+        std::sort(found.begin(), found.end(),
+                  [](const WebCookie& a, const WebCookie& b) { return a.name < b.name; });
+        QCOMPARE(found.size(), 2);
+        QCOMPARE(found[0], kept);
+        QCOMPARE(found[1].name, session.name);
+        QVERIFY(!found[1].expires);
+        for (WebCookie bad : {kept, kept, kept}) {
+            static int which = 0;
+            (which == 0 ? bad.name : which == 1 ? bad.domain : bad.path).clear();
+            ++which;
+            QCOMPARE(awaited(store.set(bad)).value(), false);
+        }
+        awaited(store.remove(kept));
+        QCOMPARE(awaited(store.all()).value().size(), 1);
+    }
+
+    void aDeadNetworkProcessEndsNothingForEver() {
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        QVERIFY(*awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 20s)));
+        for (const pid_t process : descendants("WebKitNetworkPr"))
+            ::kill(process, SIGKILL);
+        // Whatever comes of it, it comes, and a later load works again.
+        awaited(world.view->cookies().all(), 30000);
+        awaited(world.view->evaluate(u"'x'"_s), 30000);
+        Capture::Body body;
+        for (int day = 2; !body && day < 8; ++day)
+            body = *awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"2027030%1"_s.arg(day), false, 5s),
+                            30000);
+        QVERIFY(body);
     }
 
     void nothingIsDownloaded() {
