@@ -98,10 +98,11 @@ QCoro::Task<bool> AutoLogin::run(Credentials credentials) {
     Attempt attempt;
     for (int i = 0; i < maxSteps; ++i) {
         co_await m_clock.sleep(step);
-        if (!self)
+        // The user may have opened the window meanwhile, and is not to be typed over.
+        if (!self || m_state.isLoginWindowOpen())
             co_return false;
         const auto answer = co_await autoLoginStep(credentials, attempt.force);
-        if (!self)
+        if (!self || m_state.isLoginWindowOpen())
             co_return false;
         if (answer == u"done"_s) {
             if (attempt.windowShown)
@@ -165,7 +166,7 @@ bool AutoLogin::giveUp(const Attempt& attempt) {
 QCoro::Task<std::optional<QString>> AutoLogin::autoLoginStep(Credentials credentials, bool force) {
     const QString host = PageScripts::jsString(m_site.identityHost);
     const QString domain = PageScripts::jsString(m_site.domain);
-    if (!mayFillIn(m_site, m_view.url())) {
+    if (!mayFillIn(m_site, m_view.documentUrl())) {
         // Whatever page this is, it gets no details; it can only be the end of the way.
         const QString question = PageScripts::call(u"sso-state.js"_s, {host, domain});
         const auto state = co_await m_view.evaluate(question);

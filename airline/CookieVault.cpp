@@ -30,9 +30,10 @@ CookieVault::CookieVault(CookieStore& cookies, Keychain& keychain, Clock& clock,
 
 QCoro::Task<> CookieVault::snapshotCookies() {
     const QPointer self(this);
-    QList<WebCookie> own = co_await m_cookies.all();
-    if (!self)
+    const auto all = co_await m_cookies.all();
+    if (!self || !all)
         co_return;
+    QList<WebCookie> own = *all;
     own.removeIf([this](const WebCookie& cookie) {
         return !SAS::isAirlineDomain(m_site, cookie.domain) ||
                SAS::isPrunableCookie(m_site, cookie.name, cookie.domain);
@@ -52,13 +53,20 @@ QCoro::Task<> CookieVault::restoreCookiesIfNeeded() {
     const auto stored = data ? StoredCookies::decode(*data) : std::nullopt;
     if (!self || !stored)
         co_return;
-    const QList<WebCookie> live = co_await m_cookies.all();
+    const auto live = co_await m_cookies.all();
+    if (!self)
+        co_return;
+    if (!live) {
+        // Not knowing what lives, nothing is put over it; the next call tries again.
+        m_cookiesRestored = false;
+        co_return;
+    }
     int restored = 0;
     for (const WebCookie& cookie : *stored) {
         if (!self)
             co_return;
         const bool isOver = cookie.expires && *cookie.expires < m_clock.now();
-        if (isOver || contains(live, cookie))
+        if (isOver || contains(*live, cookie))
             continue;
         const bool taken = co_await m_cookies.set(cookie);
         if (taken)
@@ -71,7 +79,8 @@ QCoro::Task<> CookieVault::restoreCookiesIfNeeded() {
 QCoro::Task<> CookieVault::pruneCookiesNow() {
     const QPointer self(this);
     m_lastCookiePrune = m_clock.ticks();
-    const QList<WebCookie> cookies = co_await m_cookies.all();
+    const auto all = co_await m_cookies.all();
+    const QList<WebCookie> cookies = all.value_or(QList<WebCookie>());
     for (const WebCookie& cookie : cookies) {
         if (!self)
             co_return;

@@ -77,34 +77,36 @@ QCoro::Task<> SASEngine::verify() {
     }
     if (!self)
         co_return;
-    bool confirmed = co_await confirm();
-    if (!self || confirmed)
+    bool confirmed = co_await confirm(false);
+    // When the user opens the window, the verdict is theirs to make.
+    if (!self || confirmed || m_state.isLoginWindowOpen())
         co_return;
     if (m_keeper) {
         const bool silently = co_await m_keeper->silentSSORefresh(renewalSteps);
         if (self && silently)
-            confirmed = co_await confirm();
-        if (!self)
+            confirmed = co_await confirm(true);
+        if (!self || confirmed || m_state.isLoginWindowOpen())
             co_return;
-        if (confirmed) {
-            m_state.lastSessionRefresh = m_clock.ticks();
-            co_return;
-        }
         const bool signedIn = co_await m_keeper->attemptAutoLogin();
         if (self && signedIn)
-            confirmed = co_await confirm();
+            confirmed = co_await confirm(false);
         if (!self || confirmed)
             co_return;
     }
     co_await reportLoggedOut();
 }
 
-/// A lookup that succeeds confirms the session and saves its cookies.
-QCoro::Task<bool> SASEngine::confirm() {
+/// A lookup that succeeds confirms the session and saves its cookies; `isRenewed` says that it was
+/// renewed just before.
+QCoro::Task<bool> SASEngine::confirm(bool isRenewed) {
     const QPointer self(this);
+    if (m_state.isLoginWindowOpen())
+        co_return false;
     const bool answered = co_await probeLogin();
     if (!self || !answered)
         co_return false;
+    if (isRenewed)
+        m_state.lastSessionRefresh = m_clock.ticks();
     confirmNow();
     if (m_keeper)
         co_await m_keeper->snapshotCookies();
@@ -129,10 +131,10 @@ QCoro::Task<> SASEngine::refreshSessionIfStale() {
         (m_state.lastSessionRefresh && m_clock.ticks() - *m_state.lastSessionRefresh < sessionAge))
         co_return;
     const bool renewed = co_await m_keeper->silentSSORefresh(renewalSteps);
-    if (!self || !renewed)
+    if (!self || !renewed || m_state.isLoginWindowOpen())
         co_return;
     const bool answered = co_await probeLogin();
-    if (!self)
+    if (!self || m_state.isLoginWindowOpen())
         co_return;
     if (!answered) {
         TDLog::note(u"SSO-fornyelse: SSO OK men offers ga INGEN data — poeng-sesjonen er doed, "
@@ -177,15 +179,11 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
                                           AbortQuestion shouldAbort, Progress progress) {
     const QPointer self(this);
     FetchedLegs fetched;
-    while (m_state.isLoginWindowOpen()) {
-        progress(waitingLabel(), {});
-        co_await m_clock.sleep(waitStep);
-        if (!self)
-            co_return fetched;
-    }
     // A verification that began before this round has the web view, and would take the end of its
     // lookup for a dead session.
-    while (m_probing) {
+    while (m_state.isLoginWindowOpen() || m_probing) {
+        if (m_state.isLoginWindowOpen())
+            progress(waitingLabel(), {});
         co_await m_clock.sleep(waitStep);
         if (!self)
             co_return fetched;

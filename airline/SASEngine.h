@@ -33,7 +33,7 @@ public:
 
 private:
     QCoro::Task<> verify();
-    QCoro::Task<bool> confirm();
+    QCoro::Task<bool> confirm(bool isRenewed);
     QCoro::Task<> reportLoggedOut();
     QCoro::Task<bool> renew();
     QCoro::Task<FetchedLegs> fetch(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,

@@ -51,13 +51,15 @@ void SignInWindow::openLogin() {
 
 QCoro::Task<> SignInWindow::loadLoginPage() {
     const QPointer self(this);
+    const int opening = ++m_openings;
     // Its page goes away, so its answer would never come.
     m_capture.end();
     co_await m_vault.restoreCookiesIfNeeded();
     if (!self)
         co_return;
     co_await m_vault.pruneCookiesNow();
-    if (self)
+    // The keychain may have taken a minute; the user may have closed the window, or opened it anew.
+    if (self && m_state.isLoginWindowOpen() && opening == m_openings)
         m_view.load(QUrl(SAS::loginURL(m_site)));
 }
 

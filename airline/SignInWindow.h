@@ -55,4 +55,5 @@ private:
     CookieVault& m_vault;
     NavHosts& m_navHosts;
     Site m_site;
+    int m_openings = 0;
 };

@@ -6,6 +6,7 @@
 #include "airline/NavHosts.h"
 #include "airline/PageScripts.h"
 #include "airline/SAS.h"
+#include "airline/SessionState.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
 
@@ -22,10 +23,11 @@ constexpr auto pauseBeforeSecondLook = 3s;
 
 } // namespace
 
-SingleSignOn::SingleSignOn(WebView& view, Clock& clock, Capture& capture, CookieVault& vault,
-                           NavHosts& navHosts, Site site)
+SingleSignOn::SingleSignOn(WebView& view, Clock& clock, SessionState& state, Capture& capture,
+                           CookieVault& vault, NavHosts& navHosts, Site site)
     : m_view(view)
     , m_clock(clock)
+    , m_state(state)
     , m_capture(capture)
     , m_vault(vault)
     , m_navHosts(navHosts)
@@ -37,7 +39,7 @@ QCoro::Task<bool> SingleSignOn::silentSSORefresh(int maxSteps) {
     if (!self)
         co_return false;
     auto answer = co_await silentSSOAttempt(maxSteps);
-    if (!self)
+    if (!self || m_state.isLoginWindowOpen())
         co_return false;
     if (answer == u"form"_s) {
         TDLog::note(u"SSO-fornyelse: skjema vises — dobbeltsjekker med ny runde"_s);
@@ -45,7 +47,7 @@ QCoro::Task<bool> SingleSignOn::silentSSORefresh(int maxSteps) {
         if (!self)
             co_return false;
         answer = co_await silentSSOAttempt(maxSteps);
-        if (!self)
+        if (!self || m_state.isLoginWindowOpen())
             co_return false;
         if (answer == u"form"_s) {
             const QString now = co_await authCookieSummary();
@@ -73,9 +75,11 @@ void SingleSignOn::noteSuccess() const {
 
 QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps) {
     const QPointer self(this);
+    if (m_state.isLoginWindowOpen())
+        co_return std::nullopt;
     m_capture.end();
     co_await m_vault.pruneCookiesNow();
-    if (!self)
+    if (!self || m_state.isLoginWindowOpen())
         co_return std::nullopt;
     m_navHosts.clear();
     m_view.load(QUrl(SAS::loginURL(m_site)));
@@ -84,7 +88,7 @@ QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps)
                                               PageScripts::jsString(m_site.domain)});
     for (int i = 0; i < maxSteps; ++i) {
         co_await m_clock.sleep(step);
-        if (!self)
+        if (!self || m_state.isLoginWindowOpen())
             co_return std::nullopt;
         if (m_navHosts.isEmpty())
             continue;
@@ -99,7 +103,8 @@ QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps)
 
 QCoro::Task<QString> SingleSignOn::authCookieSummary() {
     const QString domain = m_site.identityDomain;
-    const QList<WebCookie> cookies = co_await m_view.cookies().all();
+    const auto found = co_await m_view.cookies().all();
+    const QList<WebCookie> cookies = found.value_or(QList<WebCookie>());
     QStringList descriptions;
     for (const WebCookie& cookie : cookies) {
         if (!cookie.domain.contains(domain))

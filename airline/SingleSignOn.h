@@ -13,6 +13,7 @@
 class Capture;
 class CookieVault;
 class NavHosts;
+class SessionState;
 class WebView;
 
 /// Renews the session without the user: while the identity provider still knows the browser, its
@@ -21,10 +22,11 @@ class SingleSignOn : public QObject {
     Q_OBJECT
 public:
     /// All but `site` must outlive this object.
-    SingleSignOn(WebView& view, Clock& clock, Capture& capture, CookieVault& vault,
-                 NavHosts& navHosts, Site site);
+    SingleSignOn(WebView& view, Clock& clock, SessionState& state, Capture& capture,
+                 CookieVault& vault, NavHosts& navHosts, Site site);
 
     /// True when the browser came back to the site. A form is believed only when it comes twice.
+    /// Ends without an answer as soon as the user opens the sign-in window.
     QCoro::Task<bool> silentSSORefresh(int maxSteps);
     /// One try of at most `maxSteps` steps of 1.5 seconds: "done", "form", or absent when neither
     /// showed itself. Takes the web view over; a capture that waits ends with nothing.
@@ -37,6 +39,7 @@ private:
 
     WebView& m_view;
     Clock& m_clock;
+    SessionState& m_state;
     Capture& m_capture;
     CookieVault& m_vault;
     NavHosts& m_navHosts;

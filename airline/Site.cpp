@@ -11,7 +11,7 @@ Site Site::fromEnvironment(const QProcessEnvironment& environment) {
     Site site;
     const auto take = [&environment](const QString& name, QString& target) {
         if (const QString value = environment.value(name); !value.isEmpty())
-            target = value;
+            target = value.toLower();
     };
     take(u"TINDRA_SITE_ORIGIN"_s, site.origin);
     take(u"TINDRA_SITE_DOMAIN"_s, site.domain);

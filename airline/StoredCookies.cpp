@@ -5,12 +5,16 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// 2001-01-01 00:00 UTC, in seconds since 1970.
 constexpr double referenceDate = 978307200;
+/// 9999-12-31, in the same.
+constexpr double latestExpiry = 253402214400;
 
 std::optional<WebCookie> decodeOne(const QJsonObject& object) {
     const QJsonValue secure = object[u"secure"];
@@ -27,8 +31,10 @@ std::optional<WebCookie> decodeOne(const QJsonObject& object) {
     cookie.domain = object[u"domain"].toString();
     cookie.path = object[u"path"].toString();
     cookie.secure = secure.toBool();
+    // No calendar goes further than the year 9999, whatever a damaged vault says.
     if (expires.isDouble())
-        cookie.expires = instantFromSeconds(expires.toDouble() + referenceDate);
+        cookie.expires =
+            instantFromSeconds(std::clamp(expires.toDouble() + referenceDate, 0.0, latestExpiry));
     return cookie;
 }
 

@@ -12,13 +12,22 @@
 
 #include <algorithm>
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto waitStep = 200ms;
+
+} // namespace
+
 SignIn::SignIn(SignInWindow& window, SessionState& session, Database& database, LegFetcher& fetcher,
-               Worker& worker)
+               Worker& worker, Clock& clock)
     : m_window(window)
     , m_session(session)
     , m_database(database)
     , m_fetcher(fetcher)
-    , m_worker(worker) {
+    , m_worker(worker)
+    , m_clock(clock) {
     connect(&window, &SignInWindow::loginFinished, this, [this] { confirm(); });
 }
 
@@ -33,14 +42,35 @@ QCoro::Task<bool> SignIn::run() {
 }
 
 QCoro::Task<> SignIn::confirm() {
+    // What the user does in the window while this runs is waited for below.
+    if (std::exchange(m_isConfirming, true))
+        co_return;
     const QPointer self(this);
-    m_worker.forgetRevivalAttempt();
-    const auto searches = m_database.listSearches();
-    if (std::any_of(searches.begin(), searches.end(),
-                    [](const Search& search) { return search.enabled; }))
-        co_await m_worker.pollOnce();
-    else
-        co_await m_fetcher.verifyLogin();
-    if (self)
-        Q_EMIT confirmed(m_session.loginStatus().state == SASLoginStatus::Case::loggedIn);
+    do {
+        // A round that the window has cut short may not have noticed yet, and one that needs the
+        // user's help has not decided anything.
+        while (self && (m_worker.isRunning() || m_session.isLoginWindowOpen()))
+            co_await m_clock.sleep(waitStep);
+        if (!self)
+            co_return;
+        m_worker.forgetRevivalAttempt();
+        const auto searches = m_database.listSearches();
+        bool isDecided = false;
+        if (std::any_of(searches.begin(), searches.end(),
+                        [](const Search& search) { return search.enabled; })) {
+            co_await m_worker.pollOnce();
+            if (!self)
+                co_return;
+            // A round of which no watcher could be looked up says nothing.
+            const auto state = m_session.loginStatus().state;
+            isDecided =
+                state == SASLoginStatus::Case::loggedIn || state == SASLoginStatus::Case::loggedOut;
+        }
+        if (!isDecided)
+            co_await m_fetcher.verifyLogin();
+    } while (self && m_session.isLoginWindowOpen());
+    if (!self)
+        co_return;
+    m_isConfirming = false;
+    Q_EMIT confirmed(m_session.loginStatus().state == SASLoginStatus::Case::loggedIn);
 }

@@ -18,7 +18,7 @@ class SignIn : public QObject {
 public:
     /// All must outlive this object.
     SignIn(SignInWindow& window, SessionState& session, Database& database, LegFetcher& fetcher,
-           Worker& worker);
+           Worker& worker, Clock& clock);
 
     /// Opens the window; the answer comes when the user has finished and is whether lookups work.
     QCoro::Task<bool> run();
@@ -35,4 +35,6 @@ private:
     Database& m_database;
     LegFetcher& m_fetcher;
     Worker& m_worker;
+    Clock& m_clock;
+    bool m_isConfirming = false;
 };

@@ -147,7 +147,7 @@ int hunt(Tindra& tindra) {
     std::unique_ptr<SignIn> signIn;
     if (!tindra.line.once)
         signIn = std::make_unique<SignIn>(tindra.session.window(), tindra.state, tindra.database,
-                                          tindra.engine, tindra.worker);
+                                          tindra.engine, tindra.worker, tindra.clock);
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.
     QTimer::singleShot(0, &tindra.hunt, [&tindra] {
@@ -163,7 +163,7 @@ int signIn(Tindra& tindra) {
     const UnixSignals signalWatch({SIGINT, SIGTERM},
                                   [] { QCoreApplication::exit(Hunt::interrupted); });
     SignIn signIn(tindra.session.window(), tindra.state, tindra.database, tindra.engine,
-                  tindra.worker);
+                  tindra.worker, tindra.clock);
     QTimer::singleShot(0, &signIn, [&signIn] {
         signIn.run().then([](bool works) {
             writeLine(stdout, works ? "Innlogget hos SAS, bekreftet med et ekte oppslag."

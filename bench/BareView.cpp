@@ -8,13 +8,14 @@
 struct BareView::Private {
     WebKitWebContext* context = webkit_web_context_new_ephemeral();
     WebKitWebView* web = nullptr;
+    QByteArray titlePart;
     std::function<void()> onShown;
 
     static void titleChanged(WebKitWebView* web, GParamSpec*, gpointer self) {
         const char* title = webkit_web_view_get_title(web);
-        auto& onShown = static_cast<Private*>(self)->onShown;
-        if (title && std::strstr(title, "reiser") && onShown)
-            std::exchange(onShown, nullptr)();
+        auto* d = static_cast<Private*>(self);
+        if (title && std::strstr(title, d->titlePart.constData()) && d->onShown)
+            std::exchange(d->onShown, nullptr)();
     }
 };
 
@@ -40,7 +41,8 @@ BareView::~BareView() {
     g_object_unref(d->context);
 }
 
-void BareView::load(const QUrl& url, std::function<void()> onShown) {
+void BareView::load(const QUrl& url, const QByteArray& titlePart, std::function<void()> onShown) {
+    d->titlePart = titlePart;
     d->onShown = std::move(onShown);
     webkit_web_view_load_uri(d->web, url.toEncoded().constData());
 }

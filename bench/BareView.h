@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QUrl>
 
 #include <functional>
@@ -14,8 +15,8 @@ public:
     ~BareView();
     Q_DISABLE_COPY_MOVE(BareView)
 
-    /// Loads the page and calls back when it has shown its flights.
-    void load(const QUrl& url, std::function<void()> onShown);
+    /// Loads the page and calls back when its title contains `titlePart`.
+    void load(const QUrl& url, const QByteArray& titlePart, std::function<void()> onShown);
 
 private:
     struct Private;

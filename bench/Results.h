@@ -18,6 +18,7 @@ QString table(const QList<Result>& results);
 
 // Each measures one subject; they need a display and GLib's event loop where they load pages.
 QList<Result> measureCaptures();
+QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
 QList<Result> measureMemory();

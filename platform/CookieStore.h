@@ -29,8 +29,8 @@ class CookieStore {
 public:
     virtual ~CookieStore() = default;
 
-    /// All cookies; empty when the engine does not answer.
-    virtual QCoro::Task<QList<WebCookie>> all() = 0;
+    /// All cookies; absent when the engine does not answer.
+    virtual QCoro::Task<std::optional<QList<WebCookie>>> all() = 0;
     /// Adds a cookie, or replaces the one of the same name, domain and path. False when the engine
     /// refuses it.
     virtual QCoro::Task<bool> set(WebCookie cookie) = 0;

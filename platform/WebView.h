@@ -48,9 +48,13 @@ public:
     virtual void unload() = 0;
     /// The address of the current page or of the load in progress; empty when there is none.
     virtual QUrl url() const = 0;
-    /// Runs an expression of the script language in the page; the answer is its value when that is
-    /// a text. Absent for any other value, when the script throws, when the page that was last
-    /// loaded has not arrived yet, and when the page does not answer within some seconds.
+    /// The address of the document that scripts run in; empty while a page that was asked for has
+    /// not replaced the one before it.
+    virtual QUrl documentUrl() const = 0;
+    /// Runs an expression of the script language in the page, in a world of its own: the page's
+    /// scripts neither see it nor change what it uses. The answer is its value when that is a text;
+    /// absent for any other value, when the script throws, while `documentUrl` is empty, and when
+    /// the page does not answer within some seconds.
     virtual QCoro::Task<std::optional<QString>> evaluate(QString script) = 0;
     /// The cookies of this view, which outlives the store.
     virtual CookieStore& cookies() = 0;

@@ -3,8 +3,11 @@
 //
 // `force` submits without the challenge's token. Each page is filled in once at most.
 (function (user, password, force, identityHost, siteDomain) {
-    if (!location.hostname.includes(identityHost)) {
-        return location.hostname.includes(siteDomain) && !location.pathname.startsWith("/auth/")
+    const isIn = (parent) =>
+        location.hostname === parent || location.hostname.endsWith("." + parent);
+
+    if (!isIn(identityHost)) {
+        return isIn(siteDomain) && !location.pathname.startsWith("/auth/")
             ? "done"
             : "waiting";
     }
@@ -16,7 +19,7 @@
         "[id^='error-element'], .ulp-input-error-message",
     );
     for (const message of messages) {
-        const text = visible(message) ? message.innerText.trim() : "";
+        const text = visible(message) ? (message.innerText || message.textContent).trim() : "";
         if (text && !text.includes("#{")) {
             return "error";
         }
@@ -39,7 +42,8 @@
         if (button) {
             button.click();
         } else if (document.forms[0]) {
-            document.forms[0].submit();
+            // A field of that name may hide the form's own method.
+            HTMLFormElement.prototype.submit.call(document.forms[0]);
         }
     }
 
@@ -55,7 +59,7 @@
     }
 
     const userInput = document.getElementById("username");
-    if (visible(userInput) && !window.__tdUser) {
+    if (userInput instanceof HTMLInputElement && visible(userInput) && !window.__tdUser) {
         if (isTokenMissing && !force) {
             return "captcha-pending";
         }

@@ -39,8 +39,10 @@ struct GtkHostWindow::Private {
     QMetaObject::Connection hostShown;
 
     static gboolean closing(GtkWidget* window, GdkEvent*, gpointer self) {
+        auto* host = static_cast<GtkHostWindow*>(self);
+        host->d->view.leaveScreen();
         gtk_widget_hide(window);
-        Q_EMIT static_cast<GtkHostWindow*>(self)->closed();
+        Q_EMIT host->closed();
         // Kept for the next time.
         return TRUE;
     }
@@ -123,6 +125,7 @@ void GtkHostWindow::show(Activation activation) {
 }
 
 void GtkHostWindow::hide() {
+    d->view.leaveScreen();
     gtk_widget_hide(d->window);
 }
 

@@ -130,8 +130,11 @@ QCoro::Task<> SecretServiceStore::remove(QString service) {
         secret_item_delete(static_cast<SecretItem*>(item->data), removal.cancellable(),
                            GLibCall::finished, removal.userData());
         GAsyncResult* removed = co_await removal.end();
-        if (removed)
-            secret_item_delete_finish(static_cast<SecretItem*>(item->data), removed, error.out());
+        if (!removed) {
+            result = nullptr;
+            break;
+        }
+        secret_item_delete_finish(static_cast<SecretItem*>(item->data), removed, error.out());
     }
     g_list_free_full(items, g_object_unref);
     if (self)

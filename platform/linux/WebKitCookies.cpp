@@ -57,17 +57,19 @@ CookiePtr write(const WebCookie& cookie) {
 WebKitCookies::WebKitCookies(WebKitCookieManager* manager, Clock& clock)
     : m_manager(manager), m_clock(clock) {}
 
-QCoro::Task<QList<WebCookie>> WebKitCookies::all() {
+QCoro::Task<std::optional<QList<WebCookie>>> WebKitCookies::all() {
     WebKitCookieManager* manager = m_manager;
     GLibCall call(m_clock, answerTimeout);
     webkit_cookie_manager_get_all_cookies(manager, call.cancellable(), GLibCall::finished,
                                           call.userData());
-    QList<WebCookie> cookies;
     GAsyncResult* result = co_await call.end();
     if (!result)
-        co_return cookies;
+        co_return std::nullopt;
     GErrorSlot error;
     GList* list = webkit_cookie_manager_get_all_cookies_finish(manager, result, error.out());
+    if (error)
+        co_return std::nullopt;
+    QList<WebCookie> cookies;
     for (GList* entry = list; entry; entry = entry->next) {
         const CookiePtr soup(static_cast<SoupCookie*>(entry->data));
         cookies.append(read(soup.get()));

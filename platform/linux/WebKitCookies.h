@@ -11,7 +11,7 @@ public:
     /// Both must outlive the store and every operation begun here.
     WebKitCookies(WebKitCookieManager* manager, Clock& clock);
 
-    QCoro::Task<QList<WebCookie>> all() override;
+    QCoro::Task<std::optional<QList<WebCookie>>> all() override;
     QCoro::Task<bool> set(WebCookie cookie) override;
     QCoro::Task<> remove(WebCookie cookie) override;
 

@@ -73,15 +73,6 @@ bool isOnScreen(WebKitWebView* web) {
     return gtk_widget_get_mapped(GTK_WIDGET(web));
 }
 
-gboolean answerDialog(WebKitWebView* web, WebKitScriptDialog* dialog, gpointer) {
-    if (isOnScreen(web))
-        return FALSE;
-    // A page that asks whether it may be left must not stop the next load.
-    if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
-        webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
-    return TRUE;
-}
-
 gboolean denyFileChooser(WebKitWebView*, WebKitFileChooserRequest* request, gpointer) {
     webkit_file_chooser_request_cancel(request);
     return TRUE;
@@ -95,21 +86,9 @@ void showPopup(WebKitWebView*, gpointer window) {
     gtk_widget_show_all(GTK_WIDGET(window));
 }
 
-/// A page on the screen may open a window, as some sign-ins do; a hidden one may not.
-GtkWidget* openPopup(WebKitWebView* opener, WebKitNavigationAction*, gpointer) {
-    if (!isOnScreen(opener))
-        return nullptr;
-    GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    gtk_window_set_default_size(GTK_WINDOW(window), 600, 700);
-    GtkWidget* toplevel = gtk_widget_get_toplevel(GTK_WIDGET(opener));
-    gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(toplevel));
-    gtk_window_set_destroy_with_parent(GTK_WINDOW(window), TRUE);
-    GtkWidget* popup = webkit_web_view_new_with_related_view(opener);
-    gtk_container_add(GTK_CONTAINER(window), popup);
-    g_signal_connect(popup, "ready-to-show", G_CALLBACK(showPopup), window);
-    g_signal_connect(popup, "close", G_CALLBACK(closePopup), window);
-    g_signal_connect(popup, "permission-request", G_CALLBACK(denyPermission), nullptr);
-    return popup;
+void showPopupsHost(WebKitWebView* popup, GParamSpec*, gpointer window) {
+    const QUrl url(QString::fromUtf8(webkit_web_view_get_uri(popup)));
+    gtk_window_set_title(GTK_WINDOW(window), url.host().toUtf8().constData());
 }
 
 gboolean denyPrinting(WebKitWebView*, WebKitPrintOperation*, gpointer) {
@@ -126,6 +105,14 @@ gboolean denyUnknownResponse(WebKitWebView*, WebKitPolicyDecision* decision,
     return TRUE;
 }
 
+/// What is refused on the screen and off it.
+void refuseRequests(WebKitWebView* web) {
+    g_signal_connect(web, "permission-request", G_CALLBACK(denyPermission), nullptr);
+    g_signal_connect(web, "run-file-chooser", G_CALLBACK(denyFileChooser), nullptr);
+    g_signal_connect(web, "decide-policy", G_CALLBACK(denyUnknownResponse), nullptr);
+    g_signal_connect(web, "print", G_CALLBACK(denyPrinting), nullptr);
+}
+
 } // namespace
 
 struct WebKitView::Private {
@@ -140,19 +127,79 @@ struct WebKitView::Private {
     WebKitUserContentFilterStore* filters = nullptr;
     Clock& clock;
     std::unique_ptr<WebKitCookies> cookies;
-    /// The page that was last asked for has not replaced the one before it yet.
-    bool isWaitingForPage = false;
+    /// Where the document is that scripts run in; empty while another is on its way.
+    QUrl document;
+    /// `load` was called, and its page has not arrived; `hasStarted` when it is on its way.
+    bool isLoadAsked = false;
+    bool hasStarted = false;
+    /// A dialog of the page that is on the screen.
+    WebKitScriptDialog* dialog = nullptr;
+    QList<GtkWidget*> popups;
     GObjectPtr<GCancellable> alive{g_cancellable_new()};
     std::vector<std::unique_ptr<Handler>> handlers;
 
     explicit Private(Clock& itsClock) : clock(itsClock) {}
 
     static void loadChanged(WebKitWebView* web, WebKitLoadEvent event, gpointer self) {
-        if (event == WEBKIT_LOAD_COMMITTED || event == WEBKIT_LOAD_FINISHED)
-            static_cast<WebKitView*>(self)->d->isWaitingForPage = false;
+        static_cast<WebKitView*>(self)->d->followDocument(event);
         if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED)
             Q_EMIT static_cast<WebKitView*>(self)->navigating(
                 QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
+    }
+
+    /// Keeps `document` true. What is committed before the load that was asked for has started is
+    /// an older page's.
+    void followDocument(WebKitLoadEvent event) {
+        if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED) {
+            hasStarted = true;
+            document = QUrl();
+        } else if (event == WEBKIT_LOAD_COMMITTED && (!isLoadAsked || hasStarted)) {
+            isLoadAsked = false;
+            document = QUrl(QString::fromUtf8(webkit_web_view_get_uri(web.get())));
+        }
+    }
+
+    void forgetDialog() {
+        if (dialog)
+            webkit_script_dialog_unref(dialog);
+        dialog = nullptr;
+    }
+
+    static gboolean answerDialog(WebKitWebView* web, WebKitScriptDialog* dialog, gpointer self) {
+        if (isOnScreen(web)) {
+            auto& d = static_cast<WebKitView*>(self)->d;
+            d->forgetDialog();
+            d->dialog = webkit_script_dialog_ref(dialog);
+            return FALSE;
+        }
+        // A page that asks whether it may be left must not stop the next load.
+        if (webkit_script_dialog_get_dialog_type(dialog) ==
+            WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+            webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+        return TRUE;
+    }
+
+    static void popupDestroyed(GtkWidget* window, gpointer self) {
+        static_cast<WebKitView*>(self)->d->popups.removeOne(window);
+    }
+
+    /// A page on the screen may open a window, as some sign-ins do; a hidden one may not.
+    static GtkWidget* openPopup(WebKitWebView* opener, WebKitNavigationAction*, gpointer self) {
+        if (!isOnScreen(opener))
+            return nullptr;
+        GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+        gtk_window_set_default_size(GTK_WINDOW(window), 600, 700);
+        GtkWidget* toplevel = gtk_widget_get_toplevel(GTK_WIDGET(opener));
+        gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(toplevel));
+        GtkWidget* popup = webkit_web_view_new_with_related_view(opener);
+        gtk_container_add(GTK_CONTAINER(window), popup);
+        g_signal_connect(popup, "ready-to-show", G_CALLBACK(showPopup), window);
+        g_signal_connect(popup, "close", G_CALLBACK(closePopup), window);
+        g_signal_connect(popup, "notify::uri", G_CALLBACK(showPopupsHost), window);
+        refuseRequests(WEBKIT_WEB_VIEW(popup));
+        g_signal_connect(window, "destroy", G_CALLBACK(popupDestroyed), self);
+        static_cast<WebKitView*>(self)->d->popups.append(window);
+        return popup;
     }
 
     static void processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason,
@@ -196,16 +243,14 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* 
     g_signal_connect(d->web.get(), "load-changed", G_CALLBACK(Private::loadChanged), this);
     g_signal_connect(d->web.get(), "web-process-terminated", G_CALLBACK(Private::processTerminated),
                      this);
-    g_signal_connect(d->web.get(), "permission-request", G_CALLBACK(denyPermission), this);
-    g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(answerDialog), this);
-    g_signal_connect(d->web.get(), "run-file-chooser", G_CALLBACK(denyFileChooser), this);
-    g_signal_connect(d->web.get(), "create", G_CALLBACK(openPopup), this);
-    g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(denyUnknownResponse), this);
-    g_signal_connect(d->web.get(), "print", G_CALLBACK(denyPrinting), this);
+    g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(Private::answerDialog), this);
+    g_signal_connect(d->web.get(), "create", G_CALLBACK(Private::openPopup), this);
+    refuseRequests(d->web.get());
 }
 
 WebKitView::~WebKitView() {
     g_cancellable_cancel(d->alive.get());
+    leaveScreen();
     g_signal_handlers_disconnect_by_data(d->web.get(), this);
     for (const auto& handler : d->handlers)
         g_signal_handlers_disconnect_by_data(d->content.get(), handler.get());
@@ -253,7 +298,9 @@ void WebKitView::setContentRules(const QByteArray& rules) {
 }
 
 void WebKitView::load(const QUrl& url) {
-    d->isWaitingForPage = true;
+    d->isLoadAsked = true;
+    d->hasStarted = false;
+    d->document = QUrl();
     webkit_web_view_load_uri(d->web.get(), url.toEncoded().constData());
 }
 
@@ -266,12 +313,12 @@ QUrl WebKitView::url() const {
 }
 
 QCoro::Task<std::optional<QString>> WebKitView::evaluate(QString script) {
-    if (d->isWaitingForPage)
+    if (d->document.isEmpty())
         co_return std::nullopt;
     const QByteArray source = script.toUtf8();
     const GObjectPtr<WebKitWebView> web(WEBKIT_WEB_VIEW(g_object_ref(d->web.get())));
     GLibCall call(d->clock, scriptTimeout);
-    webkit_web_view_evaluate_javascript(web.get(), source.constData(), source.size(), nullptr,
+    webkit_web_view_evaluate_javascript(web.get(), source.constData(), source.size(), "tindra",
                                         nullptr, call.cancellable(), GLibCall::finished,
                                         call.userData());
     GAsyncResult* result = co_await call.end();
@@ -291,4 +338,20 @@ CookieStore& WebKitView::cookies() {
 
 void* WebKitView::widget() const {
     return d->web.get();
+}
+
+QUrl WebKitView::documentUrl() const {
+    return d->document;
+}
+
+void WebKitView::leaveScreen() {
+    // A dialog that nobody sees any more would hold up every later page.
+    if (d->dialog)
+        webkit_script_dialog_close(d->dialog);
+    d->forgetDialog();
+    const auto popups = std::exchange(d->popups, {});
+    for (GtkWidget* popup : popups) {
+        g_signal_handlers_disconnect_by_data(popup, this);
+        gtk_widget_destroy(popup);
+    }
 }

@@ -31,6 +31,11 @@ public:
     QCoro::Task<std::optional<QString>> evaluate(QString script) override;
     CookieStore& cookies() override;
 
+    QUrl documentUrl() const override;
+
+    /// Closes the page's dialogs and windows; the window that holds the view calls this when it
+    /// hides.
+    void leaveScreen();
     /// The view's GtkWidget, for the window that holds it.
     void* widget() const;
 

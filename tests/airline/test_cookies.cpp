@@ -40,7 +40,7 @@ QStringList names(const QList<WebCookie>& cookies) {
 /// meanwhile fails the test.
 class OneAtATimeStore final : public CookieStore {
 public:
-    QCoro::Task<QList<WebCookie>> all() override {
+    QCoro::Task<std::optional<QList<WebCookie>>> all() override {
         co_await turn();
         co_return QList<WebCookie>(cookies);
     }

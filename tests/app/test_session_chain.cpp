@@ -129,7 +129,7 @@ private:
         }
         PollSummary round() { return run(worker->pollOnce()).value_or(PollSummary()); }
         void emptyStore() {
-            const auto cookies = run(view->cookies().all()).value_or(QList<WebCookie>());
+            const auto cookies = run(view->cookies().all()).value().value();
             for (const WebCookie& cookie : cookies)
                 wait(view->cookies().remove(cookie));
         }

@@ -38,7 +38,7 @@ class TestSignIn : public QObject {
         Keychain keychain{secrets};
         Capture capture{view, clock, Site{}};
         LiveSession session{view, hostWindow, clock, database, keychain, state, capture, Site{}};
-        SignIn signIn{session.window(), state, database, airline, worker};
+        SignIn signIn{session.window(), state, database, airline, worker, clock};
         std::optional<bool> works;
 
         ~World() { settle(); }

@@ -2,6 +2,7 @@
 // The web view on the real engine, with the stand-in airline over real HTTP.
 #include "airline/Capture.h"
 #include "airline/SAS.h"
+#include "platform/linux/GtkHostWindow.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/WebKitRuntime.h"
@@ -67,7 +68,7 @@ private:
     struct World {
         LinuxClock clock;
         standin::StandIn airline;
-        std::unique_ptr<WebView> view;
+        std::unique_ptr<WebKitView> view;
         Site site;
         QList<ScriptMessage> messages;
 
@@ -181,13 +182,62 @@ private Q_SLOTS:
             QCOMPARE(awaited(world.view->evaluate(other)).value(), std::nullopt);
     }
 
+    void pagesCannotLookIntoOurScripts() {
+        World world(m_runtime);
+        world.view->addMessageHandler(u"probe"_s, {u"stolen"_s});
+        world.view->addUserScript(uR"(
+            String.prototype.endsWith = function () {
+                webkit.messageHandlers.probe.postMessage({stolen: String(arguments.callee.caller)});
+                return true;
+            };)"_s,
+                                  {world.site.domain});
+        world.view->load(world.page());
+        const auto ask = [&world] {
+            return awaited(
+                       world.view->evaluate(
+                           u"(function (secret) { return String('a'.endsWith('b')); })('pw')"_s))
+                .value();
+        };
+        QTRY_COMPARE(ask(), u"false"_s);
+        QTest::qWait(200);
+        QVERIFY(world.texts(u"stolen"_s).isEmpty());
+        // While another page is on its way, the one that is there is not asked and has no address.
+        world.airline.misbehave(u"OSL-CPH-20270305"_s, {standin::Misbehaviour::Kind::Never, 0ms});
+        QCOMPARE(world.view->documentUrl().host(), u"site.localhost"_s);
+        world.view->load(world.page(u"20270305"_s));
+        QVERIFY(world.view->documentUrl().isEmpty());
+        QTRY_VERIFY(world.view->documentUrl().toString().contains(u"20270305"_s));
+    }
+
+    void aDialogThatIsLeftBehindHoldsNothingUp() {
+        World world(m_runtime);
+        GtkHostWindow window(*world.view, {u"t"_s, u"i"_s, u"b"_s});
+        window.show(HostWindow::Activation::takeFocus);
+        world.view->addMessageHandler(u"probe"_s, {u"before"_s});
+        world.view->addUserScript(uR"(
+            if (location.search.includes('20270301')) {
+                webkit.messageHandlers.probe.postMessage({before: '1'});
+                alert('are you there?');
+            })"_s,
+                                  {world.site.domain});
+        world.view->load(world.page());
+        QTRY_VERIFY(!world.texts(u"before"_s).isEmpty());
+        QTest::qWait(300);
+        window.hide();
+        world.view->load(world.page(u"20270302"_s));
+        const auto search = [&world] {
+            return awaited(world.view->evaluate(u"location.search"_s)).value().value_or(QString());
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(search().contains(u"20270302"_s), 15000);
+    }
+
     void cookiesComeAndGo() {
         World world(m_runtime);
         CookieStore& store = world.view->cookies();
-        const auto before = awaited(store.all()).value();
+        const auto before = awaited(store.all())->value();
         for (const WebCookie& cookie : before)
             awaited(store.remove(cookie));
-        QCOMPARE(awaited(store.all()).value(), QList<WebCookie>());
+        QCOMPARE(awaited(store.all())->value(), QList<WebCookie>());
         const Instant nextYear =
             instantFromSeconds(std::floor(secondsSince1970(m_clock.now())) + 365 * 86400);
         const WebCookie kept{u"own"_s, u"v=1;\"x\""_s, u".site.localhost"_s,
@@ -196,7 +246,7 @@ private Q_SLOTS:
         const QList<WebCookie> good{kept, session};
         for (const WebCookie& cookie : good)
             QCOMPARE(awaited(store.set(cookie)).value(), true);
-        auto found = awaited(store.all()).value();
+        auto found = awaited(store.all())->value();
         std::sort(found.begin(), found.end(),
                   [](const WebCookie& a, const WebCookie& b) { return a.name < b.name; });
         QCOMPARE(found.size(), 2);
@@ -210,7 +260,7 @@ private Q_SLOTS:
             QCOMPARE(awaited(store.set(bad)).value(), false);
         }
         awaited(store.remove(kept));
-        QCOMPARE(awaited(store.all()).value().size(), 1);
+        QCOMPARE(awaited(store.all())->value().size(), 1);
     }
 
     void aDeadNetworkProcessEndsNothingForEver() {

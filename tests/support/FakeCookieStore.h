@@ -7,9 +7,10 @@
 /// Cookies in memory; answers come in a later turn of the event loop.
 class FakeCookieStore final : public CookieStore {
 public:
-    QCoro::Task<QList<WebCookie>> all() override {
+    QCoro::Task<std::optional<QList<WebCookie>>> all() override {
         co_await nextTurn();
-        co_return cookies;
+        // A copy: QCoro 0.8 moves out of whatever is returned by name.
+        co_return QList<WebCookie>(cookies);
     }
     QCoro::Task<bool> set(WebCookie cookie) override {
         co_await nextTurn();

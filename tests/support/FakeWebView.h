@@ -22,6 +22,7 @@ public:
     QUrl url() const override {
         return current.isEmpty() && !loaded.isEmpty() ? loaded.last() : current;
     }
+    QUrl documentUrl() const override { return url(); }
     QCoro::Task<std::optional<QString>> evaluate(QString script) override;
     CookieStore& cookies() override { return store; }
 
