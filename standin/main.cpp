@@ -83,6 +83,8 @@ void addSignInOptions(QCommandLineParser& line) {
           QStringLiteral("Seconds after which single sign-on ends (default: never)."), seconds},
          {QStringLiteral("sso-without-offers"),
           QStringLiteral("Single sign-on works, but offers need a sign-in with the password.")},
+         {QStringLiteral("everybody-known"),
+          QStringLiteral("The identity provider knows every browser already.")},
          {QStringLiteral("sign-in-trouble"),
           QStringLiteral("The identity provider redirects for ever (redirects), shows an empty "
                          "page (blank) or the same form again and again (loop)."),
@@ -144,6 +146,7 @@ QString readSignIn(const QCommandLineParser& line, standin::SignInOptions& signI
     signIn.ssoSession = std::chrono::seconds(sso);
     signIn.isRequired = line.isSet(QStringLiteral("require-sign-in"));
     signIn.isChallengeRequired = line.isSet(QStringLiteral("challenge-required"));
+    signIn.isEverybodyKnown = line.isSet(QStringLiteral("everybody-known"));
     signIn.isSsoWithoutOffers = line.isSet(QStringLiteral("sso-without-offers"));
     if (line.isSet(QStringLiteral("user")))
         signIn.user = line.value(QStringLiteral("user"));

@@ -436,6 +436,19 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.size(), 4);
     }
 
+    void aVerificationLeavesTheVerdictToTheUser() {
+        World world;
+        world.engine.verifyLogin();
+        settle();
+        world.state.setLoginWindowOpen(true);
+        world.capture.end();
+        settle();
+        QCOMPARE(world.keeper.calls, QStringList{u"restore"_s});
+        QVERIFY(!world.engine.loginStatus().isLoggedOut());
+        QVERIFY(world.notices.isEmpty());
+        QCOMPARE(world.view.unloads, 0);
+    }
+
     void anEngineThatGoesAwayInTheMiddle() {
         auto world = std::make_unique<World>();
         world->start(days(2));

@@ -413,6 +413,42 @@ private Q_SLOTS:
         QVERIFY(world.log().isEmpty());
     }
 
+    void everythingStandsBackForTheUser_data() {
+        QTest::addColumn<bool>("automatic");
+        QTest::newRow("single sign-on") << false;
+        QTest::newRow("automatic sign-in") << true;
+    }
+    void everythingStandsBackForTheUser() {
+        QFETCH(bool, automatic);
+        World world;
+        automatic ? world.attempt() : world.refresh();
+        world.view.current = form;
+        world.navigate(form);
+        world.answer(u"waiting"_s, 2);
+        QVERIFY(!world.result);
+        const auto loads = world.view.loaded.size();
+        world.session.window().openLogin();
+        settle();
+        QCOMPARE(world.view.loaded.size(), loads + 1);
+        world.view.page = nullptr;
+        world.clock.advance(5min);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.view.loaded.size(), loads + 1);
+        QVERIFY(world.hostWindow.visible);
+        QVERIFY(world.state.isLoginWindowOpen());
+    }
+
+    void aLateKeychainDoesNotLoadOverALookup() {
+        World world;
+        // Opened and closed again before the keychain has answered.
+        world.session.window().openLogin();
+        world.hostWindow.visible = false;
+        Q_EMIT world.hostWindow.closed();
+        world.startCapture();
+        QCOMPARE(world.view.loaded.size(), 1);
+        QVERIFY(world.view.loaded.first().path().startsWith(u"/book/"_s));
+    }
+
     void closingTheWindow() {
         World world;
         Q_EMIT world.hostWindow.closed();
