@@ -96,7 +96,11 @@ class TestEngine : public QObject {
                     [this](const QString& label, const QString& date) {
                         progress.append(label + u' ' + date);
                     })
-                .then([this](FetchedLegs result) { fetched = std::move(result); });
+                .then([this, alive = QPointer(&engine)](const FetchedLegs& result) {
+                    // The world may be gone before its batch.
+                    if (alive)
+                        fetched = result;
+                });
             settle();
         }
         static QString dateOf(const QUrl& page) {
