@@ -2,30 +2,18 @@
 #include "core/Database.h"
 #include "core/TDLog.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/RawSql.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sqlite3.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Statements run on the file behind the database's back, as an earlier version or an accident
-/// would have.
-void runOn(const QString& folder, const QByteArray& sql) {
-    sqlite3* db = nullptr;
-    QCOMPARE(sqlite3_open(QFile::encodeName(folder + u"/tindra.sqlite"_s).constData(), &db),
-             SQLITE_OK);
-    char* error = nullptr;
-    sqlite3_exec(db, sql.constData(), nullptr, nullptr, &error);
-    QVERIFY2(!error, error);
-    sqlite3_close(db);
-}
 
 Search watcher(const QString& origin, const QString& destination) {
     Search search;

@@ -6,6 +6,7 @@
 #include "tests/support/FakeLegFetcher.h"
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
 
 #include <QFile>
@@ -13,8 +14,6 @@
 #include <QTest>
 
 #include <algorithm>
-
-#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -31,15 +30,6 @@ QByteArray offers(const QString& origin, const QString& destination, const QStri
             "price":{"points":50000},"fares":[{"avlSeats":%4}]}}}}}}}})"_s
         .arg(SAS::dashedDate(date), origin, destination, QString::number(seats))
         .toUtf8();
-}
-
-/// A statement run on the file behind the database's back.
-void runOn(const QString& folder, const QByteArray& sql) {
-    sqlite3* db = nullptr;
-    QCOMPARE(sqlite3_open(QFile::encodeName(folder + u"/tindra.sqlite"_s).constData(), &db),
-             SQLITE_OK);
-    QCOMPARE(sqlite3_exec(db, sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(db);
 }
 
 PollSummary emptyAt(Instant instant) {

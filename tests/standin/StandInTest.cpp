@@ -352,9 +352,9 @@ void StandInTest::answersOnBothLoopbacks() {
     Client client(standIn.port());
     QVERIFY(client.raw(request).startsWith("HTTP/1.1 200"));
     QTcpSocket probe;
-    if (!probe.bind(QHostAddress(QHostAddress::LocalHostIPv6)))
-        QSKIP("this machine has no IPv6 loopback");
-    QVERIFY(client.raw(request, QStringLiteral("::1")).startsWith("HTTP/1.1 200"));
+    // The second loopback answers exactly where the machine has one.
+    const bool hasIPv6 = probe.bind(QHostAddress(QHostAddress::LocalHostIPv6));
+    QCOMPARE(client.raw(request, QStringLiteral("::1")).startsWith("HTTP/1.1 200"), hasIPv6);
 }
 
 QTEST_GUILESS_MAIN(StandInTest)
