@@ -32,3 +32,13 @@ Site Site::fromEnvironment(const QProcessEnvironment& environment) {
         site.origin.chop(1);
     return site;
 }
+
+std::optional<QUrl> Site::bookingAddress(const QString& text) const {
+    const QUrl url(text, QUrl::StrictMode);
+    const QUrl own(origin);
+    const bool isOnSite = url.host() == domain || url.host().endsWith(u'.' + domain);
+    if (!url.isValid() || url.scheme() != own.scheme() || url.port() != own.port() || !isOnSite ||
+        !url.userInfo().isEmpty())
+        return std::nullopt;
+    return url;
+}

@@ -3,6 +3,9 @@
 
 #include <QProcessEnvironment>
 #include <QString>
+#include <QUrl>
+
+#include <optional>
 
 /// Where the airline's site and its identity provider are. The only place that knows host names.
 struct Site {
@@ -21,4 +24,9 @@ struct Site {
     /// an origin alone brings its host as the domain. Throws Err when the origin is not an http or
     /// https address with a host, or its host does not belong to the domain.
     static Site fromEnvironment(const QProcessEnvironment& environment);
+
+    /// `text` as an address that may be opened for the user: absolute, with the origin's scheme
+    /// and port, on the site's own domain, without a user name. Absent for any other; offers come
+    /// from strangers too.
+    std::optional<QUrl> bookingAddress(const QString& text) const;
 };

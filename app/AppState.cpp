@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+#include "app/AppState.h"
+
+#include "airline/SAS.h"
+#include "core/Database.h"
+#include "polling/Community.h"
+#include "polling/CommunityFind.h"
+#include "polling/Matching.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+
+#include <QDateTime>
+#include <QPointer>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int mostMatches = 2000;
+constexpr double usualIntervalMinutes = 10;
+constexpr std::chrono::duration<double> freshness{30 * 60};
+/// Finds compared with the watchers in one turn of the event loop.
+constexpr qsizetype findsPerTurn = 20;
+const QString hub = u"CPH"_s;
+
+double intervalOf(const std::optional<QString>& text) {
+    bool isNumber = false;
+    const double minutes = text.value_or(QString()).toDouble(&isNumber);
+    return isNumber && std::isfinite(minutes) ? minutes : usualIntervalMinutes;
+}
+
+/// Where a find of a stranger belongs once it is stored.
+Match asStored(Match hit) {
+    hit.searchId = Match::communitySearchId;
+    return hit;
+}
+
+} // namespace
+
+AppState::AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
+                   Clock& clock)
+    : m_database(database)
+    , m_worker(worker)
+    , m_community(community)
+    , m_notifier(notifier)
+    , m_clock(clock)
+    , m_onboarded(database.isOn(u"onboarded"_s, false))
+    , m_notifyOn(database.isOn(u"native_notify"_s, true))
+    , m_pollIntervalMin(intervalOf(database.get(u"poll_interval_min"_s))) {
+    connect(&worker, &Worker::stored, this, &AppState::reload);
+    reload();
+}
+
+void AppState::setNotifyOn(bool on) {
+    if (std::exchange(m_notifyOn, on) != on)
+        Q_EMIT notifyOnChanged();
+}
+
+void AppState::setPollIntervalMin(double minutes) {
+    if (std::exchange(m_pollIntervalMin, minutes) != minutes)
+        Q_EMIT pollIntervalMinChanged();
+}
+
+int AppState::newToday() const {
+    // The start of the day is looked up once; asking for the date of every find is slow.
+    const QDateTime midnight = m_clock.today().startOfDay();
+    const Instant start = instantFromSeconds(static_cast<double>(midnight.toSecsSinceEpoch()));
+    const Instant end = instantFromSeconds(
+        static_cast<double>(m_clock.today().addDays(1).startOfDay().toSecsSinceEpoch()));
+    return static_cast<int>(
+        std::count_if(m_matches.begin(), m_matches.end(), [start, end](const Match& match) {
+            return !match.soldOut && match.foundAt >= start && match.foundAt < end;
+        }));
+}
+
+QStringList AppState::watchedRoutes() const {
+    QSet<QString> routes;
+    for (const Search& watcher : m_searches) {
+        if (!watcher.enabled)
+            continue;
+        const QStringList destinations = Search::codes(watcher.destination);
+        for (const QString& origin : Search::codes(watcher.origin)) {
+            for (const QString& destination : destinations) {
+                const bool fromHub = SAS::hubAwardDests().contains(destination);
+                const QString& from = fromHub ? hub : origin;
+                routes.insert(from + u'-' + destination);
+                if (watcher.isRoundTrip())
+                    routes.insert(destination + u'-' + from);
+            }
+        }
+    }
+    QStringList sorted(routes.begin(), routes.end());
+    sorted.sort();
+    return sorted;
+}
+
+std::optional<QString> AppState::direction(const Match& match) const {
+    if (match.soldOut)
+        return std::nullopt;
+    const auto watcher = m_origins.find(match.searchId);
+    if (watcher == m_origins.end() || !watcher->isRoundTrip)
+        return std::nullopt;
+    const QString from = match.route.section(u'-', 0, 0, QString::SectionSkipEmpty);
+    return from == hub || watcher->codes.contains(from) ? u"Utreise"_s : u"Hjemreise"_s;
+}
+
+void AppState::reload() {
+    setSearches(m_database.listSearches());
+    setMatches(m_database.recentMatches(mostMatches));
+    const auto counts = m_database.activeMatchCounts();
+    if (std::exchange(m_matchCounts, counts) != counts)
+        Q_EMIT matchCountsChanged();
+    const auto lastPoll = Worker::loadSummary(m_database);
+    if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
+        Q_EMIT lastPollChanged();
+}
+
+void AppState::addSearchAndRun(const Search& search) {
+    m_database.addSearch(search);
+    reload();
+    m_worker.pollOnce();
+}
+
+void AppState::finishOnboarding() {
+    m_database.set(u"onboarded"_s, u"1"_s);
+    if (!std::exchange(m_onboarded, true))
+        Q_EMIT onboardedChanged();
+}
+
+QCoro::Task<> AppState::refreshCommunity() {
+    const QPointer self(this);
+    QList<Match> hits;
+    if (m_community.isSharing()) {
+        hits = co_await m_community.fetchHits(watchedRoutes());
+        if (!self)
+            co_return;
+        hits = co_await concerning(std::move(hits));
+        // Sharing may have been switched off meanwhile.
+        if (!self || !m_community.isSharing())
+            hits.clear();
+        if (!self)
+            co_return;
+    }
+    setCommunityHits(std::move(hits));
+    notifyFreshCommunityHits();
+}
+
+/// Those that are what an enabled watcher asks for, in their order.
+QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
+    QList<Search> active = m_searches;
+    active.removeIf([](const Search& watcher) { return !watcher.enabled; });
+    QList<Match> result;
+    for (qsizetype i = 0; i < hits.size(); ++i) {
+        if (Matching::matchesAWatcher(hits[i], active))
+            result.append(std::move(hits[i]));
+        if (i % findsPerTurn == findsPerTurn - 1)
+            co_await nextTurn();
+    }
+    co_return result;
+}
+
+/// First on the disk, then said: what was announced is never announced again.
+void AppState::notifyFreshCommunityHits() {
+    const auto seen = m_database.seenCabins(Match::communitySearchId);
+    const Instant oldest = m_clock.now() - freshness;
+    QList<Match> fresh;
+    QSet<QString> taken;
+    for (const Match& hit : std::as_const(m_communityHits)) {
+        const QString key = CommunityFind::identity(hit);
+        if (hit.foundAt > oldest && !seen.contains(key) && !taken.contains(key)) {
+            taken.insert(key);
+            fresh.append(hit);
+        }
+    }
+    if (fresh.isEmpty())
+        return;
+    const bool isStored = m_database.transaction([&] {
+        for (const Match& hit : std::as_const(fresh)) {
+            m_database.upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
+                                  {hit.cabin}, hit.route);
+            m_database.recordMatch(asStored(hit));
+        }
+    });
+    if (!isStored)
+        return;
+    for (const Match& hit : std::as_const(fresh))
+        m_notifier.notifyCommunityFare(hit);
+    setMatches(m_database.recentMatches(mostMatches));
+    setCommunityHits(m_communityHits);
+}
+
+void AppState::setSearches(QList<Search> searches) {
+    if (m_searches == searches)
+        return;
+    m_searches = std::move(searches);
+    m_origins.clear();
+    for (const Search& watcher : std::as_const(m_searches))
+        m_origins.insert(watcher.id, {watcher.isRoundTrip(), Search::codes(watcher.origin)});
+    Q_EMIT searchesChanged();
+}
+
+void AppState::setMatches(QList<Match> matches) {
+    if (m_matches == matches)
+        return;
+    m_matches = std::move(matches);
+    Q_EMIT matchesChanged();
+}
+
+/// Leaves out what is among the user's own.
+void AppState::setCommunityHits(QList<Match> hits) {
+    if (!hits.isEmpty()) {
+        QSet<QString> own;
+        for (const Match& match : std::as_const(m_matches))
+            own.insert(CommunityFind::identity(match));
+        hits.removeIf(
+            [&own](const Match& hit) { return own.contains(CommunityFind::identity(hit)); });
+    }
+    if (m_communityHits == hits)
+        return;
+    m_communityHits = std::move(hits);
+    Q_EMIT communityHitsChanged();
+}

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/Match.h"
+#include "core/Search.h"
+#include "polling/PollSummary.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QMap>
+#include <QObject>
+
+#include <optional>
+
+class Clock;
+class Community;
+class Database;
+class Notifier;
+class Worker;
+
+/// What all screens share: a cache over the database, refreshed by `reload`, and the three
+/// settings that they bind to. Every change goes to the database first. Main thread only.
+class AppState : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool onboarded READ onboarded NOTIFY onboardedChanged)
+    Q_PROPERTY(bool notifyOn READ notifyOn WRITE setNotifyOn NOTIFY notifyOnChanged)
+    Q_PROPERTY(double pollIntervalMin READ pollIntervalMin WRITE setPollIntervalMin NOTIFY
+                   pollIntervalMinChanged)
+    Q_PROPERTY(int newToday READ newToday NOTIFY matchesChanged)
+public:
+    /// Loads the settings and everything else. All must outlive the state.
+    AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
+             Clock& clock);
+
+    /// All watchers, in ascending id.
+    const QList<Search>& searches() const { return m_searches; }
+    /// The newest offers first, at most 2000, none with a past travel date.
+    const QList<Match>& matches() const { return m_matches; }
+    /// The last round that was stored; absent before the first.
+    const std::optional<PollSummary>& lastPoll() const { return m_lastPoll; }
+    /// Offers that can still be booked, per watcher; community finds under -1.
+    const QMap<qint64, int>& matchCounts() const { return m_matchCounts; }
+    /// Others' finds for the user's watchers that are not among `matches`, in the service's order.
+    const QList<Match>& communityHits() const { return m_communityHits; }
+    bool onboarded() const { return m_onboarded; }
+    bool notifyOn() const { return m_notifyOn; }
+    /// Minutes.
+    double pollIntervalMin() const { return m_pollIntervalMin; }
+
+    /// These two change what is shown; whoever offers the choice stores it.
+    void setNotifyOn(bool on);
+    void setPollIntervalMin(double minutes);
+
+    /// Offers found today, by the user's calendar, that are not sold out.
+    int newToday() const;
+    /// The pairs "OSL-NYC" of all enabled watchers, both ways for round trips, in byte order.
+    QStringList watchedRoutes() const;
+    /// "Utreise" or "Hjemreise" for an offer of a round trip; absent for a one-way or deleted
+    /// watcher's offer, and for a sold-out record.
+    std::optional<QString> direction(const Match& match) const;
+
+    void reload();
+    /// Stores a new watcher and starts a round, without waiting for it.
+    void addSearchAndRun(const Search& search);
+    void finishOnboarding();
+    /// Fetches what others have found; announces and stores what is fresh.
+    QCoro::Task<> refreshCommunity();
+
+Q_SIGNALS:
+    void searchesChanged();
+    void matchesChanged();
+    void matchCountsChanged();
+    void lastPollChanged();
+    void communityHitsChanged();
+    void onboardedChanged();
+    void notifyOnChanged();
+    void pollIntervalMinChanged();
+
+private:
+    /// What `direction` needs of a watcher.
+    struct Origins {
+        bool isRoundTrip = false;
+        QStringList codes;
+    };
+
+    void setSearches(QList<Search> searches);
+    void setMatches(QList<Match> matches);
+    void setCommunityHits(QList<Match> hits);
+    QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
+    void notifyFreshCommunityHits();
+
+    Database& m_database;
+    Worker& m_worker;
+    Community& m_community;
+    Notifier& m_notifier;
+    Clock& m_clock;
+
+    QList<Search> m_searches;
+    QHash<qint64, Origins> m_origins;
+    QList<Match> m_matches;
+    std::optional<PollSummary> m_lastPoll;
+    QMap<qint64, int> m_matchCounts;
+    QList<Match> m_communityHits;
+    bool m_onboarded = false;
+    bool m_notifyOn = true;
+    double m_pollIntervalMin = 10;
+};

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "app/Sharing.h"
+
+#include "app/AppState.h"
+#include "polling/Community.h"
+#include "polling/Worker.h"
+
+#include <QPointer>
+
+Sharing::Sharing(Worker& worker, Community& community, AppState& state, Clock& clock)
+    : m_community(community), m_state(state), m_clock(clock) {
+    connect(&worker, &Worker::soldOut, this,
+            [this](const Match&, const QString& key, const CabinSet& cabins) {
+                start(m_community.reportSoldOut(key, cabins));
+            });
+    connect(&worker, &Worker::roundEnded, this,
+            [this](const PollSummary&, const QList<Match>& found) { start(shareRound(found)); });
+}
+
+QCoro::Task<> Sharing::shareRound(QList<Match> found) {
+    const QPointer self(this);
+    co_await m_community.report(std::move(found));
+    if (self)
+        co_await m_state.refreshCommunity();
+}
+
+void Sharing::start(QCoro::Task<> exchange) {
+    ++m_underWay;
+    exchange.then([self = QPointer(this)] {
+        if (self && --self->m_underWay == 0)
+            self->m_end.resolve(true);
+    });
+}
+
+QCoro::Task<> Sharing::finished(std::chrono::milliseconds patience) {
+    if (m_underWay == 0)
+        co_return;
+    m_end = {};
+    const OneShot<bool> end = m_end;
+    const auto timer = m_clock.after(patience, [end] { end.resolve(false); });
+    co_await end;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/Match.h"
+#include "platform/OneShot.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QObject>
+
+#include <chrono>
+
+class AppState;
+class Clock;
+class Community;
+class Worker;
+
+/// Hands to the community what a round has found and what has sold out, as it happens, and fetches
+/// what others have found at the end of each round. Nobody waits for it unless they ask.
+class Sharing : public QObject {
+    Q_OBJECT
+public:
+    /// All must outlive the object.
+    Sharing(Worker& worker, Community& community, AppState& state, Clock& clock);
+
+    /// Waits until nothing is on its way, at most `patience`.
+    QCoro::Task<> finished(std::chrono::milliseconds patience);
+
+private:
+    QCoro::Task<> shareRound(QList<Match> found);
+    void start(QCoro::Task<> exchange);
+
+    Community& m_community;
+    AppState& m_state;
+    Clock& m_clock;
+    int m_underWay = 0;
+    OneShot<bool> m_end;
+};

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "polling/Community.h"
+
+#include "core/Database.h"
+#include "polling/CommunityFind.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QPointer>
+#include <QUrlQuery>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype mostRoutes = 60;
+/// The service takes no more in one request.
+constexpr qsizetype findsPerRequest = 200;
+/// Finds read in one turn of the event loop, so that a long answer holds nobody up.
+constexpr qsizetype findsPerTurn = 200;
+constexpr int ok = 200;
+
+QUrl address(QUrl base, const QString& path) {
+    QString whole = base.path();
+    if (!whole.endsWith(u'/'))
+        whole += u'/';
+    base.setPath(whole + path);
+    return base;
+}
+
+} // namespace
+
+Community::Community(Database& database, HttpSession& session, Clock& clock, QString builtInBase)
+    : m_database(database)
+    , m_session(session)
+    , m_clock(clock)
+    , m_builtInBase(std::move(builtInBase)) {}
+
+QString Community::builtInBaseAddress() {
+    return QStringLiteral(TINDRA_COMMUNITY_URL);
+}
+
+bool Community::isSharing() const {
+    return m_database.isOn(u"share_hits"_s, true);
+}
+
+/// Absent when the address makes no sense or is a reserved one that leads nowhere; then nothing is
+/// sent.
+std::optional<QUrl> Community::base() const {
+    const QUrl url(m_database.get(u"community_url"_s).value_or(m_builtInBase).trimmed(),
+                   QUrl::StrictMode);
+    const bool isHttp = url.scheme() == u"https" || url.scheme() == u"http";
+    const bool leadsNowhere = url.host().isEmpty() || url.host().endsWith(u".invalid");
+    if (!url.isValid() || !isHttp || leadsNowhere)
+        return std::nullopt;
+    return url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
+}
+
+QCoro::Task<QList<Match>> Community::fetchHits(QStringList routes) {
+    const QPointer self(this);
+    QList<Match> hits;
+    const auto base = this->base();
+    if (!isSharing() || !base || routes.isEmpty())
+        co_return hits;
+    HttpRequest request;
+    request.url = address(*base, u"v1/hits"_s);
+    QUrlQuery query;
+    query.addQueryItem(u"routes"_s, routes.first(std::min(routes.size(), mostRoutes)).join(u','));
+    request.url.setQuery(query);
+    const auto response = co_await m_session.send(request);
+    if (!self || !response || response->status != ok)
+        co_return hits;
+    const QList<QJsonObject> objects = CommunityFind::objects(response->body);
+    for (qsizetype i = 0; i < objects.size(); ++i) {
+        if (auto match = CommunityFind::fromJson(objects[i], m_clock.now()))
+            hits.append(std::move(*match));
+        if (i % findsPerTurn == findsPerTurn - 1)
+            co_await nextTurn();
+        if (!self)
+            co_return hits;
+    }
+    co_return hits;
+}
+
+QCoro::Task<> Community::report(QList<Match> matches) {
+    const QPointer self(this);
+    const auto base = this->base();
+    if (!isSharing() || !base)
+        co_return;
+    matches.removeIf([](const Match& match) { return match.soldOut; });
+    while (!matches.isEmpty()) {
+        QJsonArray finds;
+        while (!matches.isEmpty() && finds.size() < findsPerRequest)
+            finds.append(CommunityFind::toJson(matches.takeFirst()));
+        const QJsonObject body{{u"hits"_s, finds}};
+        co_await post(u"v1/hits"_s, body, *base);
+        if (!self)
+            co_return;
+    }
+}
+
+QCoro::Task<> Community::reportSoldOut(QString key, CabinSet cabins) {
+    const QPointer self(this);
+    const auto base = this->base();
+    if (!isSharing() || !base)
+        co_return;
+    for (const QString& cabin : std::as_const(cabins)) {
+        const QJsonObject body{{u"key"_s, key}, {u"cabin"_s, cabin}};
+        co_await post(u"v1/soldout"_s, body, *base);
+        if (!self)
+            co_return;
+    }
+}
+
+QCoro::Task<> Community::post(QString path, QJsonObject body, QUrl base) {
+    HttpRequest request;
+    request.method = HttpRequest::Method::post;
+    request.url = address(base, path);
+    request.body = QJsonDocument(body).toJson(QJsonDocument::Compact);
+    co_await m_session.send(request);
+}

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "polling/CommunityFind.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype longestText = 200;
+constexpr qsizetype longestAddress = 2000;
+constexpr double largestNumber = 10'000'000;
+
+QString cut(QString text, qsizetype length = longestText) {
+    text.truncate(length);
+    text.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
+    // Half of a pair is no character.
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        text.chop(1);
+    return text;
+}
+
+std::optional<QString> requiredText(const QJsonObject& object, QLatin1StringView name) {
+    const QJsonValue value = object[name];
+    return value.isString() ? std::optional(cut(value.toString())) : std::nullopt;
+}
+
+int wholeNumber(const QJsonValue& value) {
+    const double number = value.toDouble();
+    const bool isUsable = number >= 0 && number <= largestNumber && number == std::floor(number);
+    return isUsable ? static_cast<int>(number) : 0;
+}
+
+} // namespace
+
+QJsonObject CommunityFind::toJson(const Match& match) {
+    return {{u"key"_s, match.key},
+            {u"cabin"_s, match.cabin},
+            {u"route"_s, match.route},
+            {u"fromCity"_s, match.fromCity},
+            {u"toCity"_s, match.toCity},
+            {u"depart"_s, match.depart},
+            {u"arrive"_s, match.arrive},
+            {u"stopsText"_s, match.stopsText},
+            {u"flight"_s, match.flight},
+            {u"durationMin"_s, match.durationMinutes},
+            {u"seats"_s, match.seats},
+            {u"points"_s, match.points},
+            {u"travelDate"_s, match.travelDate},
+            {u"bookingUrl"_s, match.bookingURL},
+            {u"foundAt"_s, secondsSince1970(match.foundAt)}};
+}
+
+std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant now) {
+    const auto key = requiredText(object, "key"_L1);
+    const auto cabin = requiredText(object, "cabin"_L1);
+    const auto route = requiredText(object, "route"_L1);
+    if (!key || !cabin || !route)
+        return std::nullopt;
+    const auto text = [&object](QLatin1StringView name) { return cut(object[name].toString()); };
+    Match match;
+    match.key = *key;
+    match.cabin = *cabin;
+    match.route = *route;
+    match.fromCity = text("fromCity"_L1);
+    match.toCity = text("toCity"_L1);
+    match.depart = text("depart"_L1);
+    match.arrive = text("arrive"_L1);
+    match.stopsText = text("stopsText"_L1);
+    match.flight = text("flight"_L1);
+    match.durationMinutes = wholeNumber(object["durationMin"_L1]);
+    match.seats = wholeNumber(object["seats"_L1]);
+    match.points = wholeNumber(object["points"_L1]);
+    match.travelDate = text("travelDate"_L1);
+    match.bookingURL = cut(object["bookingUrl"_L1].toString(), longestAddress);
+    match.foundAt =
+        instantFromSeconds(std::clamp(object["foundAt"_L1].toDouble(), 0.0, secondsSince1970(now)));
+    match.isCommunity = true;
+    match.id = static_cast<qint64>(qHash(identity(match)));
+    return match;
+}
+
+QList<QJsonObject> CommunityFind::objects(const QByteArray& answer) {
+    const QJsonValue hits = QJsonDocument::fromJson(answer).object()["hits"_L1];
+    QList<QJsonObject> result;
+    if (!hits.isArray())
+        return result;
+    const QJsonArray array = hits.toArray();
+    for (const QJsonValue& value : array) {
+        if (!value.isObject())
+            return {};
+        result.append(value.toObject());
+    }
+    return result;
+}
+
+QString CommunityFind::identity(const Match& match) {
+    return match.key + u'#' + match.cabin;
+}

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
+#include "tests/support/Settled.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSignalSpy>
+#include <QTest>
+#include <QUrlQuery>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+QJsonObject find(const QString& key, double foundAt) {
+    return {{u"key"_s, key},
+            {u"cabin"_s, u"business"_s},
+            {u"route"_s, u"OSL-EWR"_s},
+            {u"fromCity"_s, u"Oslo"_s},
+            {u"toCity"_s, u"New York"_s},
+            {u"stopsText"_s, u"direkte"_s},
+            {u"flight"_s, u"SK907"_s},
+            {u"seats"_s, 2},
+            {u"points"_s, 60000},
+            {u"travelDate"_s, u"2027-03-05"_s},
+            {u"foundAt"_s, foundAt}};
+}
+
+HttpResponse answerOf(const QJsonArray& finds) {
+    const QJsonObject body{{u"hits"_s, finds}};
+    return {200, QJsonDocument(body).toJson()};
+}
+
+QStringList keys(const QList<Match>& matches) {
+    QStringList result;
+    for (const Match& match : matches)
+        result.append(match.key);
+    return result;
+}
+
+} // namespace
+
+class TestAppState : public QObject {
+    Q_OBJECT
+
+    static void has(AppWorld& world, const QJsonArray& finds) {
+        world.http.answer = [finds](const HttpRequest&) { return answerOf(finds); };
+    }
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "UTC"); }
+
+    void settingsHaveDefaults_data() {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<double>("minutes");
+        QTest::newRow("missing") << QString() << 10.0;
+        QTest::newRow("no number") << u"abc"_s << 10.0;
+        QTest::newRow("no finite number") << u"inf"_s << 10.0;
+        QTest::newRow("a fraction") << u"2.5"_s << 2.5;
+    }
+
+    void settingsHaveDefaults() {
+        QFETCH(QString, stored);
+        AppWorld world;
+        if (!stored.isNull())
+            world.database.set(u"poll_interval_min"_s, stored);
+        const AppState state(world.database, world.worker, world.community, world.notifier,
+                             world.clock);
+        QTEST(state.pollIntervalMin(), "minutes");
+        QVERIFY(!state.onboarded());
+        QVERIFY(state.notifyOn());
+    }
+
+    void watchedRoutesAreThoseOfEnabledWatchers() {
+        AppWorld world;
+        QVERIFY(world.state.watchedRoutes().isEmpty());
+        world.addWatcher(u"NYC"_s, [](Search& s) { s.origin = u"OSL,BGO"_s; });
+        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
+        // The same route twice, the way back, and a city that is searched from the hub.
+        world.addWatcher(u"nyc, BKK"_s, [](Search& s) { s.returnDateTo = u"2027-04-30"_s; });
+        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s,
+                                                           u"NYC-OSL"_s, u"OSL-NYC"_s}));
+        world.database.toggleSearch(2);
+        world.database.toggleSearch(1);
+        world.state.reload();
+        QVERIFY(world.state.watchedRoutes().isEmpty());
+    }
+
+    void directionNeedsARoundTripThatStillExists() {
+        AppWorld world;
+        world.addWatcher(u"NYC"_s, [](Search& s) { s.returnDateFrom = u"2027-04-30"_s; });
+        world.addWatcher(u"NYC"_s);
+        const auto direction = [&](qint64 watcher, const QString& route, bool soldOut = false) {
+            Match match;
+            match.searchId = watcher;
+            match.route = route;
+            match.soldOut = soldOut;
+            return world.state.direction(match).value_or(u"none"_s);
+        };
+        QCOMPARE(direction(1, u"OSL-NYC"_s), u"Utreise"_s);
+        QCOMPARE(direction(1, u"CPH-NYC"_s), u"Utreise"_s);
+        QCOMPARE(direction(1, u"NYC-OSL"_s), u"Hjemreise"_s);
+        QCOMPARE(direction(1, QString()), u"Hjemreise"_s);
+        QCOMPARE(direction(1, u"OSL-NYC"_s, true), u"none"_s);
+        QCOMPARE(direction(2, u"OSL-NYC"_s), u"none"_s);
+        QCOMPARE(direction(3, u"OSL-NYC"_s), u"none"_s);
+        QCOMPARE(direction(Match::communitySearchId, u"OSL-NYC"_s), u"none"_s);
+    }
+
+    void newTodayCountsTheCalendarDay() {
+        AppWorld world; // noon
+        world.addWatcher();
+        const auto add = [&](const QString& key, std::chrono::hours before, bool soldOut = false) {
+            world.addMatch([&](Match& m) {
+                m.key = key;
+                m.foundAt = world.clock.now() - before;
+                m.soldOut = soldOut;
+            });
+        };
+        add(u"a-b-c-d-1"_s, 0h);
+        add(u"a-b-c-d-2"_s, 12h);
+        add(u"a-b-c-d-3"_s, 13h);
+        add(u"a-b-c-d-4"_s, 1h, true);
+        QCOMPARE(world.state.newToday(), 2);
+        world.clock.advance(13h);
+        QCOMPARE(world.state.newToday(), 0);
+    }
+
+    void changesAreToldOnce() {
+        AppWorld world;
+        const QSignalSpy searches(&world.state, &AppState::searchesChanged);
+        const QSignalSpy matches(&world.state, &AppState::matchesChanged);
+        const QSignalSpy onboarded(&world.state, &AppState::onboardedChanged);
+        world.addWatcher();
+        world.addMatch();
+        world.state.reload();
+        QCOMPARE(searches.count(), 1);
+        QCOMPARE(matches.count(), 1);
+        QCOMPARE(world.state.matchCounts().value(1), 1);
+        world.state.finishOnboarding();
+        world.state.finishOnboarding();
+        QCOMPARE(onboarded.count(), 1);
+        QVERIFY(AppState(world.database, world.worker, world.community, world.notifier, world.clock)
+                    .onboarded());
+    }
+
+    void aNewWatcherIsCheckedAtOnceAndTheRoundIsShown() {
+        AppWorld world;
+        world.airline.answer = [](const QString&, const QString&, const QString&) {
+            return std::optional(QByteArray(R"({"outboundFlights":{}})"));
+        };
+        Search search;
+        search.origin = u"OSL"_s;
+        search.destination = u"LHR"_s;
+        search.dateFrom = search.dateTo = u"2027-03-01"_s;
+        world.state.addSearchAndRun(search);
+        QCOMPARE(world.state.searches().size(), 1);
+        QVERIFY(!world.state.lastPoll());
+        settle();
+        QCOMPARE(world.airline.calls.size(), 1);
+        QVERIFY(world.state.lastPoll());
+        QVERIFY(world.state.searches().constFirst().lastChecked);
+    }
+
+    void communityFindsAreShownAndTheFreshAreStored() {
+        AppWorld world;
+        world.addWatcher();
+        world.addMatch([](Match& m) { m.key = u"own"_s; });
+        const double now = secondsSince1970(world.clock.now());
+        QJsonObject economy = find(u"cabin"_s, now);
+        economy[u"cabin"_s] = u"economy"_s;
+        has(world, {find(u"own"_s, now), find(u"old"_s, now - 1800), find(u"fresh"_s, now - 1799),
+                    economy, find(u"old too"_s, 0), find(u"fresh"_s, now)});
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(keys(world.state.communityHits()), QStringList({u"old"_s, u"old too"_s}));
+        QCOMPARE(world.center.posted.size(), 1);
+        QCOMPARE(keys(world.state.matches()), QStringList({u"fresh"_s, u"own"_s}));
+        const Match stored = world.state.matches().constFirst();
+        QCOMPARE(stored.searchId, Match::communitySearchId);
+        QVERIFY(stored.isCommunity);
+
+        // Not again, not even after a restart and after the offers were cleared.
+        world.database.clearMatches();
+        AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
+        awaited(next.refreshCommunity());
+        QCOMPARE(world.center.posted.size(), 1);
+        QCOMPARE(keys(next.communityHits()),
+                 QStringList({u"own"_s, u"old"_s, u"fresh"_s, u"old too"_s, u"fresh"_s}));
+    }
+
+    void pausedWatchersGetNothingAndSharingOffEmptiesTheList() {
+        AppWorld world;
+        world.addWatcher();
+        has(world, {find(u"k"_s, 0)});
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(world.state.communityHits().size(), 1);
+        const QUrlQuery query(world.http.sent.constFirst().url);
+        QCOMPARE(query.queryItemValue(u"routes"_s), u"OSL-EWR"_s);
+        QCOMPARE(world.http.sent.constFirst().url.path(), u"/v1/hits"_s);
+
+        world.database.set(u"share_hits"_s, u"0"_s);
+        world.http.answer = nullptr;
+        awaited(world.state.refreshCommunity());
+        QVERIFY(world.state.communityHits().isEmpty());
+
+        world.database.set(u"share_hits"_s, u"1"_s);
+        world.addWatcher(u"LHR"_s);
+        world.database.toggleSearch(1);
+        world.state.reload();
+        has(world, {find(u"k"_s, 0)});
+        awaited(world.state.refreshCommunity());
+        QVERIFY(world.state.communityHits().isEmpty());
+    }
+
+    void nothingIsAnnouncedThatCannotBeStored() {
+        AppWorld world;
+        world.addWatcher();
+        has(world, {find(u"k"_s, secondsSince1970(world.clock.now()))});
+        runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON matches "
+                                "BEGIN SELECT RAISE(FAIL, 'disk full'); END");
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(world.state.communityHits().size(), 1);
+        QVERIFY(world.center.posted.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAppState)
+#include "test_app_state.moc"

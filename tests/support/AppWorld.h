@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppState.h"
+#include "core/Database.h"
+#include "polling/Community.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+#include "tests/support/FakeHttpSession.h"
+#include "tests/support/FakeLegFetcher.h"
+#include "tests/support/FakeNotificationCenter.h"
+#include "tests/support/ManualClock.h"
+
+#include <QTemporaryDir>
+
+/// A whole application without a window, an airline or a network: real storage in a folder of its
+/// own, everything outside faked. The clock stands at noon of 15 January 2027, UTC.
+struct AppWorld {
+    QTemporaryDir dir;
+    ManualClock clock;
+    Database database{dir.path(), clock};
+    FakeNotificationCenter center;
+    Notifier notifier{database, center, clock};
+    FakeLegFetcher airline;
+    Worker worker{database, airline, notifier, clock, Site{}};
+    FakeHttpSession http;
+    Community community{database, http, clock, QStringLiteral("https://community.test")};
+    AppState state{database, worker, community, notifier, clock};
+
+    AppWorld() = default;
+    ~AppWorld() { settle(); }
+    Q_DISABLE_COPY_MOVE(AppWorld)
+
+    /// Stores a watcher OSL to `destination` and returns it as stored.
+    Search addWatcher(const QString& destination = QStringLiteral("EWR"),
+                      const std::function<void(Search&)>& change = {}) {
+        Search search;
+        search.origin = QStringLiteral("OSL");
+        search.destination = destination;
+        search.dateFrom = QStringLiteral("2027-03-01");
+        search.dateTo = QStringLiteral("2027-03-31");
+        if (change)
+            change(search);
+        database.addSearch(search);
+        state.reload();
+        return state.searches().constLast();
+    }
+
+    /// Stores an offer, found just now for watcher 1, and reloads.
+    Match addMatch(const std::function<void(Match&)>& change = {}) {
+        Match match;
+        match.searchId = 1;
+        match.key = QStringLiteral("2027-03-05-OSL-EWR-SK907");
+        match.route = QStringLiteral("OSL-EWR");
+        match.fromCity = QStringLiteral("Oslo");
+        match.toCity = QStringLiteral("New York");
+        match.depart = QStringLiteral("05.03 11:00");
+        match.arrive = QStringLiteral("05.03 13:10");
+        match.stopsText = QStringLiteral("direkte");
+        match.flight = QStringLiteral("SK907");
+        match.durationMinutes = 490;
+        match.cabin = QStringLiteral("business");
+        match.seats = 2;
+        match.points = 60000;
+        match.travelDate = QStringLiteral("2027-03-05");
+        match.bookingURL = QStringLiteral("https://www.sas.no/book/flights/?search=OW_OSL-EWR");
+        match.foundAt = clock.now();
+        if (change)
+            change(match);
+        match.id = database.recordMatch(match);
+        state.reload();
+        return match;
+    }
+};
