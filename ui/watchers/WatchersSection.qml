@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Tindra.Controls
+import Tindra.Theme
+
+/** Heading, strips and cards, with the dialogs that the cards open. */
+Column {
+    id: view
+
+    required property WatchersSectionModel section
+    property bool offersSearch: false
+    signal searchRequested
+    /** Where the strips begin, and what they take in height with their spacing. */
+    readonly property real stripsTop: strips.y
+    readonly property real stripsHeight: strips.visible ? strips.height + spacing : 0
+
+    spacing: TD.l
+
+    RowLayout {
+        width: parent.width
+        spacing: TD.m
+        TDLabel {
+            Layout.fillWidth: true
+            text: "Overvåkere"
+            elide: Text.ElideRight
+            font { pixelSize: TD.pageTitle; bold: true }
+            Accessible.role: Accessible.Heading
+        }
+        TDLabel {
+            text: view.section.activeText
+            color: TD.textSecondary
+        }
+        TDButton {
+            text: "Sjekk alle nå"
+            enabled: view.section.canCheck
+            onClicked: view.section.checkAll()
+        }
+    }
+    Column {
+        id: strips
+        width: parent.width
+        spacing: parent.spacing
+        visible: activity.visible || lastCheck.visible
+        ActivityStrip {
+            id: activity
+            width: parent.width
+            strip: view.section.activity
+        }
+        LastCheckStrip {
+            id: lastCheck
+            width: parent.width
+            strip: view.section.lastCheck
+        }
+    }
+    Repeater {
+        model: view.section.cards
+        WatcherCard {
+            width: view.width
+            onToggleAsked: view.section.toggle(watcherId)
+            onWatchingAsked: on => view.section.setWatching(watcherId, on)
+            onEditAsked: view.section.edit(watcherId)
+            onRenameAsked: renaming.ask(watcherId, name)
+            onDeleteAsked: deletion.ask(watcherId, quotedName)
+        }
+    }
+    TDEmptyState {
+        width: parent.width
+        visible: view.section.empty
+        symbol: "scope"
+        text: "Ingen overvåkere ennå. Fyll inn reisedetaljer over og trykk Søk."
+        TDButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: view.offersSearch
+            text: "Nytt søk"
+            symbol: "magnifyingglass"
+            onClicked: view.searchRequested()
+        }
+    }
+
+    TDDialog {
+        id: renaming
+        objectName: "renameDialog"
+        property double watcherId
+        title: "Gi søket nytt navn"
+        message: "Navnet vises på overvåkeren og grupperer treffene på Treff-siden."
+        actionText: "Lagre"
+        onAccepted: view.section.rename(watcherId, newName.text)
+
+        function ask(id: double, name: string) {
+            watcherId = id;
+            newName.text = name;
+            open();
+            newName.selectAll();
+        }
+        TDTextField {
+            id: newName
+            objectName: "newName"
+            Layout.fillWidth: true
+            horizontalAlignment: TextInput.AlignLeft
+            placeholderText: "F.eks. Høstferie"
+            Accessible.name: "Navn på overvåkeren"
+        }
+    }
+    TDDialog {
+        id: deletion
+        objectName: "deleteDialog"
+        property double watcherId
+        destructive: true
+        actionText: "Slett"
+        onAccepted: view.section.remove(watcherId)
+
+        function ask(id: double, name: string) {
+            watcherId = id;
+            title = "Slette overvåkeren «" + name + "»?";
+            open();
+        }
+    }
+    Loader {
+        active: view.section.sheet !== null
+        sourceComponent: EditWatcherSheet {
+            sheet: view.section.sheet
+            onClosed: view.section.closeSheet()
+            Component.onCompleted: open()
+        }
+    }
+}
