@@ -9,10 +9,7 @@ using namespace Qt::StringLiterals;
 
 ActivityStrip::ActivityStrip(const AppState& state, const Worker& worker, const Clock& clock,
                              QObject* parent)
-    : QObject(parent)
-    , m_state(state)
-    , m_worker(worker)
-    , m_clock(clock) {
+    : QObject(parent), m_state(state), m_worker(worker), m_clock(clock) {
     connect(&worker, &Worker::changed, this, &ActivityStrip::follow);
     follow();
 }
@@ -66,8 +63,8 @@ double ActivityStrip::fraction() const {
 QString ActivityStrip::roundText() const {
     QStringList texts;
     if (const auto watchers = m_worker.progress(); running() && watchers.total > 1)
-        texts.append(u"Overvåker %1 av %2"_s.arg(norwegian(watchers.done + 1),
-                                                 norwegian(watchers.total)));
+        texts.append(
+            u"Overvåker %1 av %2"_s.arg(norwegian(watchers.done + 1), norwegian(watchers.total)));
     if (m_minutesLeft)
         texts.append(timeLeftText(*m_minutesLeft));
     return texts.join(u" · "_s);

@@ -17,8 +17,8 @@ class Clock;
 class Database;
 
 /// The date windows that a watcher is edited with. What it does not hold as valid dates is chosen:
-/// the outbound window starts `today`, the return window with the outbound one, and both end 60 days
-/// after they start.
+/// the outbound window starts `today`, the return window with the outbound one, and both end 60
+/// days after they start.
 struct EditedWindows {
     QDate dateFrom;
     QDate dateTo;

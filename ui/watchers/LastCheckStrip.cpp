@@ -22,8 +22,7 @@ QString countText(int count, const QString& label) {
 } // namespace
 
 LastCheckStrip::LastCheckStrip(const AppState& state, QObject* parent)
-    : QObject(parent)
-    , m_state(state) {
+    : QObject(parent), m_state(state) {
     connect(&state, &AppState::lastPollChanged, this, &LastCheckStrip::changed);
 }
 

@@ -30,9 +30,8 @@ void WatcherCards::update(const QList<WatcherCard>& cards) {
 }
 
 const WatcherCard* WatcherCards::find(qint64 id) const {
-    const auto card = std::find_if(m_cards.begin(), m_cards.end(), [id](const WatcherCard& one) {
-        return one.search.id == id;
-    });
+    const auto card = std::find_if(m_cards.begin(), m_cards.end(),
+                                   [id](const WatcherCard& one) { return one.search.id == id; });
     return card == m_cards.end() ? nullptr : &*card;
 }
 
@@ -78,11 +77,9 @@ QVariant WatcherCards::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> WatcherCards::roleNames() const {
-    return {{WatcherIdRole, "watcherId"},   {NameRole, "name"},
-            {TitleRole, "title"},           {QuotedNameRole, "quotedName"},
-            {SourceRole, "source"},         {RouteRole, "route"},
-            {OutboundRole, "outbound"},     {HomeboundRole, "homebound"},
-            {CabinsRole, "cabins"},         {StatusRole, "status"},
-            {HitsTextRole, "hitsText"},     {HasHitsRole, "hasHits"},
+    return {{WatcherIdRole, "watcherId"},   {NameRole, "name"},           {TitleRole, "title"},
+            {QuotedNameRole, "quotedName"}, {SourceRole, "source"},       {RouteRole, "route"},
+            {OutboundRole, "outbound"},     {HomeboundRole, "homebound"}, {CabinsRole, "cabins"},
+            {StatusRole, "status"},         {HitsTextRole, "hitsText"},   {HasHitsRole, "hasHits"},
             {WatchingRole, "watching"}};
 }

@@ -51,9 +51,8 @@ void WatchersSection::keepTime() {
 
 QString WatchersSection::activeText() const {
     const auto& cards = m_cards.cards();
-    const auto active = std::count_if(cards.begin(), cards.end(), [](const WatcherCard& card) {
-        return card.search.enabled;
-    });
+    const auto active = std::count_if(cards.begin(), cards.end(),
+                                      [](const WatcherCard& card) { return card.search.enabled; });
     return norwegian(static_cast<int>(active)) + u" aktive"_s;
 }
 
