@@ -3,6 +3,7 @@ import QtQuick
 import QtQuick.Layouts
 import Tindra.Controls
 import Tindra.Theme
+import Tindra.Watchers
 
 /** What the worker does while a round runs. */
 TDCard {

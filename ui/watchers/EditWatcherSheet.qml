@@ -4,6 +4,7 @@ import QtQuick.Layouts
 import Tindra.Controls
 import Tindra.Search
 import Tindra.Theme
+import Tindra.Watchers
 
 /** Changes what a watcher watches. Return saves from every field that has no use for it itself. */
 TDSheet {

@@ -2,6 +2,7 @@
 import QtQuick
 import Tindra.Controls
 import Tindra.Theme
+import Tindra.Watchers
 
 /** What the last round has found. */
 TDCard {

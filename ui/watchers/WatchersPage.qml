@@ -2,6 +2,7 @@
 import QtQuick
 import Tindra.Controls
 import Tindra.Theme
+import Tindra.Watchers
 
 /** All watchers, and what the worker does for them. */
 FocusScope {

@@ -3,6 +3,7 @@ import QtQuick
 import QtQuick.Layouts
 import Tindra.Controls
 import Tindra.Theme
+import Tindra.Watchers
 
 /** Heading, strips and cards, with the dialogs that the cards open. */
 Column {
