@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** The two ends of a window, to type or to pick in the month below. */
@@ -12,6 +13,8 @@ TDPopover {
     label: field.title
     width: 240
     padding: TD.m
+    // Seven whole columns in what is left.
+    rightPadding: 11
     visible: field.open
     onClosed: field.open = false
     onOpened: month.forceActiveFocus()
