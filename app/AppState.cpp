@@ -176,6 +176,16 @@ void AppState::notifyFreshCommunityHits() {
             fresh.append(hit);
         }
     }
+    // The user's own finds come back from the service, and are news to nobody even when they have
+    // been cleared from the list.
+    for (auto watcher = m_searches.cbegin(); watcher != m_searches.cend() && !fresh.isEmpty();
+         ++watcher) {
+        const auto own = m_database.seenCabins(watcher->id);
+        fresh.removeIf([&own](const Match& hit) {
+            const auto row = own.find(hit.key);
+            return row != own.end() && row->cabins.contains(hit.cabin);
+        });
+    }
     if (fresh.isEmpty())
         return;
     const bool isStored = m_database.transaction([&] {
