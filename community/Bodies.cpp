@@ -103,7 +103,8 @@ bool isBooking(std::string_view url, bool mayBeLocal) {
 }
 
 std::string quoted(std::string_view text) {
-    return '"' + std::string(text) + '"';
+    std::string result(1, '"');
+    return result.append(text).append(1, '"');
 }
 
 void appendText(std::string& json, std::string_view text) {

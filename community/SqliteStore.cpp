@@ -13,15 +13,18 @@ namespace community {
 
 namespace {
 
+// Checkpoints wait for the disk, so they come seldom: the log may grow to some 32 MB.
 constexpr const char* schema = R"(
 PRAGMA journal_mode = WAL;
 PRAGMA synchronous = NORMAL;
+PRAGMA wal_autocheckpoint = 8000;
+PRAGMA journal_size_limit = 40000000;
 CREATE TABLE IF NOT EXISTS finds (
-    id TEXT NOT NULL PRIMARY KEY,
+    id TEXT NOT NULL UNIQUE,
     route TEXT NOT NULL,
     reported INTEGER NOT NULL,
     json TEXT NOT NULL
-) WITHOUT ROWID;
+);
 CREATE INDEX IF NOT EXISTS finds_of_route ON finds (route, reported);
 CREATE INDEX IF NOT EXISTS finds_by_age ON finds (reported);
 )";
@@ -85,10 +88,11 @@ SqliteStore::SqliteStore(const std::string& path, std::size_t most) : m_most(mos
                     "reported = excluded.reported, json = excluded.json");
     m_drop = prepare("DELETE FROM finds WHERE id = ?");
     m_expire = prepare("DELETE FROM finds WHERE reported <= ?");
-    m_overflow = prepare("DELETE FROM finds WHERE id IN (SELECT id FROM finds ORDER BY reported "
-                         "LIMIT max(0, (SELECT count(*) FROM finds) - ?))");
+    m_overflow =
+        prepare("DELETE FROM finds WHERE rowid IN (SELECT rowid FROM finds ORDER BY reported "
+                "LIMIT max(0, (SELECT count(*) FROM finds) - ?))");
     m_read = prepare("SELECT json, reported FROM finds WHERE route = ? AND reported > ? "
-                     "ORDER BY reported DESC LIMIT ?");
+                     "ORDER BY reported DESC, rowid DESC LIMIT ?");
     m_ping = prepare("SELECT 1 FROM finds LIMIT 1");
 }
 
