@@ -7,10 +7,12 @@
 #include "app/AppState.h"
 #include "app/CommandLine.h"
 #include "app/Demo.h"
+#include "app/DemoHunters.h"
 #include "app/Hunt.h"
 #include "app/PassedCommands.h"
 #include "app/Sharing.h"
 #include "app/SignIn.h"
+#include "core/Cabin.h"
 #include "core/Database.h"
 #include "core/Err.h"
 #include "core/Keychain.h"
@@ -81,6 +83,14 @@ std::unique_ptr<Demo> startDemo(const CommandLine& line, const Folders& folders,
     return demo;
 }
 
+/// TINDRA_COMMUNITY_URL comes before the demo's own service and the build's address.
+QString communityBase(const Demo* demo) {
+    const QString own = qEnvironmentVariable("TINDRA_COMMUNITY_URL");
+    if (!own.isEmpty())
+        return own;
+    return demo ? demo->community() : Community::builtInBaseAddress();
+}
+
 std::unique_ptr<SecretStore> openSecrets(const CommandLine& line, Clock& clock) {
     if (line.demo)
         return std::make_unique<MemorySecretStore>();
@@ -114,6 +124,11 @@ struct Tindra {
             [this](const QString& title, const QString& body) { notifier.post(title, body); });
         engine.setRoundQuestion([this] { return worker.isRunning(); });
         notifier.requestPermission();
+        // With a service of their own choice, people are among real hunters.
+        if (demo && communityBase(demo.get()) == demo->community()) {
+            hunters = std::make_unique<DemoHunters>(community, clock, site);
+            hunters->start();
+        }
     }
 
     CommandLine line;
@@ -137,10 +152,12 @@ struct Tindra {
     SASEngine engine{*view, clock, database, keychain, state, capture, &session};
     Worker worker{database, engine, notifier, clock, site};
     NetworkSession network{clock};
-    Community community{database, network, clock};
+    Community community{database, network, clock, communityBase(demo.get())};
     AppState appState{database, worker, community, notifier, clock};
     Sharing sharing{worker, community, appState, clock};
     SignIn signIn{session.window(), state, database, engine, worker, clock};
+
+    std::unique_ptr<DemoHunters> hunters;
 
     std::unique_ptr<Hunt> makeHunt(bool json, const Hunt::Output& output) {
         return std::make_unique<Hunt>(database, state, worker, sharing, notifications, clock, json,
@@ -158,6 +175,11 @@ int hunt(Tindra& tindra, Instance& instance) {
     PassedCommands passed(
         [&tindra](bool json, const Hunt::Output& output) { return tindra.makeHunt(json, output); },
         tindra.signIn, tindra.worker, tindra.clock);
+    QObject::connect(
+        &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
+            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
+                                           cabinLabel(find.cabin)));
+        });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.
     QTimer::singleShot(0, hunt.get(), [&] {
