@@ -35,7 +35,10 @@ const Screen suggesting(u"search-suggestions"_s, [](Shot& shot) {
     shot.page().type(u"to"_s);
     shot.page().key(Qt::Key_Down);
 });
-const Screen warned(u"search-warning"_s, [](Shot& shot) { warn(showForm(shot)); });
+const Screen warned(u"search-warning"_s, [](Shot& shot) {
+    warn(showForm(shot));
+    QTest::qWait(60);
+});
 const Screen oneWay(u"search-one-way"_s, usual, [](Shot& shot) {
     BoardingPassSearchCard& form = showForm(shot);
     form.setRoundTrip(false);

@@ -73,7 +73,10 @@ TDCard {
                 label: "Reisetype"
                 model: ["⇄ Tur/retur", "→ Én vei"]
                 currentIndex: card.form.roundTrip ? 0 : 1
-                onPicked: index => card.form.roundTrip = index === 0
+                onPicked: index => {
+                    card.form.roundTrip = index === 0;
+                    currentIndex = Qt.binding(() => card.form.roundTrip ? 0 : 1);
+                }
             }
         }
         Item { width: 1; height: TD.l }
@@ -160,7 +163,7 @@ TDCard {
                 visible: height > 0
                 clip: true
                 onDone: card.startAgain()
-                onHeightChanged: if (height > 0 && height === implicitHeight) card.reveal(searchArea)
+                onHeightChanged: settling.restart()
                 Behavior on height {
                     enabled: !TD.reduceMotion
                     // A spring of 0.5 s that swings a little.
@@ -191,6 +194,13 @@ TDCard {
                 }
             }
         }
+    }
+
+    // Once the warning has come or gone and everything round it has found its place.
+    Timer {
+        id: settling
+        interval: 30
+        onTriggered: if (card.form.windowWarning) card.reveal(searchArea)
     }
 
     /** Return: on to the next field. */
