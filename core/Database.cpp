@@ -229,6 +229,10 @@ QMap<qint64, int> Database::activeMatchCounts() {
     return counts;
 }
 
+void Database::deleteMatch(qint64 id) {
+    m_db.change("DELETE FROM matches WHERE id = ?", id);
+}
+
 void Database::clearMatches() {
     m_db.change("DELETE FROM matches");
 }

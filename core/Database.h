@@ -71,6 +71,7 @@ public:
     QList<Match> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
+    void deleteMatch(qint64 id);
     /// Forgets all offers, but not that they were seen.
     void clearMatches();
 

@@ -30,12 +30,15 @@ const Screen suggesting(u"search-suggestions"_s, [](Shot& shot) {
     BoardingPassSearchCard& form = showForm(shot);
     form.origin()->setCode(u"OSL, BGO"_s);
     form.destination()->setCode(u"JFK, EWR, "_s);
-    shot.page().click(shot.page().find(u"TIL — FLERE BYER"_s));
+    shot.page().click(u"destinationInput"_s);
     shot.page().key(Qt::Key_End);
     shot.page().type(u"to"_s);
     shot.page().key(Qt::Key_Down);
 });
-const Screen warned(u"search-warning"_s, [](Shot& shot) { warn(showForm(shot)); });
+const Screen warned(u"search-warning"_s, [](Shot& shot) {
+    warn(showForm(shot));
+    QTest::qWait(60);
+});
 const Screen oneWay(u"search-one-way"_s, usual, [](Shot& shot) {
     BoardingPassSearchCard& form = showForm(shot);
     form.setRoundTrip(false);

@@ -8,6 +8,9 @@ T.TextField {
     id: field
 
     property bool large: false
+    property bool invalid: false
+
+    readonly property color edge: invalid ? TD.danger : activeFocus ? TD.accent : TD.hairline
 
     implicitWidth: 200
     implicitHeight: large ? 44 : 36
@@ -32,6 +35,8 @@ T.TextField {
         text: field.placeholderText
         color: field.placeholderTextColor
         elide: Text.ElideRight
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: TD.body
         verticalAlignment: Text.AlignVCenter
         font { family: TD.fontFamily; pixelSize: field.large ? 18 : TD.body }
         textFormat: Text.PlainText
@@ -40,12 +45,12 @@ T.TextField {
     background: Rectangle {
         radius: field.large ? 0 : TD.controlRadius
         color: field.large ? "transparent" : TD.field
-        border { color: field.activeFocus ? TD.accent : TD.hairline; width: field.large ? 0 : field.activeFocus ? 2 : 1 }
+        border { color: field.edge; width: field.large ? 0 : field.activeFocus ? 2 : 1 }
         Rectangle {
             visible: field.large
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
             height: 2
-            color: field.activeFocus ? TD.accent : TD.hairline
+            color: field.edge
         }
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** One end of the journey: large codes, and the cities they stand for. */
@@ -23,19 +24,26 @@ FocusScope {
             elide: Text.ElideRight
             font { pixelSize: TD.badge; bold: true; letterSpacing: 0.6 }
             Accessible.ignored: true
+            TapHandler { onTapped: input.forceActiveFocus(Qt.TabFocusReason) }
         }
         TDTextField {
             id: input
-            objectName: "input"
+            objectName: view.objectName + "Input"
             width: parent.width
             focus: true
             large: true
             horizontalAlignment: TextInput.AlignLeft
             placeholderText: view.field.placeholder
             text: view.field.code
+            color: rest.visible ? "transparent" : TD.text
             inputMethodHints: Qt.ImhNoPredictiveText
             onTextEdited: view.field.code = text
-            onActiveFocusChanged: view.field.isFocused = activeFocus
+            onActiveFocusChanged: {
+                view.field.isFocused = activeFocus;
+                // The last piece is what is being typed.
+                if (activeFocus && focusReason !== Qt.MouseFocusReason)
+                    cursorPosition = length;
+            }
             Accessible.name: view.field.label
             Accessible.description: suggestions.visible ? suggestions.announcement : view.field.cityNames
 
@@ -45,6 +53,17 @@ FocusScope {
             Keys.onDownPressed: event => event.accepted = view.field.moveHighlight(1)
             Keys.onUpPressed: event => event.accepted = view.field.moveHighlight(-1)
 
+            // A list that is too long shows its beginning while nobody types in it.
+            TDLabel {
+                id: rest
+                visible: !input.activeFocus && input.contentWidth > input.width
+                anchors.fill: parent
+                text: input.text
+                elide: Text.ElideRight
+                verticalAlignment: Text.AlignVCenter
+                font: input.font
+                Accessible.ignored: true
+            }
             SuggestionList {
                 id: suggestions
                 field: view.field

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** The search form as a boarding pass: the journey above the perforation, the choices below. */
@@ -11,6 +12,9 @@ TDCard {
     required property BoardingPassSearchCardModel form
     /** What the card lies on; it shows through the notches. */
     property alias ground: perforation.ground
+    /** `item` has moved and should be scrolled to. */
+    signal reveal(Item item)
+
     readonly property bool wide: width >= 780
 
     padding: 0
@@ -24,15 +28,14 @@ TDCard {
         topPadding: TD.xl
         bottomPadding: TD.xl
 
-        GridLayout {
+        Item {
             x: TD.xl
             width: parent.width - 2 * TD.xl
-            columns: card.wide ? 2 : 1
-            columnSpacing: TD.xl
-            rowSpacing: TD.m
+            height: pills.y + pills.height
 
             Column {
-                Layout.fillWidth: true
+                id: headings
+                width: parent.width - (card.wide ? presets.width + TD.xl : 0)
                 spacing: TD.xs
                 TDLabel {
                     id: heading
@@ -50,7 +53,10 @@ TDCard {
                 }
             }
             Row {
-                spacing: TD.m
+                id: presets
+                x: parent.width - width
+                y: card.wide ? (headings.height - height) / 2 : pills.y
+                spacing: card.wide ? TD.m : TD.s
                 Repeater {
                     model: card.form.presetLabels
                     TDChip {
@@ -61,14 +67,17 @@ TDCard {
                     }
                 }
             }
-        }
-        Item { width: 1; height: TD.l }
-        TDRadioPills {
-            x: TD.xl
-            label: "Reisetype"
-            model: ["⇄ Tur/retur", "→ Én vei"]
-            currentIndex: card.form.roundTrip ? 0 : 1
-            onPicked: index => card.form.roundTrip = index === 0
+            TDRadioPills {
+                id: pills
+                y: headings.height + TD.l
+                label: "Reisetype"
+                model: ["⇄ Tur/retur", "→ Én vei"]
+                currentIndex: card.form.roundTrip ? 0 : 1
+                onPicked: index => {
+                    card.form.roundTrip = index === 0;
+                    currentIndex = Qt.binding(() => card.form.roundTrip ? 0 : 1);
+                }
+            }
         }
         Item { width: 1; height: TD.l }
         RowLayout {
@@ -154,6 +163,7 @@ TDCard {
                 visible: height > 0
                 clip: true
                 onDone: card.startAgain()
+                onHeightChanged: settling.restart()
                 Behavior on height {
                     enabled: !TD.reduceMotion
                     // A spring of 0.5 s that swings a little.
@@ -184,6 +194,13 @@ TDCard {
                 }
             }
         }
+    }
+
+    // Once the warning has come or gone and everything round it has found its place.
+    Timer {
+        id: settling
+        interval: 30
+        onTriggered: if (card.form.windowWarning) card.reveal(searchArea)
     }
 
     /** Return: on to the next field. */

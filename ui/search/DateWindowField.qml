@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** A window of dates as a stub of the pass; pressed, it shows its picker. */

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Layouts
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** The two ends of a window, to type or to pick in the month below. */
@@ -12,6 +14,8 @@ TDPopover {
     label: field.title
     width: 240
     padding: TD.m
+    // Seven whole columns in what is left.
+    rightPadding: 11
     visible: field.open
     onClosed: field.open = false
     onOpened: month.forceActiveFocus()
@@ -62,37 +66,33 @@ TDPopover {
         }
     }
 
-    contentItem: Column {
-        spacing: TD.m
-
-        Row {
-            spacing: TD.s
-            End {
-                label: "Fra"
-                shown: picker.field.fromText
-                which: 0
-                onTyped: text => picker.field.typeFrom(text)
-            }
-            End {
-                label: "Til"
-                shown: picker.field.toText
-                which: 1
-                onTyped: text => picker.field.typeTo(text)
-            }
+    Row {
+        spacing: TD.s
+        End {
+            label: "Fra"
+            shown: picker.field.fromText
+            which: 0
+            onTyped: text => picker.field.typeFrom(text)
         }
-        TDLabel {
-            visible: text !== ""
-            width: parent.width
-            text: picker.field.problem
-            color: TD.danger
-            wrapMode: Text.Wrap
-            font.pixelSize: TD.caption
-            Accessible.role: Accessible.AlertMessage
+        End {
+            label: "Til"
+            shown: picker.field.toText
+            which: 1
+            onTyped: text => picker.field.typeTo(text)
         }
-        TDMonthCalendar {
-            id: month
-            width: parent.width
-            calendar: picker.field.calendar
-        }
+    }
+    TDLabel {
+        visible: text !== ""
+        Layout.fillWidth: true
+        text: picker.field.problem
+        color: TD.danger
+        wrapMode: Text.Wrap
+        font.pixelSize: TD.caption
+        Accessible.role: Accessible.AlertMessage
+    }
+    TDMonthCalendar {
+        id: month
+        Layout.fillWidth: true
+        calendar: picker.field.calendar
     }
 }

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** The suggestions of `field`, floating under the input that is their parent, which keeps the focus. */

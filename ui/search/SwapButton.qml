@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** Turns the journey round, and its symbol with it. */

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import Tindra.Controls
+import Tindra.Search
 import Tindra.Theme
 
 /** Says that the outbound window stands as it was, and offers the return window for it. */

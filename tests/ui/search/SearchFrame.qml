@@ -16,6 +16,7 @@ Item {
         color: TD.sidebar
     }
     TDScrollPage {
+        id: page
         x: 220
         width: parent.width - x
         height: parent.height
@@ -23,6 +24,7 @@ Item {
         BoardingPassSearchCard {
             width: parent.width
             form: frame.form
+            onReveal: item => page.reveal(item)
         }
         TDCard {
             width: parent.width

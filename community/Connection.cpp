@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "community/Connection.h"
+
+#include "community/Connections.h"
+#include "community/Sender.h"
+
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/rfc7230.hpp>
+#include <boost/beast/http/status.hpp>
+
+#include <utility>
+
+namespace community {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = beast::http;
+
+namespace {
+
+// Of a buffer that a kept connection may hold while nothing is asked of it.
+constexpr std::size_t restingBuffer = 4096;
+constexpr std::chrono::milliseconds drainLimit{1000};
+
+std::string_view viewOf(beast::string_view text) {
+    return {text.data(), text.size()};
+}
+
+bool isProtocolError(const boost::system::error_code& error) {
+    return error.category() == http::make_error_code(http::error::bad_version).category() &&
+           error != http::error::end_of_stream && error != http::error::partial_message;
+}
+
+} // namespace
+
+Connection::Connection(Socket socket, asio::ip::address peer, Connections& all)
+    : m_socket(std::move(socket))
+    , m_peer(std::move(peer))
+    , m_all(all)
+    , m_buffer(all.limits().header + restingBuffer) {}
+
+void Connection::close() {
+    if (!m_isOpen)
+        return;
+    m_isOpen = false;
+    const auto self = shared_from_this();
+    release();
+    Error ignored;
+    m_socket.close(ignored);
+    m_all.remove(self);
+}
+
+void Connection::endWait() {
+    if (m_phase != Phase::Reading) {
+        close();
+        return;
+    }
+    m_isTimedOut = true;
+    m_deadline = Instant::max();
+    Error ignored;
+    m_socket.cancel(ignored);
+}
+
+void Connection::enter(Phase phase, std::chrono::milliseconds limit) {
+    m_phase = phase;
+    m_since = std::chrono::steady_clock::now();
+    m_deadline = m_since + limit;
+    m_isTimedOut = false;
+}
+
+void Connection::awaitRequest() {
+    m_parser.reset();
+    if (m_buffer.size() > 0) {
+        readHead();
+        return;
+    }
+    if (m_buffer.capacity() > restingBuffer)
+        m_buffer.shrink_to_fit();
+    enter(Phase::Idle, m_all.limits().idle);
+    m_socket.async_read_some(m_buffer.prepare(restingBuffer / 2),
+                             [self = shared_from_this()](Error error, std::size_t bytes) {
+                                 if (error) {
+                                     self->close();
+                                     return;
+                                 }
+                                 self->m_buffer.commit(bytes);
+                                 self->readHead();
+                             });
+}
+
+void Connection::readHead() {
+    enter(Phase::Reading, m_all.limits().request);
+    m_parser.emplace();
+    m_parser->header_limit(m_all.limits().header);
+    m_parser->body_limit(m_all.limits().body);
+    http::async_read_header(
+        m_socket, m_buffer, *m_parser,
+        [self = shared_from_this()](Error error, std::size_t) { self->headRead(error); });
+}
+
+void Connection::headRead(Error error) {
+    if (error) {
+        refuseBroken(error);
+        return;
+    }
+    if (auto refused = m_all.api().refused(request())) {
+        refuse(std::move(*refused));
+        return;
+    }
+    const auto& message = m_parser->get();
+    if (message.method() == http::verb::get) {
+        answer();
+    } else if (!m_parser->content_length() || m_parser->chunked()) {
+        refuse(refusal(411, "The request must say how long its body is."));
+    } else if (!reserve(std::size_t(*m_parser->content_length()))) {
+        refuse(refusal(503, "The service is too busy.", "Retry-After: 10\r\n"));
+    } else if (!message[http::field::expect].empty()) {
+        static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+        asio::async_write(m_socket, asio::buffer(goOn),
+                          [self = shared_from_this()](Error broken, std::size_t) {
+                              broken ? self->close() : self->readBody();
+                          });
+    } else {
+        readBody();
+    }
+}
+
+void Connection::readBody() {
+    http::async_read(m_socket, m_buffer, *m_parser,
+                     [self = shared_from_this()](Error error, std::size_t) {
+                         error ? self->refuseBroken(error) : self->answer();
+                     });
+}
+
+void Connection::answer() {
+    m_phase = Phase::Answering;
+    m_all.api().answer(request(), m_parser->get().body(),
+                       [self = shared_from_this()](Response response) {
+                           const auto& message = self->m_parser->get();
+                           const bool staysOpen = message.keep_alive() && message.version() == 11;
+                           self->write(std::move(response), staysOpen);
+                       });
+}
+
+// The rest of a refused request is not wanted, so nothing can follow it.
+void Connection::refuse(Response response) {
+    const bool isWhole = m_parser->is_header_done() && m_parser->get().keep_alive() &&
+                         m_parser->get().version() == 11 && !request().hasBody;
+    write(std::move(response), isWhole);
+}
+
+void Connection::refuseBroken(Error error) {
+    if (m_isTimedOut)
+        write(refusal(408, "The request took too long."), false);
+    else if (error == http::error::header_limit)
+        write(refusal(431, "The request's header is too large."), false);
+    else if (error == http::error::body_limit)
+        write(refusal(413, "The request's body is too large."), false);
+    else if (error == http::error::buffer_overflow)
+        write(refusal(431, "The request's header is too large."), false);
+    else if (isProtocolError(error))
+        write(refusal(400, "This is not an HTTP request."), false);
+    else
+        close();
+}
+
+void Connection::write(Response response, bool staysOpen) {
+    if (!m_isOpen)
+        return;
+    if (m_parser && m_parser->is_header_done())
+        m_parser->get().body() = std::string();
+    release();
+    if (response.body && !reserve(response.body->size())) {
+        response = refusal(503, "The service is too busy.", "Retry-After: 10\r\n");
+        staysOpen = false;
+    }
+    m_body = std::move(response.body);
+    m_head = "HTTP/1.1 ";
+    m_head += std::to_string(response.status);
+    m_head += ' ';
+    m_head += viewOf(http::obsolete_reason(http::int_to_status(response.status)));
+    m_head += "\r\n";
+    m_head += m_all.dateLine();
+    m_head += response.headers;
+    if (m_body) {
+        m_head += "Content-Type: application/json\r\nContent-Length: ";
+        m_head += std::to_string(m_body->size());
+        m_head += "\r\n";
+    }
+    m_head += staysOpen ? "\r\n" : "Connection: close\r\n\r\n";
+
+    // The answer to HEAD says how long a body would be, and has none.
+    const bool hasBody = m_body && !(m_parser && m_parser->get().method() == http::verb::head);
+    const std::array<asio::const_buffer, 2> parts{
+        asio::buffer(m_head), hasBody ? asio::buffer(*m_body) : asio::const_buffer()};
+    enter(Phase::Writing, m_all.limits().response);
+    asio::async_write(m_socket, parts,
+                      [self = shared_from_this(), staysOpen](Error error, std::size_t) {
+                          self->release();
+                          self->m_body.reset();
+                          if (error || !self->m_isOpen)
+                              self->close();
+                          else if (staysOpen)
+                              self->awaitRequest();
+                          else
+                              self->drain();
+                      });
+}
+
+// Closing with unread input resets the connection, and the answer may be lost with it.
+void Connection::drain() {
+    Error ignored;
+    m_socket.shutdown(Socket::shutdown_send, ignored);
+    enter(Phase::Draining, drainLimit);
+    readScrap();
+}
+
+void Connection::readScrap() {
+    m_socket.async_read_some(asio::buffer(m_scrap),
+                             [self = shared_from_this()](Error error, std::size_t) {
+                                 error ? self->close() : self->readScrap();
+                             });
+}
+
+bool Connection::reserve(std::size_t bytes) {
+    if (!m_all.reserve(*this, bytes))
+        return false;
+    m_reserved += bytes;
+    return true;
+}
+
+void Connection::release() {
+    m_all.release(std::exchange(m_reserved, 0));
+}
+
+Request Connection::request() const {
+    const auto& message = m_parser->get();
+    return {viewOf(message.method_string()), viewOf(message.target()),
+            viewOf(message[http::field::content_type]),
+            m_parser->chunked() || m_parser->content_length().value_or(0) > 0,
+            senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies())};
+}
+
+} // namespace community

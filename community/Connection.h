@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "community/Api.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace community {
+
+class Connections;
+
+/// One client's connection: reads a request, has it answered, writes the answer, and so on. Its
+/// waits are ended by Connections. Lives as long as an operation of it is on its way.
+class Connection : public std::enable_shared_from_this<Connection> {
+public:
+    using Executor = boost::asio::io_context::executor_type;
+    using Socket = boost::asio::basic_stream_socket<boost::asio::ip::tcp, Executor>;
+    using Instant = std::chrono::steady_clock::time_point;
+
+    Connection(Socket socket, boost::asio::ip::address peer, Connections& all);
+
+    void start() { awaitRequest(); }
+    void close();
+
+    /// False while it is the service that the client waits for.
+    bool isWaitingForClient() const { return m_phase != Phase::Answering; }
+    Instant waitingSince() const { return m_since; }
+    Instant deadline() const { return m_deadline; }
+    /// Bytes of Connections' room that it holds.
+    std::size_t reserved() const { return m_reserved; }
+    /// The client took too long: an unfinished request gets its answer, all else is closed.
+    void endWait();
+
+private:
+    enum class Phase { Idle, Reading, Answering, Writing, Draining };
+    using Error = boost::system::error_code;
+
+    void enter(Phase phase, std::chrono::milliseconds limit);
+    void awaitRequest();
+    void readHead();
+    void headRead(Error error);
+    void readBody();
+    void answer();
+    void refuse(Response response);
+    void refuseBroken(Error error);
+    void write(Response response, bool staysOpen);
+    void drain();
+    void readScrap();
+    bool reserve(std::size_t bytes);
+    void release();
+    Request request() const;
+
+    Socket m_socket;
+    boost::asio::ip::address m_peer;
+    Connections& m_all;
+    Phase m_phase = Phase::Idle;
+    Instant m_since;
+    Instant m_deadline;
+    bool m_isOpen = true;
+    bool m_isTimedOut = false;
+    std::size_t m_reserved = 0;
+    boost::beast::flat_buffer m_buffer;
+    std::optional<boost::beast::http::request_parser<boost::beast::http::string_body>> m_parser;
+    std::string m_head;
+    std::shared_ptr<const std::string> m_body;
+    std::array<char, 1024> m_scrap;
+};
+
+} // namespace community
