@@ -30,7 +30,7 @@ struct World : AppWorld {
             addMatch([id](Match& match) { match.searchId = id; });
     }
     void fill() {
-        add(u"USA i business"_s, u"OSL, CPH, AMS, CDG"_s, u"ATL, BOS, ORD, DTW, LAX, JFK, EWR"_s,
+        add(u"USA i business"_s, u"OSL,CPH,AMS,CDG"_s, u"ATL,BOS,ORD,DTW,LAX,JFK,EWR"_s,
             [](Search& search) { search.includePartners = true; });
         add(u"Asia i business"_s, u"CPH"_s, u"BKK,HND,NRT,SIN,PVG"_s,
             [](Search& search) { search.cabins = {u"business"_s, u"premeco"_s}; });

@@ -20,8 +20,8 @@ T.Menu {
         currentIndex: menu.currentIndex
         interactive: false
     }
-    readonly property FocusReturn focusReturn: FocusReturn { popup: menu }
-    onAboutToShow: focusReturn.remember(parent ? parent.Window.window : null)
+    readonly property FocusReturn focusReturn: FocusReturn {}
+    onAboutToShow: focusReturn.remember(parent)
     onOpened: currentIndex = 0
     onClosed: focusReturn.giveBack()
 }

@@ -51,7 +51,7 @@ EditWatcherSheet::EditWatcherSheet(AppState& state, Database& database, const Cl
 }
 
 QString EditWatcherSheet::title() const {
-    return u"Rediger «%1»"_s.arg(WatcherCard{m_original, 0, {}}.quotedName());
+    return u"Rediger «%1»"_s.arg(WatcherCard{m_original, 0, {}}.quotedTitle());
 }
 
 void EditWatcherSheet::setMinSeats(int seats) {

@@ -14,6 +14,7 @@ TDSheet {
 
     sheetWidth: 640
     title: sheet.title
+    onSubmitted: view.sheet.save()
     onOpened: nameField.forceActiveFocus(Qt.TabFocusReason)
 
     Connections {
@@ -37,9 +38,6 @@ TDSheet {
     ColumnLayout {
         Layout.fillWidth: true
         spacing: TD.l
-        Keys.onReturnPressed: view.sheet.save()
-        Keys.onEnterPressed: view.sheet.save()
-
         ColumnLayout {
             spacing: TD.xs
             TDSectionTitle { small: true; text: "NAVN" }
@@ -58,12 +56,14 @@ TDSheet {
             spacing: TD.xl
             AirportField {
                 objectName: "originField"
+                Layout.alignment: Qt.AlignTop
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 field: view.sheet.origin
             }
             AirportField {
                 objectName: "destinationField"
+                Layout.alignment: Qt.AlignTop
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
                 field: view.sheet.destination

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Letters of a name that a dialog's title has room for.
+/// Letters that a dialog's title has room for.
 constexpr qsizetype longestQuote = 80;
 
 QString pretty(const QString& codes) {
@@ -31,6 +31,10 @@ WatcherCard WatcherCard::of(const Search& search, int hits, Instant now) {
         status = search.lastChecked ? u"Sjekket "_s + DateFmt::ago(search.lastChecked, now)
                                     : u"Ikke sjekket enda"_s;
     return {search, hits, std::move(status)};
+}
+
+QString WatcherCard::title() const {
+    return search.displayName().replace(u'\n', u' ');
 }
 
 QString WatcherCard::prettyDests() const {
@@ -67,7 +71,7 @@ QString WatcherCard::hitsText() const {
     return norwegian(hits) + u" treff"_s;
 }
 
-QString WatcherCard::quotedName() const {
-    const QString name = search.displayName().simplified();
-    return name.size() > longestQuote ? name.first(longestQuote - 1) + u'…' : name;
+QString WatcherCard::quotedTitle() const {
+    const QString whole = title();
+    return whole.size() > longestQuote ? whole.first(longestQuote - 1) + u'…' : whole;
 }

@@ -17,6 +17,8 @@ struct WatcherCard {
 
     static WatcherCard of(const Search& search, int hits, Instant now);
 
+    /// The name, or the route where there is none, on one line.
+    QString title() const;
     /// The destinations, "JFK, EWR".
     QString prettyDests() const;
     /// The cabins in ascending order of their labels, "Business · Økonomi"; texts that are no cabin
@@ -32,6 +34,6 @@ struct WatcherCard {
     QString homebound() const;
     /// "7 treff".
     QString hitsText() const;
-    /// The name as the confirmations quote it: on one line, cut where it would fill the screen.
-    QString quotedName() const;
+    /// The title as the dialogs quote it: cut where it would fill the screen.
+    QString quotedTitle() const;
 };

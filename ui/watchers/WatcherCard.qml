@@ -11,7 +11,7 @@ TDCard {
     required property double watcherId
     required property string name
     required property string title
-    required property string quotedName
+    required property string quotedTitle
     required property string source
     required property string route
     required property string outbound
@@ -78,7 +78,7 @@ TDCard {
             TDBadge { text: card.source }
             Item { Layout.fillWidth: true }
             TDSwitch {
-                label: "Overvåker " + card.quotedName
+                label: "Overvåker " + card.quotedTitle
                 checked: card.watching
                 onToggled: {
                     card.watchingAsked(checked);
@@ -94,18 +94,20 @@ TDCard {
             wrapMode: Text.Wrap
             elide: Text.ElideRight
             maximumLineCount: 2
+            lineHeight: 1.15
             font.weight: Font.Medium
         }
         Flow {
             Layout.fillWidth: true
             Layout.topMargin: TD.xs
-            spacing: 18
+            spacing: TD.xs
             Repeater {
                 model: [card.outbound, card.homebound, card.cabins]
                 TDLabel {
                     required property string modelData
                     visible: text !== ""
                     width: Math.min(implicitWidth, parent.width)
+                    rightPadding: TD.m
                     text: modelData
                     color: TD.textSecondary
                     elide: Text.ElideRight

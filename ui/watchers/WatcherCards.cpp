@@ -50,9 +50,9 @@ QVariant WatcherCards::data(const QModelIndex& index, int role) const {
         return card.search.name;
     case Qt::DisplayRole:
     case TitleRole:
-        return card.search.displayName();
-    case QuotedNameRole:
-        return card.quotedName();
+        return card.title();
+    case QuotedTitleRole:
+        return card.quotedTitle();
     case SourceRole:
         return card.source();
     case RouteRole:
@@ -77,9 +77,10 @@ QVariant WatcherCards::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> WatcherCards::roleNames() const {
-    return {{WatcherIdRole, "watcherId"},   {NameRole, "name"},           {TitleRole, "title"},
-            {QuotedNameRole, "quotedName"}, {SourceRole, "source"},       {RouteRole, "route"},
-            {OutboundRole, "outbound"},     {HomeboundRole, "homebound"}, {CabinsRole, "cabins"},
-            {StatusRole, "status"},         {HitsTextRole, "hitsText"},   {HasHitsRole, "hasHits"},
-            {WatchingRole, "watching"}};
+    return {
+        {WatcherIdRole, "watcherId"},     {NameRole, "name"},           {TitleRole, "title"},
+        {QuotedTitleRole, "quotedTitle"}, {SourceRole, "source"},       {RouteRole, "route"},
+        {OutboundRole, "outbound"},       {HomeboundRole, "homebound"}, {CabinsRole, "cabins"},
+        {StatusRole, "status"},           {HitsTextRole, "hitsText"},   {HasHitsRole, "hasHits"},
+        {WatchingRole, "watching"}};
 }

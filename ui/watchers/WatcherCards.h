@@ -19,7 +19,7 @@ public:
         /// As the user typed it; empty where the title is the route.
         NameRole,
         TitleRole,
-        QuotedNameRole,
+        QuotedTitleRole,
         SourceRole,
         RouteRole,
         OutboundRole,

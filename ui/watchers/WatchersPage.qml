@@ -24,7 +24,18 @@ FocusScope {
         anchors.fill: parent
         padding: 18
         focus: true
-        Accessible.name: "Overvåkere"
+        title: "Overvåkere"
+        actions: [
+            TDLabel {
+                text: page.section.activeText
+                color: TD.textSecondary
+            },
+            TDButton {
+                text: "Sjekk alle nå"
+                enabled: page.section.canCheck
+                onClicked: page.section.checkAll()
+            }
+        ]
 
         WatchersSection {
             id: cards
@@ -36,7 +47,7 @@ FocusScope {
             // Cards that are being read stay where they are when a round begins or ends above them.
             property real above: stripsHeight
             onStripsHeightChanged: {
-                if (scroll.contentY > 0 && scroll.contentY >= stripsTop)
+                if (scroll.contentY >= y)
                     scroll.contentY = Math.max(0, scroll.contentY + stripsHeight - above);
                 above = stripsHeight;
             }

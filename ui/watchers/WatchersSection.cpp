@@ -98,7 +98,7 @@ void WatchersSection::rename(qint64 id, const QString& name) {
 
 void WatchersSection::remove(qint64 id) {
     const WatcherCard* card = m_cards.find(id);
-    const QString name = card ? card->quotedName() : QString();
+    const QString name = card ? card->quotedTitle() : QString();
     const bool isTaken = m_database.takeSearch(id);
     m_state.reload();
     if (isTaken)

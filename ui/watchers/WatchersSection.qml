@@ -5,39 +5,18 @@ import Tindra.Controls
 import Tindra.Theme
 import Tindra.Watchers
 
-/** Heading, strips and cards, with the dialogs that the cards open. */
+/** Strips and cards, with the dialogs that the cards open. */
 Column {
     id: view
 
     required property WatchersSectionModel section
     property bool offersSearch: false
     signal searchRequested
-    /** Where the strips begin, and what they take in height with their spacing. */
-    readonly property real stripsTop: strips.y
+    /** What the strips take in height, with the spacing below them. */
     readonly property real stripsHeight: strips.visible ? strips.height + spacing : 0
 
     spacing: TD.l
 
-    RowLayout {
-        width: parent.width
-        spacing: TD.m
-        TDLabel {
-            Layout.fillWidth: true
-            text: "Overvåkere"
-            elide: Text.ElideRight
-            font { pixelSize: TD.pageTitle; bold: true }
-            Accessible.role: Accessible.Heading
-        }
-        TDLabel {
-            text: view.section.activeText
-            color: TD.textSecondary
-        }
-        TDButton {
-            text: "Sjekk alle nå"
-            enabled: view.section.canCheck
-            onClicked: view.section.checkAll()
-        }
-    }
     Column {
         id: strips
         width: parent.width
@@ -62,7 +41,7 @@ Column {
             onWatchingAsked: on => view.section.setWatching(watcherId, on)
             onEditAsked: view.section.edit(watcherId)
             onRenameAsked: renaming.ask(watcherId, name)
-            onDeleteAsked: deletion.ask(watcherId, quotedName)
+            onDeleteAsked: deletion.ask(watcherId, quotedTitle)
         }
     }
     TDEmptyState {

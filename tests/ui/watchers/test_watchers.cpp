@@ -47,14 +47,11 @@ private Q_SLOTS:
         search.returnDateTo = u"2028-01-10"_s;
         search.cabins = {u"economy"_s, u"business"_s};
         search.lastChecked = ManualClock().now() - 9min;
-        QTest::newRow("round trip") << search
-                                    << QStringList{search.name,
-                                                   u"SAS + PARTNERE"_s,
-                                                   u"OSL, BGO ⇄ JFK, EWR"_s,
-                                                   u"Ut 28.02.27 – 31.03.27"_s,
-                                                   u"Hjem 20.12.27 – 10.01.28"_s,
-                                                   u"Business · Økonomi"_s,
-                                                   u"Sjekket 9 min siden"_s};
+        QTest::newRow("round trip")
+            << search << QStringList{u"USA  i business"_s,          u"SAS + PARTNERE"_s,
+                                     u"OSL, BGO ⇄ JFK, EWR"_s,      u"Ut 28.02.27 – 31.03.27"_s,
+                                     u"Hjem 20.12.27 – 10.01.28"_s, u"Business · Økonomi"_s,
+                                     u"Sjekket 9 min siden"_s};
         search = Search();
         search.name = u"x"_s;
         search.enabled = false;
@@ -70,12 +67,12 @@ private Q_SLOTS:
     void cardTexts() {
         QFETCH(Search, search);
         const auto card = WatcherCard::of(search, 1284, ManualClock().now());
-        QTEST(QStringList({search.displayName(), card.source(), card.route(), card.outbound(),
+        QTEST(QStringList({card.title(), card.source(), card.route(), card.outbound(),
                            card.homebound(), card.cabinsLabel(), card.status}),
               "texts");
         QCOMPARE(card.hitsText(), u"1"_s + nbsp + u"284 treff"_s);
-        search.name = u"Lang  tur\n"_s + QString(5000, u'x');
-        const QString quoted = WatcherCard{search, 0, {}}.quotedName();
+        search.name = u"Lang tur\n"_s + QString(5000, u'x');
+        const QString quoted = WatcherCard{search, 0, {}}.quotedTitle();
         QCOMPARE(quoted.size(), 80);
         QVERIFY(quoted.startsWith(u"Lang tur xx"_s) && quoted.endsWith(u"x…"_s));
     }
