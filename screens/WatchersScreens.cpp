@@ -43,6 +43,7 @@ struct World : AppWorld {
         addHits(1, 7);
         addHits(2, 11);
         database.toggleSearch(3);
+        state.reload();
         clock.advance(9min);
     }
     void setLastRound(const QStringList& errors, int alerts = 4, int soldOut = 1) {

@@ -47,7 +47,7 @@ FocusScope {
             // Cards that are being read stay where they are when a round begins or ends above them.
             property real above: stripsHeight
             onStripsHeightChanged: {
-                if (scroll.contentY >= y)
+                if (scroll.contentY > 0 && scroll.contentY >= y)
                     scroll.contentY = Math.max(0, scroll.contentY + stripsHeight - above);
                 above = stripsHeight;
             }
