@@ -33,7 +33,7 @@ T.CheckBox {
             visible: control.checked
             name: "checkmark"
             size: 12
-            color: TD.dark ? TD.window : "white"
+            color: TD.onAccent
         }
         TDFocusRing { target: control; radius: 7 }
     }

@@ -19,7 +19,7 @@ T.TextField {
     verticalAlignment: Text.AlignVCenter
     color: TD.text
     selectionColor: TD.accent
-    selectedTextColor: TD.dark ? TD.window : "white"
+    selectedTextColor: TD.onAccent
     placeholderTextColor: TD.textTertiary
     font { family: TD.fontFamily; pixelSize: large ? TD.pageTitle : TD.body; bold: large }
     opacity: enabled ? 1 : 0.5
