@@ -103,7 +103,8 @@ void Api::answer(const Request& request, std::string_view body, Reply reply) {
 
 void Api::show(const Request& request, Reply reply) {
     const std::size_t mark = std::min(request.target.find('?'), request.target.size() - 1);
-    const std::vector<std::string> routes = routesOf(request.target.substr(mark + 1), mostRoutes);
+    const std::vector<std::string> routes =
+        routesOf(std::string_view(request.target).substr(mark + 1), mostRoutes);
     if (routes.empty()) {
         reply(refusal(400, R"("routes" must name routes such as OSL-BKK, joined by ",".)"));
         return;

@@ -15,9 +15,9 @@
 namespace community {
 
 struct Request {
-    std::string_view method;
-    std::string_view target;      ///< path and query
-    std::string_view contentType; ///< empty when absent
+    std::string method;
+    std::string target;      ///< path and query
+    std::string contentType; ///< empty when absent
     bool hasBody = false;
     std::uint64_t sender = 0; ///< see senderOf()
 };

@@ -71,51 +71,78 @@ void Connection::enter(Phase phase, std::chrono::milliseconds limit) {
 
 void Connection::awaitRequest() {
     m_parser.reset();
+    m_request = {};
     if (m_buffer.size() > 0) {
+        enter(Phase::Reading, m_all.limits().request);
         readHead();
         return;
     }
     if (m_buffer.capacity() > restingBuffer)
         m_buffer.shrink_to_fit();
     enter(Phase::Idle, m_all.limits().idle);
+    readMore();
+}
+
+void Connection::readMore() {
     m_socket.async_read_some(m_buffer.prepare(restingBuffer / 2),
                              [self = shared_from_this()](Error error, std::size_t bytes) {
                                  if (error) {
-                                     self->close();
+                                     self->refuseBroken(error);
                                      return;
                                  }
                                  self->m_buffer.commit(bytes);
+                                 if (self->m_phase == Phase::Idle)
+                                     self->enter(Phase::Reading, self->m_all.limits().request);
                                  self->readHead();
                              });
 }
 
 void Connection::readHead() {
-    enter(Phase::Reading, m_all.limits().request);
+    const std::string_view bytes(static_cast<const char*>(m_buffer.data().data()), m_buffer.size());
+    const std::size_t limit = m_all.limits().header;
+    if (bytes.front() < 'A' || bytes.front() > 'Z')
+        refuseBroken(http::error::bad_method);
+    else if (bytes.substr(0, limit).find("\r\n\r\n") != std::string_view::npos)
+        takeHead();
+    else if (bytes.size() >= limit)
+        refuseBroken(http::error::header_limit);
+    else
+        readMore();
+}
+
+void Connection::takeHead() {
     m_parser.emplace();
     m_parser->header_limit(m_all.limits().header);
     m_parser->body_limit(m_all.limits().body);
-    http::async_read_header(
-        m_socket, m_buffer, *m_parser,
-        [self = shared_from_this()](Error error, std::size_t) { self->headRead(error); });
-}
-
-void Connection::headRead(Error error) {
+    Error error;
+    m_buffer.consume(m_parser->put(m_buffer.data(), error));
     if (error) {
         refuseBroken(error);
         return;
     }
-    if (auto refused = m_all.api().refused(request())) {
-        refuse(std::move(*refused));
-        return;
-    }
-    const auto& message = m_parser->get();
-    if (message.method() == http::verb::get) {
+    auto& message = m_parser->get();
+    const bool isAwaited = !message[http::field::expect].empty();
+    m_staysOpen = message.keep_alive() && message.version() == 11;
+    m_request.method = viewOf(message.method_string());
+    m_request.target = viewOf(message.target());
+    m_request.contentType = viewOf(message[http::field::content_type]);
+    m_request.hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
+    m_request.sender = senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies());
+    message.clear();
+    welcome(isAwaited);
+}
+
+void Connection::welcome(bool isAwaited) {
+    if (auto refused = m_all.api().refused(m_request)) {
+        // The rest of a refused request is not wanted, so nothing can follow it.
+        write(std::move(*refused), m_staysOpen && !m_request.hasBody);
+    } else if (m_request.method == "GET") {
         answer();
-    } else if (!m_parser->content_length() || m_parser->chunked()) {
-        refuse(refusal(411, "The request must say how long its body is."));
+    } else if (!m_parser->content_length()) {
+        write(refusal(411, "The request must say how long its body is."), false);
     } else if (!reserve(std::size_t(*m_parser->content_length()))) {
-        refuse(refusal(503, "The service is too busy.", "Retry-After: 10\r\n"));
-    } else if (!message[http::field::expect].empty()) {
+        write(refusal(503, "The service is too busy.", "Retry-After: 10\r\n"), false);
+    } else if (isAwaited) {
         static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
         asio::async_write(m_socket, asio::buffer(goOn),
                           [self = shared_from_this()](Error broken, std::size_t) {
@@ -135,19 +162,10 @@ void Connection::readBody() {
 
 void Connection::answer() {
     m_phase = Phase::Answering;
-    m_all.api().answer(request(), m_parser->get().body(),
+    m_all.api().answer(m_request, m_parser->get().body(),
                        [self = shared_from_this()](Response response) {
-                           const auto& message = self->m_parser->get();
-                           const bool staysOpen = message.keep_alive() && message.version() == 11;
-                           self->write(std::move(response), staysOpen);
+                           self->write(std::move(response), self->m_staysOpen);
                        });
-}
-
-// The rest of a refused request is not wanted, so nothing can follow it.
-void Connection::refuse(Response response) {
-    const bool isWhole = m_parser->is_header_done() && m_parser->get().keep_alive() &&
-                         m_parser->get().version() == 11 && !request().hasBody;
-    write(std::move(response), isWhole);
 }
 
 void Connection::refuseBroken(Error error) {
@@ -157,8 +175,6 @@ void Connection::refuseBroken(Error error) {
         write(refusal(431, "The request's header is too large."), false);
     else if (error == http::error::body_limit)
         write(refusal(413, "The request's body is too large."), false);
-    else if (error == http::error::buffer_overflow)
-        write(refusal(431, "The request's header is too large."), false);
     else if (isProtocolError(error))
         write(refusal(400, "This is not an HTTP request."), false);
     else
@@ -168,8 +184,7 @@ void Connection::refuseBroken(Error error) {
 void Connection::write(Response response, bool staysOpen) {
     if (!m_isOpen)
         return;
-    if (m_parser && m_parser->is_header_done())
-        m_parser->get().body() = std::string();
+    m_parser.reset();
     release();
     if (response.body && !reserve(response.body->size())) {
         response = refusal(503, "The service is too busy.", "Retry-After: 10\r\n");
@@ -191,7 +206,7 @@ void Connection::write(Response response, bool staysOpen) {
     m_head += staysOpen ? "\r\n" : "Connection: close\r\n\r\n";
 
     // The answer to HEAD says how long a body would be, and has none.
-    const bool hasBody = m_body && !(m_parser && m_parser->get().method() == http::verb::head);
+    const bool hasBody = m_body && m_request.method != "HEAD";
     const std::array<asio::const_buffer, 2> parts{
         asio::buffer(m_head), hasBody ? asio::buffer(*m_body) : asio::const_buffer()};
     enter(Phase::Writing, m_all.limits().response);
@@ -232,14 +247,6 @@ bool Connection::reserve(std::size_t bytes) {
 
 void Connection::release() {
     m_all.release(std::exchange(m_reserved, 0));
-}
-
-Request Connection::request() const {
-    const auto& message = m_parser->get();
-    return {viewOf(message.method_string()), viewOf(message.target()),
-            viewOf(message[http::field::content_type]),
-            m_parser->chunked() || m_parser->content_length().value_or(0) > 0,
-            senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies())};
 }
 
 } // namespace community

@@ -22,6 +22,10 @@ class Connections;
 
 /// One client's connection: reads a request, has it answered, writes the answer, and so on. Its
 /// waits are ended by Connections. Lives as long as an operation of it is on its way.
+///
+/// A header is kept as it came until it is whole, and given up once it was understood: the parser
+/// takes many times the room of the header's bytes, and lets it grow without end when it comes in
+/// pieces.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
     using Executor = boost::asio::io_context::executor_type;
@@ -49,17 +53,17 @@ private:
     void enter(Phase phase, std::chrono::milliseconds limit);
     void awaitRequest();
     void readHead();
-    void headRead(Error error);
+    void readMore();
+    void takeHead();
+    void welcome(bool isAwaited);
     void readBody();
     void answer();
-    void refuse(Response response);
     void refuseBroken(Error error);
     void write(Response response, bool staysOpen);
     void drain();
     void readScrap();
     bool reserve(std::size_t bytes);
     void release();
-    Request request() const;
 
     Socket m_socket;
     boost::asio::ip::address m_peer;
@@ -72,6 +76,8 @@ private:
     std::size_t m_reserved = 0;
     boost::beast::flat_buffer m_buffer;
     std::optional<boost::beast::http::request_parser<boost::beast::http::string_body>> m_parser;
+    Request m_request;
+    bool m_staysOpen = false; // as far as the client wishes
     std::string m_head;
     std::shared_ptr<const std::string> m_body;
     std::array<char, 1024> m_scrap;
