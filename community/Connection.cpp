@@ -9,6 +9,7 @@
 #include <boost/beast/http/rfc7230.hpp>
 #include <boost/beast/http/status.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace community {
@@ -25,6 +26,10 @@ constexpr std::chrono::milliseconds drainLimit{1000};
 
 std::string_view viewOf(beast::string_view text) {
     return {text.data(), text.size()};
+}
+
+Connection::Instant now() {
+    return std::chrono::steady_clock::now();
 }
 
 bool isProtocolError(const boost::system::error_code& error) {
@@ -44,11 +49,9 @@ void Connection::close() {
     if (!m_isOpen)
         return;
     m_isOpen = false;
-    const auto self = shared_from_this();
-    release();
     Error ignored;
     m_socket.close(ignored);
-    m_all.remove(self);
+    m_all.remove(shared_from_this());
 }
 
 void Connection::endWait() {
@@ -62,10 +65,10 @@ void Connection::endWait() {
     m_socket.cancel(ignored);
 }
 
-void Connection::enter(Phase phase, std::chrono::milliseconds limit) {
+void Connection::enter(Phase phase, Instant deadline) {
     m_phase = phase;
-    m_since = std::chrono::steady_clock::now();
-    m_deadline = m_since + limit;
+    m_since = now();
+    m_deadline = deadline;
     m_isTimedOut = false;
 }
 
@@ -73,14 +76,19 @@ void Connection::awaitRequest() {
     m_parser.reset();
     m_request = {};
     if (m_buffer.size() > 0) {
-        enter(Phase::Reading, m_all.limits().request);
-        readHead();
+        beginRequest();
         return;
     }
     if (m_buffer.capacity() > restingBuffer)
         m_buffer.shrink_to_fit();
-    enter(Phase::Idle, m_all.limits().idle);
+    enter(Phase::Idle, now() + m_all.limits().idle);
     readMore();
+}
+
+void Connection::beginRequest() {
+    m_requestEnd = now() + m_all.limits().request;
+    enter(Phase::Reading, m_requestEnd);
+    readHead();
 }
 
 void Connection::readMore() {
@@ -91,9 +99,8 @@ void Connection::readMore() {
                                      return;
                                  }
                                  self->m_buffer.commit(bytes);
-                                 if (self->m_phase == Phase::Idle)
-                                     self->enter(Phase::Reading, self->m_all.limits().request);
-                                 self->readHead();
+                                 self->m_phase == Phase::Idle ? self->beginRequest()
+                                                              : self->readHead();
                              });
 }
 
@@ -136,21 +143,37 @@ void Connection::welcome(bool isAwaited) {
     if (auto refused = m_all.api().refused(m_request)) {
         // The rest of a refused request is not wanted, so nothing can follow it.
         write(std::move(*refused), m_staysOpen && !m_request.hasBody);
-    } else if (m_request.method == "GET") {
-        answer();
-    } else if (!m_parser->content_length()) {
-        write(refusal(411, "The request must say how long its body is."), false);
-    } else if (!reserve(std::size_t(*m_parser->content_length()))) {
-        write(refusal(503, "The service is too busy.", "Retry-After: 10\r\n"), false);
-    } else if (isAwaited) {
-        static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
-        asio::async_write(m_socket, asio::buffer(goOn),
-                          [self = shared_from_this()](Error broken, std::size_t) {
-                              broken ? self->close() : self->readBody();
-                          });
-    } else {
-        readBody();
+        return;
     }
+    const bool isPost = m_request.method == "POST";
+    if (isPost && !m_parser->content_length()) {
+        write(refusal(411, "The request must say how long its body is."), false);
+        return;
+    }
+    const std::size_t wanted = std::min(isPost ? std::size_t(*m_parser->content_length())
+                                               : Api::mostAnswerBytes(m_request),
+                                        m_all.room().most());
+    m_phase = Phase::Answering;
+    m_all.room().take(wanted, [self = shared_from_this(), wanted, isAwaited] {
+        self->m_taken = wanted;
+        self->proceed(isAwaited);
+    });
+}
+
+void Connection::proceed(bool isAwaited) {
+    static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    if (m_request.method == "GET") {
+        answer();
+        return;
+    }
+    enter(Phase::Reading, m_requestEnd);
+    if (!isAwaited)
+        readBody();
+    else
+        asio::async_write(m_socket, asio::buffer(goOn),
+                          [self = shared_from_this()](Error error, std::size_t) {
+                              error ? self->refuseBroken(error) : self->readBody();
+                          });
 }
 
 void Connection::readBody() {
@@ -177,18 +200,18 @@ void Connection::refuseBroken(Error error) {
         write(refusal(413, "The request's body is too large."), false);
     else if (isProtocolError(error))
         write(refusal(400, "This is not an HTTP request."), false);
-    else
+    else {
+        m_parser.reset();
+        keepTaken(0);
         close();
+    }
 }
 
 void Connection::write(Response response, bool staysOpen) {
-    if (!m_isOpen)
-        return;
     m_parser.reset();
-    release();
-    if (response.body && !reserve(response.body->size())) {
-        response = refusal(503, "The service is too busy.", "Retry-After: 10\r\n");
-        staysOpen = false;
+    if (!m_isOpen) {
+        keepTaken(0);
+        return;
     }
     m_body = std::move(response.body);
     m_head = "HTTP/1.1 ";
@@ -209,11 +232,11 @@ void Connection::write(Response response, bool staysOpen) {
     const bool hasBody = m_body && m_request.method != "HEAD";
     const std::array<asio::const_buffer, 2> parts{
         asio::buffer(m_head), hasBody ? asio::buffer(*m_body) : asio::const_buffer()};
-    enter(Phase::Writing, m_all.limits().response);
+    enter(Phase::Writing, now() + m_all.limits().response);
     asio::async_write(m_socket, parts,
                       [self = shared_from_this(), staysOpen](Error error, std::size_t) {
-                          self->release();
                           self->m_body.reset();
+                          self->keepTaken(0);
                           if (error || !self->m_isOpen)
                               self->close();
                           else if (staysOpen)
@@ -221,13 +244,14 @@ void Connection::write(Response response, bool staysOpen) {
                           else
                               self->drain();
                       });
+    keepTaken(m_body ? m_body->size() : 0);
 }
 
 // Closing with unread input resets the connection, and the answer may be lost with it.
 void Connection::drain() {
     Error ignored;
     m_socket.shutdown(Socket::shutdown_send, ignored);
-    enter(Phase::Draining, drainLimit);
+    enter(Phase::Draining, now() + drainLimit);
     readScrap();
 }
 
@@ -238,15 +262,10 @@ void Connection::readScrap() {
                              });
 }
 
-bool Connection::reserve(std::size_t bytes) {
-    if (!m_all.reserve(*this, bytes))
-        return false;
-    m_reserved += bytes;
-    return true;
-}
-
-void Connection::release() {
-    m_all.release(std::exchange(m_reserved, 0));
+// Gives back what is more than this.
+void Connection::keepTaken(std::size_t bytes) {
+    if (m_taken > bytes)
+        m_all.room().giveBack(std::exchange(m_taken, bytes) - bytes);
 }
 
 } // namespace community

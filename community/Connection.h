@@ -41,8 +41,9 @@ public:
     bool isWaitingForClient() const { return m_phase != Phase::Answering; }
     Instant waitingSince() const { return m_since; }
     Instant deadline() const { return m_deadline; }
-    /// Bytes of Connections' room that it holds.
-    std::size_t reserved() const { return m_reserved; }
+    /// Bytes of the common room. A closed connection gives them back when its last operation ends,
+    /// which still holds the memory.
+    std::size_t taken() const { return m_taken; }
     /// The client took too long: an unfinished request gets its answer, all else is closed.
     void endWait();
 
@@ -50,20 +51,21 @@ private:
     enum class Phase { Idle, Reading, Answering, Writing, Draining };
     using Error = boost::system::error_code;
 
-    void enter(Phase phase, std::chrono::milliseconds limit);
+    void enter(Phase phase, Instant deadline);
     void awaitRequest();
+    void beginRequest();
     void readHead();
     void readMore();
     void takeHead();
     void welcome(bool isAwaited);
+    void proceed(bool isAwaited);
     void readBody();
     void answer();
     void refuseBroken(Error error);
     void write(Response response, bool staysOpen);
     void drain();
     void readScrap();
-    bool reserve(std::size_t bytes);
-    void release();
+    void keepTaken(std::size_t bytes);
 
     Socket m_socket;
     boost::asio::ip::address m_peer;
@@ -71,9 +73,10 @@ private:
     Phase m_phase = Phase::Idle;
     Instant m_since;
     Instant m_deadline;
+    Instant m_requestEnd;
     bool m_isOpen = true;
     bool m_isTimedOut = false;
-    std::size_t m_reserved = 0;
+    std::size_t m_taken = 0;
     boost::beast::flat_buffer m_buffer;
     std::optional<boost::beast::http::request_parser<boost::beast::http::string_body>> m_parser;
     Request m_request;
