@@ -32,7 +32,9 @@ FocusScope {
             },
             TDButton {
                 text: "Sjekk alle nå"
-                enabled: page.section.canCheck
+                // Not disabled while a round runs: it would lose the focus.
+                enabled: page.section.active
+                opacity: page.section.canCheck ? 1 : 0.5
                 onClicked: page.section.checkAll()
             }
         ]
@@ -45,7 +47,8 @@ FocusScope {
             onSearchRequested: page.searchRequested()
 
             // Cards that are being read stay where they are when a round begins or ends above them.
-            property real above: stripsHeight
+            property real above
+            Component.onCompleted: above = stripsHeight
             onStripsHeightChanged: {
                 if (scroll.contentY > 0 && scroll.contentY >= y)
                     scroll.contentY = Math.max(0, scroll.contentY + stripsHeight - above);

@@ -49,11 +49,14 @@ void WatchersSection::keepTime() {
     m_minute = m_clock.after(1min, [this] { keepTime(); });
 }
 
-QString WatchersSection::activeText() const {
+int WatchersSection::active() const {
     const auto& cards = m_cards.cards();
-    const auto active = std::count_if(cards.begin(), cards.end(),
-                                      [](const WatcherCard& card) { return card.search.enabled; });
-    return norwegian(static_cast<int>(active)) + u" aktive"_s;
+    return static_cast<int>(std::count_if(
+        cards.begin(), cards.end(), [](const WatcherCard& card) { return card.search.enabled; }));
+}
+
+QString WatchersSection::activeText() const {
+    return norwegian(active()) + u" aktive"_s;
 }
 
 bool WatchersSection::isEmpty() const {
@@ -61,10 +64,7 @@ bool WatchersSection::isEmpty() const {
 }
 
 bool WatchersSection::canCheck() const {
-    const auto& cards = m_cards.cards();
-    return !m_worker.isRunning() && !m_isBeginning &&
-           std::any_of(cards.begin(), cards.end(),
-                       [](const WatcherCard& card) { return card.search.enabled; });
+    return isActive() && !m_worker.isRunning() && !m_isBeginning;
 }
 
 void WatchersSection::checkAll() {
@@ -112,14 +112,15 @@ void WatchersSection::undoRemove() {
 
 void WatchersSection::edit(qint64 id) {
     const WatcherCard* card = m_cards.find(id);
-    if (!card)
+    if (!card || m_sheet)
         return;
-    m_sheet = std::make_unique<EditWatcherSheet>(m_state, m_database, m_clock, card->search);
+    m_sheet = new EditWatcherSheet(m_state, m_database, m_clock, card->search, this);
     Q_EMIT sheetChanged();
 }
 
 void WatchersSection::closeSheet() {
-    // Bindings let go of it before it goes.
-    const auto old = std::exchange(m_sheet, nullptr);
+    // It may be the one that has asked for it.
+    if (EditWatcherSheet* old = std::exchange(m_sheet, nullptr))
+        old->deleteLater();
     Q_EMIT sheetChanged();
 }

@@ -29,6 +29,8 @@ class WatchersSection : public QObject {
     /// "2 aktive".
     Q_PROPERTY(QString activeText READ activeText NOTIFY changed)
     Q_PROPERTY(bool empty READ isEmpty NOTIFY changed)
+    /// Whether any watcher is on.
+    Q_PROPERTY(bool active READ isActive NOTIFY changed)
     /// Whether "Sjekk alle nå" would start a round: a watcher is on and no round runs or begins.
     Q_PROPERTY(bool canCheck READ canCheck NOTIFY changed)
     /// Whether the cards are on the screen; only then do their times go on.
@@ -44,10 +46,11 @@ public:
     LastCheckStrip* lastCheck() { return &m_lastCheck; }
     QString activeText() const;
     bool isEmpty() const;
+    bool isActive() const { return active() > 0; }
     bool canCheck() const;
     bool isShown() const { return m_isShown; }
     void setShown(bool shown);
-    EditWatcherSheet* sheet() { return m_sheet.get(); }
+    EditWatcherSheet* sheet() { return m_sheet; }
 
     /// Starts a round without waiting for it.
     Q_INVOKABLE void checkAll();
@@ -71,6 +74,7 @@ Q_SIGNALS:
     void removed(const QString& text);
 
 private:
+    int active() const;
     void refresh();
     void keepTime();
 
@@ -81,7 +85,8 @@ private:
     WatcherCards m_cards;
     ActivityStrip m_activity;
     LastCheckStrip m_lastCheck;
-    std::unique_ptr<EditWatcherSheet> m_sheet;
+    /// A child; null while no watcher is edited.
+    EditWatcherSheet* m_sheet = nullptr;
     std::unique_ptr<Clock::Timer> m_minute;
     bool m_isShown = false;
     /// A round has been asked for; before it runs it may have to revive the session.

@@ -21,14 +21,12 @@ Column {
         id: strips
         width: parent.width
         spacing: parent.spacing
-        visible: activity.visible || lastCheck.visible
+        visible: view.section.activity.running || view.section.lastCheck.present
         ActivityStrip {
-            id: activity
             width: parent.width
             strip: view.section.activity
         }
         LastCheckStrip {
-            id: lastCheck
             width: parent.width
             strip: view.section.lastCheck
         }
@@ -100,7 +98,8 @@ Column {
         active: view.section.sheet !== null
         sourceComponent: EditWatcherSheet {
             sheet: view.section.sheet
-            onClosed: view.section.closeSheet()
+            // Not at once: it would go while it is still closing.
+            onClosed: Qt.callLater(view.section.closeSheet)
             Component.onCompleted: open()
         }
     }
