@@ -31,6 +31,11 @@ TDCard {
     readonly property string toggleText: watching ? "Pause" : "Start"
     readonly property string toggleSymbol: watching ? "pause" : "play"
 
+    function openMenu(place: Item, x: real, y: real) {
+        menu.active = true;
+        menu.item.popup(place, x, y);
+    }
+
     objectName: "card" + watcherId
     color: watching ? TD.card : TD.field
     borderColor: hover.hovered ? TD.tint(TD.accent, 0.5) : TD.hairline
@@ -43,7 +48,7 @@ TDCard {
 
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
-            menu.popup(more, 0, more.height);
+            openMenu(more, 0, more.height);
         else if (event.key === Qt.Key_F2)
             card.renameAsked();
         else if (event.key === Qt.Key_Delete)
@@ -60,7 +65,7 @@ TDCard {
         HoverHandler { id: hover }
         TapHandler {
             acceptedButtons: Qt.RightButton
-            onTapped: point => menu.popup(parent, point.position.x, point.position.y)
+            onTapped: point => card.openMenu(parent, point.position.x, point.position.y)
         }
 
         RowLayout {
@@ -159,29 +164,32 @@ TDCard {
         }
     }
 
-    CardMenu {
+    // Made when it is first wanted: most cards never show it.
+    Loader {
         id: menu
-        objectName: "cardMenu"
-        CardMenuItem {
-            text: card.toggleText
-            symbol: card.toggleSymbol
-            onTriggered: card.toggleAsked()
-        }
-        CardMenuItem {
-            text: "Rediger søket…"
-            symbol: "slider.horizontal.3"
-            onTriggered: card.editAsked()
-        }
-        CardMenuItem {
-            text: "Gi nytt navn…"
-            symbol: "pencil"
-            onTriggered: card.renameAsked()
-        }
-        CardMenuItem {
-            text: "Slett…"
-            symbol: "trash"
-            ink: TD.danger
-            onTriggered: card.deleteAsked()
+        active: false
+        sourceComponent: CardMenu {
+            CardMenuItem {
+                text: card.toggleText
+                symbol: card.toggleSymbol
+                onTriggered: card.toggleAsked()
+            }
+            CardMenuItem {
+                text: "Rediger søket…"
+                symbol: "slider.horizontal.3"
+                onTriggered: card.editAsked()
+            }
+            CardMenuItem {
+                text: "Gi nytt navn…"
+                symbol: "pencil"
+                onTriggered: card.renameAsked()
+            }
+            CardMenuItem {
+                text: "Slett…"
+                symbol: "trash"
+                ink: TD.danger
+                onTriggered: card.deleteAsked()
+            }
         }
     }
 }
