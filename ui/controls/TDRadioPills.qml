@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tindra.Theme
 
 /** One choice of a few, as capsules. `picked` says what the user chose. */
