@@ -30,6 +30,7 @@ T.Button {
     font { family: TD.fontFamily; pixelSize: large ? 15 : TD.body; weight: Font.DemiBold }
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
+    Accessible.role: Accessible.Button
     Accessible.name: text
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

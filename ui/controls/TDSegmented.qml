@@ -62,6 +62,7 @@ Item {
                 focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
                 font { family: TD.fontFamily; pixelSize: TD.body; weight: checked ? Font.DemiBold : Font.Medium }
                 Accessible.role: Accessible.RadioButton
+                Accessible.name: text
                 Accessible.checkable: true
                 Accessible.checked: checked
                 onClicked: segmented.pick(index)
