@@ -156,6 +156,7 @@ TDCard {
             }
             WindowWarning {
                 id: warning
+                objectName: "warning"
                 form: card.form
                 y: outbound.height + TD.l + (card.wide ? 0 : more.height + TD.l)
                 width: choices.width
