@@ -55,7 +55,7 @@ T.ComboBox {
         hoverEnabled: true
         Accessible.role: Accessible.ListItem
         Accessible.name: text
-        text: combo.textRole === "" ? model.modelData : model[combo.textRole]
+        text: combo.textRole === "" ? model.modelData : model[combo.textRole] ?? model.modelData[combo.textRole]
         contentItem: Text {
             text: entry.text
             font { family: TD.fontFamily; pixelSize: TD.body; weight: entry.index === combo.currentIndex ? Font.DemiBold : Font.Normal }

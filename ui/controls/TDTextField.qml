@@ -25,7 +25,6 @@ T.TextField {
     opacity: enabled ? 1 : 0.5
     selectByMouse: true
     Accessible.role: Accessible.EditableText
-    Accessible.passwordEdit: echoMode !== TextInput.Normal
     Accessible.name: placeholderText
     HoverHandler { cursorShape: Qt.IBeamCursor }
 

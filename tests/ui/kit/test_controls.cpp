@@ -127,6 +127,72 @@ private Q_SLOTS:
         QCOMPARE(log(window), u"1 2 1"_s);
     }
 
+    void bindingsOutliveTheUsersChange() {
+        PageWindow window(
+            page("property bool on; property int n: 1; property string words: 'a'\n" + column +
+                 "TDSwitch { label: 'Bryter'; checked: root.on; onToggled: root.on = checked }"
+                 "TDCheckBox { text: 'Boks'; checked: root.on; onToggled: root.on = checked }"
+                 "TDChip { text: 'Brikke'; checkable: true; checked: root.on; onToggled: root.on = "
+                 "checked }"
+                 "TDSegmented { objectName: 'n'; label: 'Valg'; model: ['x', 'y', 'z']; "
+                 "currentIndex: root.n; onPicked: i => root.n = i }"
+                 "TDComboBox { objectName: 'n'; label: 'Liste'; model: ['l', 'm', 'n']; "
+                 "currentIndex: root.n; onActivated: i => root.n = i }"
+                 "TDStepper { text: 'N: ' + value; value: root.n; onPicked: n => root.n = n }"
+                 "TDTextField { placeholderText: 'Felt'; text: root.words; "
+                 "onTextEdited: root.words = text } }"),
+            {}, {400, 400});
+        const auto areChecked = [&window](bool on) {
+            for (const char16_t* name : {u"Bryter", u"Boks", u"Brikke"})
+                if (window.find(QString::fromUtf16(name))->property("checked").toBool() != on)
+                    return false;
+            return true;
+        };
+        for (const char16_t* name : {u"Bryter", u"Boks", u"Brikke"}) {
+            window.click(QString::fromUtf16(name));
+            QVERIFY(areChecked(true));
+            window.root()->setProperty("on", false);
+            QVERIFY(areChecked(false));
+        }
+        const auto areAt = [&window](int n) {
+            for (const QQuickItem* item : window.findAll(u"n"_s))
+                if (item->property("currentIndex").toInt() != n)
+                    return false;
+            return window.isShown(u"N: %1"_s.arg(n));
+        };
+        window.click(u"z"_s);
+        QVERIFY(areAt(2));
+        window.click(u"Færre"_s);
+        QVERIFY(areAt(1));
+        window.click(window.findAll(u"n"_s)[1]);
+        window.click(u"l"_s);
+        QVERIFY(areAt(0));
+        window.root()->setProperty("n", 2);
+        QVERIFY(areAt(2));
+        window.click(u"Felt"_s);
+        window.type(u"b"_s);
+        window.root()->setProperty("words", u"ny"_s);
+        QVERIFY(window.isShown(u"ny"_s));
+    }
+
+    void thingsMoveWhereTheyMay() {
+        PageWindow window(page("TDStatusDot { objectName: 'dot'; pulsing: true }\n"
+                               "TDDialog { title: 'Slette?'; actionText: 'Slett'\n"
+                               "objectName: 'popup' }"),
+                          {}, {600, 400});
+        const auto dimmed = [&window] { return window.find(u"dot"_s)->opacity() < 1; };
+        QTest::qWait(100);
+        QVERIFY(!dimmed());
+        window.appearance.setReducesMotion(false);
+        QTRY_VERIFY(dimmed());
+        open(window);
+        window.key(Qt::Key_Escape);
+        QVERIFY(window.isShown(u"Slette?"_s));
+        QTRY_VERIFY(!window.isShown(u"Slette?"_s));
+        window.appearance.setReducesMotion(true);
+        QVERIFY(!dimmed());
+    }
+
     void aPopoverTakesTheFocusAndGivesItBack() {
         PageWindow window(page(column + "TDButton { text: 'Mer'; onClicked: more.open()\n"
                                         "TDPopover { id: more; label: 'Valg'\n"
