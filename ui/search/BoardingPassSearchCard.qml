@@ -73,10 +73,7 @@ TDCard {
                 label: "Reisetype"
                 model: ["⇄ Tur/retur", "→ Én vei"]
                 currentIndex: card.form.roundTrip ? 0 : 1
-                onPicked: index => {
-                    card.form.roundTrip = index === 0;
-                    currentIndex = Qt.binding(() => card.form.roundTrip ? 0 : 1);
-                }
+                onPicked: index => card.form.roundTrip = index === 0
             }
         }
         Item { width: 1; height: TD.l }
