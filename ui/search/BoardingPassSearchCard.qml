@@ -203,8 +203,10 @@ TDCard {
 
     /** Return: on to the next field. */
     function moveOn() {
-        const next = destination.activeFocus ? outbound : destination;
-        next.forceActiveFocus(Qt.TabFocusReason);
+        if (destination.activeFocus)
+            outbound.forceActiveFocus(Qt.TabFocusReason);
+        else
+            destination.forceActiveFocus(Qt.TabFocusReason);
     }
     /** The pressed button is gone or dead after a search; the next one begins with its destination. */
     function startAgain() {
