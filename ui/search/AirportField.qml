@@ -60,6 +60,7 @@ FocusScope {
                 anchors.fill: parent
                 text: input.text
                 elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
                 verticalAlignment: Text.AlignVCenter
                 font: input.font
                 Accessible.ignored: true

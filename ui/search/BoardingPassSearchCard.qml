@@ -73,10 +73,7 @@ TDCard {
                 label: "Reisetype"
                 model: ["⇄ Tur/retur", "→ Én vei"]
                 currentIndex: card.form.roundTrip ? 0 : 1
-                onPicked: index => {
-                    card.form.roundTrip = index === 0;
-                    currentIndex = Qt.binding(() => card.form.roundTrip ? 0 : 1);
-                }
+                onPicked: index => card.form.roundTrip = index === 0
             }
         }
         Item { width: 1; height: TD.l }
@@ -156,6 +153,7 @@ TDCard {
             }
             WindowWarning {
                 id: warning
+                objectName: "warning"
                 form: card.form
                 y: outbound.height + TD.l + (card.wide ? 0 : more.height + TD.l)
                 width: choices.width
@@ -205,8 +203,10 @@ TDCard {
 
     /** Return: on to the next field. */
     function moveOn() {
-        const next = destination.activeFocus ? outbound : destination;
-        next.forceActiveFocus(Qt.TabFocusReason);
+        if (destination.activeFocus)
+            outbound.forceActiveFocus(Qt.TabFocusReason);
+        else
+            destination.forceActiveFocus(Qt.TabFocusReason);
     }
     /** The pressed button is gone or dead after a search; the next one begins with its destination. */
     function startAgain() {

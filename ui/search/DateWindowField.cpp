@@ -42,7 +42,8 @@ void DateWindowField::setWindow(QDate from, QDate to) {
         return;
     m_from = from;
     m_to = to;
-    if (m_isOpen)
+    // A calendar that knows already stays on its month.
+    if (m_isOpen && (m_calendar.from() != from || m_calendar.to() != to))
         m_calendar.setWindow(from, to);
     Q_EMIT windowChanged();
 }

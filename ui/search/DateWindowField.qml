@@ -17,8 +17,8 @@ T.Button {
     rightPadding: TD.m
     hoverEnabled: true
     onClicked: field.open = !field.open
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     Accessible.name: field.title + " " + field.text
     Accessible.role: Accessible.ButtonDropDown
     HoverHandler { cursorShape: Qt.PointingHandCursor }

@@ -41,6 +41,7 @@ TDPopover {
             Accessible.ignored: true
         }
         TDTextField {
+            objectName: end.label + "Input"
             width: parent.width
             leftPadding: TD.s
             text: end.shown
@@ -49,7 +50,8 @@ TDPopover {
             onActiveFocusChanged: {
                 if (activeFocus) {
                     picker.field.calendar.picks = end.which;
-                    selectAll();
+                    // A press of the mouse sets the caret after it has given the focus.
+                    Qt.callLater(selectAll);
                 }
             }
             onEditingFinished: {

@@ -49,10 +49,7 @@ TDButton {
             from: 1
             to: 9
             value: button.form.minSeats
-            onPicked: seats => {
-                button.form.minSeats = seats;
-                value = Qt.binding(() => button.form.minSeats);
-            }
+            onPicked: seats => button.form.minSeats = seats
         }
         TDStepper {
             Layout.fillWidth: true
@@ -60,10 +57,7 @@ TDButton {
             from: 0
             to: 3
             value: button.form.maxStops
-            onPicked: stops => {
-                button.form.maxStops = stops;
-                value = Qt.binding(() => button.form.maxStops);
-            }
+            onPicked: stops => button.form.maxStops = stops
         }
         TDCheckBox {
             id: partners
