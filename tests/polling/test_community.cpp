@@ -12,6 +12,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -202,6 +203,38 @@ private Q_SLOTS:
         QCOMPARE(found[0].key.size(), 200);
         QCOMPARE(found[0].fromCity, u"Oslo[31m"_s);
         QCOMPARE(found[0].toCity, QString(199, u'a'));
+    }
+
+    void onlyWhatMustHaveSoldOutIsGone() {
+        const Instant now = instantFromSeconds(1'000'000);
+        const auto stored = [&](const QString& key, std::chrono::minutes ago = 5min,
+                                const QString& route = u"OSL-EWR"_s) {
+            Match match = offer(key);
+            match.searchId = Match::communitySearchId;
+            match.route = route;
+            match.foundAt = now - ago;
+            return match;
+        };
+        Match own = stored(u"own"_s);
+        own.searchId = 1;
+        Match record = stored(u"record"_s);
+        record.soldOut = true;
+        const QList<Match> all{stored(u"there"_s),
+                               stored(u"gone"_s),
+                               stored(u"expired"_s, 85min),
+                               own,
+                               stored(u"else"_s, 1min, u"A-B"_s),
+                               record};
+        const auto gone = [&](const QList<Match>& answer) {
+            QStringList keys;
+            for (const Match& match : CommunityFind::gone(all, answer, {u"OSL-EWR"_s}, now))
+                keys.append(match.key);
+            return keys;
+        };
+        QCOMPARE(gone({offer(u"there"_s)}), QStringList{u"gone"_s});
+        QCOMPARE(gone({}), QStringList({u"there"_s, u"gone"_s}));
+        // An answer as long as they get may have left some out.
+        QCOMPARE(gone(QList<Match>(150, offer(u"there"_s))), QStringList());
     }
 
     void aFloodOfFindsLetsOthersHaveTheirTurn() {
