@@ -6,6 +6,8 @@ set(TINDRA_CONTACT "Tindra developers <developers@tindra.example>" CACHE STRING
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tindra)
 set(CPACK_PACKAGE_CONTACT ${TINDRA_CONTACT})
+# Each description has its own summary as its first line.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_COMPONENTS_ALL tindra tindra-community)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -29,15 +31,15 @@ journeys that you want to make with your EuroBonus points, in an embedded
 browser that is signed in as you, and tells you the moment a seat opens.
 The interface is Norwegian.")
 # Beside the libraries: what WebKit builds its sandbox with, and what the windows import.
-list(JOIN "bubblewrap;xdg-dbus-proxy;hicolor-icon-theme;qml6-module-qtqml-workerscript;\
-qml6-module-qtquick;qml6-module-qtquick-controls;qml6-module-qtquick-layouts;\
-qml6-module-qtquick-shapes;qml6-module-qtquick-templates;qml6-module-qtquick-window"
-    ", " CPACK_DEBIAN_TINDRA_PACKAGE_DEPENDS)
+set(needed bubblewrap hicolor-icon-theme qml6-module-qtqml-workerscript qml6-module-qtquick
+    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
+    qml6-module-qtquick-templates qml6-module-qtquick-window xdg-dbus-proxy)
+list(JOIN needed ", " CPACK_DEBIAN_TINDRA_PACKAGE_DEPENDS)
 # What Tindra goes on without, saying so: notifications, a keychain, the bus they are on.
-list(JOIN "default-dbus-session-bus | dbus-session-bus;fonts-inter;fonts-noto-color-emoji;\
-notification-daemon | gnome-shell;gnome-keyring | libkf5wallet-bin | libkf6wallet-bin | keepassxc;\
-qt6-wayland"
-    ", " CPACK_DEBIAN_TINDRA_PACKAGE_RECOMMENDS)
+set(wished "default-dbus-session-bus | dbus-session-bus" fonts-inter fonts-noto-color-emoji
+    "gnome-keyring | libkf5wallet-bin | libkf6wallet-bin | keepassxc"
+    "notification-daemon | gnome-shell" qt6-wayland)
+list(JOIN wished ", " CPACK_DEBIAN_TINDRA_PACKAGE_RECOMMENDS)
 set(CPACK_DEBIAN_TINDRA_PACKAGE_SUGGESTS xvfb)
 
 set(CPACK_DEBIAN_TINDRA-COMMUNITY_PACKAGE_NAME tindra-community)
@@ -48,7 +50,6 @@ A small HTTP service that takes the award seats that hunters have found, and
 gives them to other hunters. It keeps them in SQLite or in Redis.
 It runs as a system service with a user of its own, on this machine's own
 address only until it is told another.")
-set(CPACK_DEBIAN_TINDRA-COMMUNITY_PACKAGE_DEPENDS "init-system-helpers")
 set(CPACK_DEBIAN_TINDRA-COMMUNITY_PACKAGE_SUGGESTS redis-server)
 set(CPACK_DEBIAN_TINDRA-COMMUNITY_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/community/postinst
