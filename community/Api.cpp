@@ -71,7 +71,7 @@ const Api::Endpoint* Api::endpointOf(std::string_view target) {
     return found == endpoints.end() ? nullptr : found;
 }
 
-std::optional<Response> Api::refused(const Request& request) {
+std::optional<Response> Api::refused(Request& request) {
     const Endpoint* const endpoint = endpointOf(request.target);
     if (!endpoint || !endpoint->isFree)
         if (const int wait = m_limiter.take(request.sender, 1, m_clock()))
@@ -87,6 +87,13 @@ std::optional<Response> Api::refused(const Request& request) {
         return refusal(400, "A GET request has no body.");
     if (isPost && !isJson(request.contentType))
         return refusal(415, "The body must be application/json.");
+    if (!isPost && !endpoint->isFree) {
+        const std::string_view target = request.target;
+        const std::size_t mark = std::min(target.find('?'), target.size() - 1);
+        request.routes = routesOf(target.substr(mark + 1), mostRoutes);
+        if (request.routes.empty())
+            return refusal(400, R"("routes" must name routes such as OSL-BKK, joined by ",".)");
+    }
     return std::nullopt;
 }
 
@@ -102,13 +109,7 @@ void Api::answer(const Request& request, std::string_view body, Reply reply) {
 }
 
 void Api::show(const Request& request, Reply reply) {
-    const std::size_t mark = std::min(request.target.find('?'), request.target.size() - 1);
-    const std::vector<std::string> routes = routesOf(request.target.substr(mark + 1), mostRoutes);
-    if (routes.empty()) {
-        reply(refusal(400, R"("routes" must name routes such as OSL-BKK, joined by ",".)"));
-        return;
-    }
-    m_board.finds(routes, [reply = std::move(reply)](const PagePtr& page) {
+    m_board.finds(request.routes, [reply = std::move(reply)](const PagePtr& page) {
         if (page) // shares the page and points at its text
             reply({200, "Cache-Control: public, max-age=5\r\n",
                    std::shared_ptr<const std::string>(page, &page->json)});

@@ -15,11 +15,12 @@
 namespace community {
 
 struct Request {
-    std::string_view method;
-    std::string_view target;      ///< path and query
-    std::string_view contentType; ///< empty when absent
+    std::string method;
+    std::string target;      ///< path and query
+    std::string contentType; ///< empty when absent
     bool hasBody = false;
-    std::uint64_t sender = 0; ///< see senderOf()
+    std::uint64_t sender = 0;        ///< see senderOf()
+    std::vector<std::string> routes; ///< asked for; filled in by Api::refused
 };
 
 struct Response {
@@ -40,7 +41,11 @@ public:
         std::size_t mostKeptBytes);
 
     /// Why the request is refused before its body has been read; absent when it is welcome.
-    std::optional<Response> refused(const Request& request);
+    std::optional<Response> refused(Request& request);
+    /// The memory that answering a welcome GET may take.
+    static std::size_t mostAnswerBytes(const Request& request) {
+        return request.routes.size() * StoreThread::mostPageBytes;
+    }
     /// Answers a welcome request, at once or later.
     void answer(const Request& request, std::string_view body, Reply reply);
 

@@ -9,6 +9,7 @@
 #include <boost/beast/http/rfc7230.hpp>
 #include <boost/beast/http/status.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace community {
@@ -25,6 +26,10 @@ constexpr std::chrono::milliseconds drainLimit{1000};
 
 std::string_view viewOf(beast::string_view text) {
     return {text.data(), text.size()};
+}
+
+Connection::Instant now() {
+    return std::chrono::steady_clock::now();
 }
 
 bool isProtocolError(const boost::system::error_code& error) {
@@ -44,11 +49,9 @@ void Connection::close() {
     if (!m_isOpen)
         return;
     m_isOpen = false;
-    const auto self = shared_from_this();
-    release();
     Error ignored;
     m_socket.close(ignored);
-    m_all.remove(self);
+    m_all.remove(shared_from_this());
 }
 
 void Connection::endWait() {
@@ -62,68 +65,115 @@ void Connection::endWait() {
     m_socket.cancel(ignored);
 }
 
-void Connection::enter(Phase phase, std::chrono::milliseconds limit) {
+void Connection::enter(Phase phase, Instant deadline) {
     m_phase = phase;
-    m_since = std::chrono::steady_clock::now();
-    m_deadline = m_since + limit;
+    m_since = now();
+    m_deadline = deadline;
     m_isTimedOut = false;
 }
 
 void Connection::awaitRequest() {
     m_parser.reset();
+    m_request = {};
     if (m_buffer.size() > 0) {
-        readHead();
+        beginRequest();
         return;
     }
     if (m_buffer.capacity() > restingBuffer)
         m_buffer.shrink_to_fit();
-    enter(Phase::Idle, m_all.limits().idle);
+    enter(Phase::Idle, now() + m_all.limits().idle);
+    readMore();
+}
+
+void Connection::beginRequest() {
+    m_requestEnd = now() + m_all.limits().request;
+    enter(Phase::Reading, m_requestEnd);
+    readHead();
+}
+
+void Connection::readMore() {
     m_socket.async_read_some(m_buffer.prepare(restingBuffer / 2),
                              [self = shared_from_this()](Error error, std::size_t bytes) {
                                  if (error) {
-                                     self->close();
+                                     self->refuseBroken(error);
                                      return;
                                  }
                                  self->m_buffer.commit(bytes);
-                                 self->readHead();
+                                 self->m_phase == Phase::Idle ? self->beginRequest()
+                                                              : self->readHead();
                              });
 }
 
 void Connection::readHead() {
-    enter(Phase::Reading, m_all.limits().request);
+    const std::string_view bytes(static_cast<const char*>(m_buffer.data().data()), m_buffer.size());
+    const std::size_t limit = m_all.limits().header;
+    if (bytes.front() < 'A' || bytes.front() > 'Z')
+        refuseBroken(http::error::bad_method);
+    else if (bytes.substr(0, limit).find("\r\n\r\n") != std::string_view::npos)
+        takeHead();
+    else if (bytes.size() >= limit)
+        refuseBroken(http::error::header_limit);
+    else
+        readMore();
+}
+
+void Connection::takeHead() {
     m_parser.emplace();
     m_parser->header_limit(m_all.limits().header);
     m_parser->body_limit(m_all.limits().body);
-    http::async_read_header(
-        m_socket, m_buffer, *m_parser,
-        [self = shared_from_this()](Error error, std::size_t) { self->headRead(error); });
-}
-
-void Connection::headRead(Error error) {
+    Error error;
+    m_buffer.consume(m_parser->put(m_buffer.data(), error));
     if (error) {
         refuseBroken(error);
         return;
     }
-    if (auto refused = m_all.api().refused(request())) {
-        refuse(std::move(*refused));
+    auto& message = m_parser->get();
+    const bool isAwaited = !message[http::field::expect].empty();
+    m_staysOpen = message.keep_alive() && message.version() == 11;
+    m_request.method = viewOf(message.method_string());
+    m_request.target = viewOf(message.target());
+    m_request.contentType = viewOf(message[http::field::content_type]);
+    m_request.hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
+    m_request.sender = senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies());
+    message.clear();
+    welcome(isAwaited);
+}
+
+void Connection::welcome(bool isAwaited) {
+    if (auto refused = m_all.api().refused(m_request)) {
+        // The rest of a refused request is not wanted, so nothing can follow it.
+        write(std::move(*refused), m_staysOpen && !m_request.hasBody);
         return;
     }
-    const auto& message = m_parser->get();
-    if (message.method() == http::verb::get) {
-        answer();
-    } else if (!m_parser->content_length() || m_parser->chunked()) {
-        refuse(refusal(411, "The request must say how long its body is."));
-    } else if (!reserve(std::size_t(*m_parser->content_length()))) {
-        refuse(refusal(503, "The service is too busy.", "Retry-After: 10\r\n"));
-    } else if (!message[http::field::expect].empty()) {
-        static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
-        asio::async_write(m_socket, asio::buffer(goOn),
-                          [self = shared_from_this()](Error broken, std::size_t) {
-                              broken ? self->close() : self->readBody();
-                          });
-    } else {
-        readBody();
+    const bool isPost = m_request.method == "POST";
+    if (isPost && !m_parser->content_length()) {
+        write(refusal(411, "The request must say how long its body is."), false);
+        return;
     }
+    const std::size_t wanted = std::min(isPost ? std::size_t(*m_parser->content_length())
+                                               : Api::mostAnswerBytes(m_request),
+                                        m_all.room().most());
+    m_phase = Phase::Answering;
+    m_all.room().take(wanted, [self = shared_from_this(), wanted, isAwaited] {
+        self->m_taken = wanted;
+        self->proceed(isAwaited);
+    });
+}
+
+void Connection::proceed(bool isAwaited) {
+    static constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    if (m_request.method == "GET") {
+        answer();
+        return;
+    }
+    enter(Phase::Reading, m_requestEnd);
+    if (!isAwaited)
+        readBody();
+    else
+        asio::async_write(m_socket, asio::buffer(goOn),
+                          [self = shared_from_this()](Error error, std::size_t) {
+                              error ? self->refuseBroken(error) : self->readBody();
+                          });
 }
 
 void Connection::readBody() {
@@ -135,19 +185,10 @@ void Connection::readBody() {
 
 void Connection::answer() {
     m_phase = Phase::Answering;
-    m_all.api().answer(request(), m_parser->get().body(),
+    m_all.api().answer(m_request, m_parser->get().body(),
                        [self = shared_from_this()](Response response) {
-                           const auto& message = self->m_parser->get();
-                           const bool staysOpen = message.keep_alive() && message.version() == 11;
-                           self->write(std::move(response), staysOpen);
+                           self->write(std::move(response), self->m_staysOpen);
                        });
-}
-
-// The rest of a refused request is not wanted, so nothing can follow it.
-void Connection::refuse(Response response) {
-    const bool isWhole = m_parser->is_header_done() && m_parser->get().keep_alive() &&
-                         m_parser->get().version() == 11 && !request().hasBody;
-    write(std::move(response), isWhole);
 }
 
 void Connection::refuseBroken(Error error) {
@@ -157,23 +198,20 @@ void Connection::refuseBroken(Error error) {
         write(refusal(431, "The request's header is too large."), false);
     else if (error == http::error::body_limit)
         write(refusal(413, "The request's body is too large."), false);
-    else if (error == http::error::buffer_overflow)
-        write(refusal(431, "The request's header is too large."), false);
     else if (isProtocolError(error))
         write(refusal(400, "This is not an HTTP request."), false);
-    else
+    else {
+        m_parser.reset();
+        keepTaken(0);
         close();
+    }
 }
 
 void Connection::write(Response response, bool staysOpen) {
-    if (!m_isOpen)
+    m_parser.reset();
+    if (!m_isOpen) {
+        keepTaken(0);
         return;
-    if (m_parser && m_parser->is_header_done())
-        m_parser->get().body() = std::string();
-    release();
-    if (response.body && !reserve(response.body->size())) {
-        response = refusal(503, "The service is too busy.", "Retry-After: 10\r\n");
-        staysOpen = false;
     }
     m_body = std::move(response.body);
     m_head = "HTTP/1.1 ";
@@ -191,14 +229,14 @@ void Connection::write(Response response, bool staysOpen) {
     m_head += staysOpen ? "\r\n" : "Connection: close\r\n\r\n";
 
     // The answer to HEAD says how long a body would be, and has none.
-    const bool hasBody = m_body && !(m_parser && m_parser->get().method() == http::verb::head);
+    const bool hasBody = m_body && m_request.method != "HEAD";
     const std::array<asio::const_buffer, 2> parts{
         asio::buffer(m_head), hasBody ? asio::buffer(*m_body) : asio::const_buffer()};
-    enter(Phase::Writing, m_all.limits().response);
+    enter(Phase::Writing, now() + m_all.limits().response);
     asio::async_write(m_socket, parts,
                       [self = shared_from_this(), staysOpen](Error error, std::size_t) {
-                          self->release();
                           self->m_body.reset();
+                          self->keepTaken(0);
                           if (error || !self->m_isOpen)
                               self->close();
                           else if (staysOpen)
@@ -206,13 +244,14 @@ void Connection::write(Response response, bool staysOpen) {
                           else
                               self->drain();
                       });
+    keepTaken(m_body ? m_body->size() : 0);
 }
 
 // Closing with unread input resets the connection, and the answer may be lost with it.
 void Connection::drain() {
     Error ignored;
     m_socket.shutdown(Socket::shutdown_send, ignored);
-    enter(Phase::Draining, drainLimit);
+    enter(Phase::Draining, now() + drainLimit);
     readScrap();
 }
 
@@ -223,23 +262,10 @@ void Connection::readScrap() {
                              });
 }
 
-bool Connection::reserve(std::size_t bytes) {
-    if (!m_all.reserve(*this, bytes))
-        return false;
-    m_reserved += bytes;
-    return true;
-}
-
-void Connection::release() {
-    m_all.release(std::exchange(m_reserved, 0));
-}
-
-Request Connection::request() const {
-    const auto& message = m_parser->get();
-    return {viewOf(message.method_string()), viewOf(message.target()),
-            viewOf(message[http::field::content_type]),
-            m_parser->chunked() || m_parser->content_length().value_or(0) > 0,
-            senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies())};
+// Gives back what is more than this.
+void Connection::keepTaken(std::size_t bytes) {
+    if (m_taken > bytes)
+        m_all.room().giveBack(std::exchange(m_taken, bytes) - bytes);
 }
 
 } // namespace community

@@ -13,12 +13,15 @@ Connections::Connections(Api& api, const Limits& limits, Clock clock,
     : m_api(api)
     , m_limits(limits)
     , m_clock(std::move(clock))
-    , m_trustedProxies(std::move(trustedProxies)) {
+    , m_trustedProxies(std::move(trustedProxies))
+    , m_room(limits.memory, [this] { return closeLongestWaiting(true); }) {
     tick();
 }
 
 bool Connections::add(const std::shared_ptr<Connection>& connection) {
-    if (m_open.size() >= m_limits.connections && !closeLongestWaiting(Reason::Place, nullptr))
+    if (m_open.size() >= m_limits.connections)
+        closeLongestWaiting(false);
+    if (m_open.size() >= m_limits.connections)
         return false;
     m_open.insert(connection);
     return true;
@@ -28,25 +31,17 @@ void Connections::remove(const std::shared_ptr<Connection>& connection) {
     m_open.erase(connection);
 }
 
-bool Connections::reserve(const Connection& connection, std::size_t bytes) {
-    while (m_reserved + bytes > m_limits.memory)
-        if (!closeLongestWaiting(Reason::Memory, &connection))
-            return false;
-    m_reserved += bytes;
-    return true;
-}
-
-bool Connections::closeLongestWaiting(Reason reason, const Connection* except) {
+// Returns the memory that it will give back; without anybody to close, 0.
+std::size_t Connections::closeLongestWaiting(bool withMemory) {
     std::shared_ptr<Connection> longest;
-    for (const auto& connection : m_open) {
-        const bool helps = reason == Reason::Place || connection->reserved() > 0;
-        if (connection.get() != except && helps && connection->isWaitingForClient() &&
+    for (const auto& connection : m_open)
+        if (connection->isWaitingForClient() && (!withMemory || connection->taken() > 0) &&
             (!longest || connection->waitingSince() < longest->waitingSince()))
             longest = connection;
-    }
-    if (longest)
-        longest->close();
-    return longest != nullptr;
+    if (!longest)
+        return 0;
+    longest->close();
+    return longest->taken();
 }
 
 void Connections::tick() {
@@ -65,6 +60,7 @@ void Connections::tick() {
 }
 
 void Connections::closeAll() {
+    m_room.close();
     while (!m_open.empty())
         std::shared_ptr<Connection>(*m_open.begin())->close();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "community/Room.h"
 #include "community/Service.h"
 
 #include <boost/asio/ip/address.hpp>
@@ -17,8 +18,8 @@ namespace community {
 class Api;
 class Connection;
 
-/// All open connections, and the room that they share. Where there is no room left, whoever waits
-/// longest for its own client has to go: that is who stalls, never who is being served.
+/// All open connections, and what they share. Where there is no place or no memory left, whoever
+/// waits longest for its own client has to go: that is who stalls, never who is being served.
 class Connections {
 public:
     Connections(Api& api, const Limits& limits, Clock clock,
@@ -30,27 +31,25 @@ public:
     /// The header line "Date: …\r\n".
     const std::string& dateLine() const { return m_dateLine; }
 
-    /// False when there is no room for it.
+    /// False when there is no place for it.
     bool add(const std::shared_ptr<Connection>& connection);
     void remove(const std::shared_ptr<Connection>& connection);
-    /// Room for `bytes` of a body or an answer of this connection, until it is given back.
-    bool reserve(const Connection& connection, std::size_t bytes);
-    void release(std::size_t bytes) { m_reserved -= bytes; }
+    /// The memory that they share.
+    Room& room() { return m_room; }
 
     /// To be called a few times a second: ends what takes too long.
     void tick();
     void closeAll();
 
 private:
-    enum class Reason { Place, Memory };
-    bool closeLongestWaiting(Reason reason, const Connection* except);
+    std::size_t closeLongestWaiting(bool withMemory);
 
     Api& m_api;
     Limits m_limits;
     Clock m_clock;
     std::vector<boost::asio::ip::address> m_trustedProxies;
     std::unordered_set<std::shared_ptr<Connection>> m_open;
-    std::size_t m_reserved = 0;
+    Room m_room;
     std::string m_dateLine;
 };
 

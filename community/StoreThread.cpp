@@ -13,7 +13,7 @@ namespace {
 
 // In one batch, so that one store call is short and its answer small.
 constexpr std::size_t changesAtOnce = 2000;
-constexpr std::size_t readsAtOnce = 64;
+constexpr std::size_t readsAtOnce = 32;
 // Waiting altogether.
 constexpr std::size_t mostChanges = 6000;
 constexpr std::size_t mostReads = 4000;

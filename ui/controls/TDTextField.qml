@@ -19,11 +19,12 @@ T.TextField {
     verticalAlignment: Text.AlignVCenter
     color: TD.text
     selectionColor: TD.accent
-    selectedTextColor: TD.dark ? TD.window : "white"
+    selectedTextColor: TD.onAccent
     placeholderTextColor: TD.textTertiary
     font { family: TD.fontFamily; pixelSize: large ? TD.pageTitle : TD.body; bold: large }
     opacity: enabled ? 1 : 0.5
     selectByMouse: true
+    Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
     HoverHandler { cursorShape: Qt.IBeamCursor }
 
@@ -35,6 +36,8 @@ T.TextField {
         text: field.placeholderText
         color: field.placeholderTextColor
         elide: Text.ElideRight
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: TD.body
         verticalAlignment: Text.AlignVCenter
         font { family: TD.fontFamily; pixelSize: field.large ? 18 : TD.body }
         textFormat: Text.PlainText

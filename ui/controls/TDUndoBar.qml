@@ -22,6 +22,8 @@ Rectangle {
     }
     function dismiss() {
         timer.stop();
+        if (undo.activeFocus)
+            undo.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason);
         visible = false;
     }
 
@@ -30,8 +32,8 @@ Rectangle {
     width: Math.min(row.implicitWidth + 32, parent ? parent.width - 48 : 400)
     height: 46
     radius: TD.cardRadius
-    color: TD.dark ? "#2A313A" : TD.panel
-    border { color: TD.dark ? "#3A434E" : TD.panel; width: 1 }
+    color: TD.raised
+    border { color: TD.dark ? "#3A434E" : TD.raised; width: 1 }
     z: 10
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text
@@ -63,6 +65,7 @@ Rectangle {
             id: undo
             kind: "plain"
             text: "Angre"
+            focusPolicy: Qt.TabFocus
             ink: TD.peach
             leftPadding: 10
             onClicked: {
