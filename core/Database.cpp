@@ -193,8 +193,28 @@ QMap<qint64, int> Database::activeMatchCounts() {
     return counts;
 }
 
-void Database::clearMatches() {
-    m_db.change("DELETE FROM matches");
+QList<Match> Database::takeMatches() {
+    static const QByteArray sql =
+        QByteArray("SELECT id,") + matchColumns + " FROM matches ORDER BY id";
+    QList<Match> matches;
+    const bool isTaken = transaction([&] {
+        m_db.query(sql.constData(),
+                   [&matches](const SqliteRow& row) { matches.append(readMatch(row)); });
+        m_db.change("DELETE FROM matches");
+    });
+    return isTaken ? matches : QList<Match>();
+}
+
+bool Database::restoreMatches(const QList<Match>& matches) {
+    static const QByteArray sql = QByteArray("INSERT OR IGNORE INTO matches (id,") + matchColumns +
+                                  ") SELECT ?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,? "
+                                  "WHERE ?2 = -1 OR EXISTS (SELECT 1 FROM searches WHERE id = ?2)";
+    return transaction([&] {
+        for (const Match& m : matches)
+            m_db.change(sql.constData(), m.id, m.searchId, m.key, m.route, m.fromCity, m.toCity,
+                        m.depart, m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points,
+                        m.travelDate, m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
+    });
 }
 
 QMap<QString, Database::Seen> Database::seenCabins(qint64 searchId) {

@@ -65,8 +65,12 @@ public:
     QList<Match> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
-    /// Forgets all offers, but not that they were seen.
-    void clearMatches();
+    /// Forgets all offers, but not that they were seen, and returns them with the oldest first,
+    /// those of past dates too. When they could not be forgotten the answer is empty.
+    QList<Match> takeMatches();
+    /// Puts taken offers back under their ids, as if they had never gone; those of watchers deleted
+    /// meanwhile stay away. False when nothing could be stored.
+    bool restoreMatches(const QList<Match>& matches);
 
     /// What the watcher has seen, by fare key.
     QMap<QString, Seen> seenCabins(qint64 searchId);

@@ -182,7 +182,7 @@ private Q_SLOTS:
         QVERIFY(stored.isCommunity);
 
         // Not again, not even after a restart and after the offers were cleared.
-        world.database.clearMatches();
+        world.database.takeMatches();
         AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
         awaited(next.refreshCommunity());
         QCOMPARE(world.center.posted.size(), 1);

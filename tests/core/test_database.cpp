@@ -132,8 +132,21 @@ private Q_SLOTS:
 
         database.upsertSeen(1, u"a"_s, {u"first"_s, u"business"_s}, u"merke"_s);
         database.upsertSeen(1, u"a"_s, {u"first"_s}, u"merke"_s);
-        database.clearMatches();
+        // What is taken can be put back exactly, past dates too, except for a deleted watcher's.
+        database.addSearch(watcher(u"OSL"_s, u"NRT"_s));
+        database.recordMatch(offer(2, u"orphan"_s));
+        const auto taken = database.takeMatches();
+        QCOMPARE(keys(taken),
+                 QStringList({u"a"_s, u"b"_s, u"yesterday"_s, u"today"_s, u"gone"_s, u"orphan"_s}));
         QVERIFY(database.recentMatches(10).isEmpty());
+        QVERIFY(database.takeMatches().isEmpty());
+        database.recordMatch(offer(1, u"meanwhile"_s));
+        database.deleteSearch(2);
+        QVERIFY(database.restoreMatches(taken));
+        QVERIFY(database.restoreMatches(taken));
+        QCOMPARE(database.recentMatches(10).mid(1), recent);
+        QCOMPARE(keys(database.recentMatches(1)), QStringList{u"meanwhile"_s});
+        QCOMPARE(database.takeMatches().size(), 6);
         QCOMPARE(database.seenCabins(1),
                  (QMap<QString, Database::Seen>{{u"a"_s, {{u"first"_s}, u"merke"_s}}}));
         database.recordMatch(offer(1, u"a"_s));
@@ -240,6 +253,8 @@ private Q_SLOTS:
         database.addSearch(watcher(u"BGO"_s, u"BKK"_s));
         QVERIFY(log().contains("addSearch FEILET: no such table: searches (BGO->BKK)\n"));
         QCOMPARE(log().count("lagring feilet"), 1);
+        QVERIFY(database.takeMatches().isEmpty());
+        QVERIFY(!database.restoreMatches({offer(1, u"a"_s)}));
     }
 
     void aFileThatCannotBeUsed_data() {
