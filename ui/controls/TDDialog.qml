@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Tindra.Theme
+
+/**
+ * A question: title, message, optional content, and buttons. Escape is `cancelText`.
+ * `accepted` is emitted by the action, `rejected` by everything else; both after it has closed.
+ */
+TDModal {
+    id: dialog
+
+    default property alias extra: slot.data
+    property string message
+    property string actionText
+    property string cancelText: "Avbryt"
+    property bool destructive: false
+    property bool actionEnabled: true
+    signal accepted
+    signal rejected
+
+    property bool agreed: false
+    function accept() {
+        if (!actionEnabled)
+            return;
+        agreed = true;
+        close();
+    }
+    onAboutToShow: agreed = false
+    onClosed: agreed ? accepted() : rejected()
+    onOpened: {
+        const first = slot.nextItemInFocusChain(true);
+        (slot.children.length > 0 && first ? first : cancel).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    width: Math.min(400, parent ? parent.width - 48 : 400)
+
+    contentItem: ColumnLayout {
+        spacing: TD.s
+        Keys.onReturnPressed: dialog.accept()
+        Keys.onEnterPressed: dialog.accept()
+        TDLabel {
+            Layout.fillWidth: true
+            text: dialog.title
+            wrapMode: Text.Wrap
+            font { pixelSize: TD.cardTitle; bold: true }
+            Accessible.role: Accessible.Heading
+        }
+        TDLabel {
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: dialog.message
+            color: TD.textSecondary
+            wrapMode: Text.Wrap
+            lineHeight: 1.2
+        }
+        ColumnLayout {
+            id: slot
+            Layout.fillWidth: true
+            Layout.topMargin: children.length > 0 ? TD.s : 0
+        }
+        RowLayout {
+            Layout.alignment: Qt.AlignRight
+            Layout.topMargin: TD.m
+            spacing: TD.s
+            TDButton {
+                id: cancel
+                text: dialog.cancelText
+                onClicked: dialog.close()
+            }
+            TDButton {
+                text: dialog.actionText
+                kind: dialog.destructive ? "destructive" : "filled"
+                enabled: dialog.actionEnabled
+                onClicked: dialog.accept()
+            }
+        }
+    }
+}

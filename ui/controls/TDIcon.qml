@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Tindra.Theme
+
+/** One of the symbols in `ui/icons`, in one colour. */
+Image {
+    property string name
+    property color color: TD.text
+    property int size: 18
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size, size)
+    source: name === "" ? "" : "image://symbol/" + name + "/" + String(color).slice(1)
+    Accessible.ignored: true
+}

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tindra.Theme
+
+/** One choice of a few, side by side in one frame. `picked` says what the user chose. */
+Item {
+    id: segmented
+
+    required property string label
+    property var model: []
+    property int currentIndex: 0
+    signal picked(int index)
+
+    readonly property real natural: {
+        let sum = 2;
+        for (let i = 0; i < repeater.count; ++i)
+            sum += repeater.itemAt(i)?.natural ?? 0;
+        return sum;
+    }
+
+    implicitWidth: natural
+    implicitHeight: TD.controlHeight
+    Accessible.role: Accessible.Grouping
+    Accessible.name: label
+
+    function choose(index: int) {
+        const wrapped = (index + repeater.count) % repeater.count;
+        repeater.itemAt(wrapped).forceActiveFocus(Qt.TabFocusReason);
+        pick(wrapped);
+    }
+    function pick(index: int) {
+        if (index !== currentIndex) {
+            currentIndex = index;
+            picked(index);
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: TD.controlRadius
+        color: TD.field
+        border { color: TD.hairline; width: 1 }
+    }
+    Row {
+        id: row
+        anchors { fill: parent; margins: 1 }
+        Repeater {
+            id: repeater
+            model: segmented.model
+            T.Button {
+                id: part
+                required property int index
+                required property string modelData
+                readonly property real natural: Math.ceil(measure.implicitWidth) + 28
+                // What is left over is shared out evenly.
+                width: natural + (segmented.width - segmented.natural) / repeater.count
+                height: row.height
+                text: modelData
+                checked: index === segmented.currentIndex
+                hoverEnabled: true
+                focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+                font { family: TD.fontFamily; pixelSize: TD.body; weight: checked ? Font.DemiBold : Font.Medium }
+                Accessible.role: Accessible.RadioButton
+                Accessible.checkable: true
+                Accessible.checked: checked
+                onClicked: segmented.pick(index)
+                Keys.onLeftPressed: segmented.choose(index - 1)
+                Keys.onRightPressed: segmented.choose(index + 1)
+                HoverHandler { cursorShape: Qt.PointingHandCursor }
+                // The bold width, so that nothing moves when another part is chosen.
+                Text {
+                    id: measure
+                    visible: false
+                    text: part.modelData
+                    font { family: TD.fontFamily; pixelSize: TD.body; weight: Font.DemiBold }
+                }
+                contentItem: Text {
+                    text: part.text
+                    font: part.font
+                    color: TD.text
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                }
+                background: Rectangle {
+                    radius: TD.controlRadius - 1
+                    color: part.checked ? TD.card : part.hovered ? TD.tint(TD.text, 0.05) : "transparent"
+                    border { color: TD.hairline; width: part.checked ? 1 : 0 }
+                    TDFocusRing { target: part; anchors.margins: -1 }
+                }
+            }
+        }
+    }
+}
