@@ -99,7 +99,8 @@ QString duration(const Match& match) {
 }
 
 QString soldOut(const Match& match) {
-    return match.cabin.left(1).toUpper() + match.cabin.mid(1) + u" er ikke lenger tilgjengelig"_s;
+    const QString text = (match.cabin + u" er ikke lenger tilgjengelig"_s).trimmed();
+    return text.left(1).toUpper() + text.mid(1);
 }
 
 Endpoint departure(const Match& match) {

@@ -21,6 +21,10 @@ struct PageWorld : AppWorld {
     QAbstractItemModelTester tester{page.rows(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest};
 
+    PageWorld() {
+        // Nobody else has found anything.
+        http.answer = [](const HttpRequest&) { return std::nullopt; };
+    }
     void add(const QString& route, const std::function<void(Match&)>& change = {}) {
         addMatch([&](Match& m) {
             m.route = route;
@@ -32,7 +36,7 @@ struct PageWorld : AppWorld {
         });
         settle();
     }
-    /// A line for each row: its kind's first letter and what it says.
+    /// What each row says: a title, or the flights of its cards.
     QStringList rows() {
         QStringList lines;
         for (const HitsRow& row : page.rows()->rows()) {
@@ -109,8 +113,6 @@ private Q_SLOTS:
             w.add(u"OSL-"_s + to, flight(to));
             w.clock.advance(1s);
         }
-        const auto idOf = [](const QString& metro) { return QStringList{metro, u"Oslo"_s}; };
-        Q_UNUSED(idOf)
         for (const JourneyGroup& journey : QList(w.page.journeys()))
             w.page.toggle(journey.id);
         QCOMPARE(w.rows().size(), 15);
@@ -155,8 +157,6 @@ private Q_SLOTS:
 
     void agesAreToldAnewEveryMinuteWhileShown() {
         PageWorld w;
-        w.http.answer = [](const HttpRequest&) { return std::nullopt; };
-        w.database.set(u"community_share"_s, u"1"_s);
         w.addWatcher();
         w.add(u"OSL-EWR"_s);
         w.page.setShown(true);

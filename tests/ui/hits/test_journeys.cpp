@@ -37,7 +37,7 @@ Instant at(double seconds) {
 }
 
 bool leavesHome(const Match& match) {
-    return match.route.startsWith(u"OSL");
+    return !match.soldOut && match.route.startsWith(u"OSL");
 }
 
 QList<JourneyGroup> group(const QList<Match>& offers, SortOrder order = SortOrder::region,
@@ -219,10 +219,12 @@ private Q_SLOTS:
         const Instant now = at(0);
         constexpr double hour = 3600;
         Match match = offer(u"OSL-EWR"_s);
-        using enum CardText::Freshness;
-        for (const auto& [age, freshness] :
-             {std::pair(hour - 1, CardText::Freshness::hour), {hour, sixHours}, {6 * hour, older}})
-            QCOMPARE(CardText::freshness(now - Ticks(age), now), freshness);
+        const auto freshness = [now](double age) {
+            return CardText::freshness(now - Ticks(age), now);
+        };
+        QCOMPARE(freshness(hour - 1), CardText::Freshness::hour);
+        QCOMPARE(freshness(hour), CardText::Freshness::sixHours);
+        QCOMPARE(freshness(6 * hour), CardText::Freshness::older);
         match.foundAt = now - Ticks(12 * hour - 1);
         QCOMPARE(CardText::border(match, now), CardText::Border::fresh);
         match.foundAt = now - Ticks(12 * hour);
