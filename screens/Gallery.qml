@@ -13,13 +13,17 @@ Item {
     TDScrollPage {
         anchors.fill: parent
         title: "Kontroller"
+        actions: [
+            TDLabel { text: "2 aktive"; color: TD.textSecondary },
+            TDButton { text: "Sjekk alle nå" }
+        ]
 
         Flow {
             width: parent.width
             spacing: TD.s
             TDButton { text: "Søk"; symbol: "arrow.right"; symbolLast: true; kind: "cta"; large: true }
             TDButton { text: "Lagre"; kind: "filled" }
-            TDButton { text: "Sjekk alle nå" }
+            TDButton { text: "Vanlig" }
             TDButton { text: "Book på SAS →"; kind: "plain" }
             TDButton { text: "Slett…"; kind: "destructive"; onClicked: confirmation.open() }
             TDButton { text: "Gi nytt navn…"; symbol: "pencil"; onClicked: dialog.open() }
@@ -37,14 +41,10 @@ Item {
                 TDPopover {
                     id: options
                     label: "Flere valg"
-                    ColumnLayout {
-                        width: 230
-                        spacing: TD.m
-                        TDTextField { Layout.fillWidth: true; placeholderText: "F.eks. USA i business" }
-                        TDStepper { Layout.fillWidth: true; text: "Min. seter: " + value; from: 1; to: 9; value: 1 }
-                        TDStepper { Layout.fillWidth: true; text: "Maks stopp: " + value; from: 0; to: 3; value: 2 }
-                        TDCheckBox { text: "Inkluder partnere (SkyTeam)"; checked: true }
-                    }
+                    TDTextField { Layout.fillWidth: true; placeholderText: "F.eks. USA i business" }
+                    TDStepper { Layout.fillWidth: true; text: "Min. seter: " + value; from: 1; to: 9; value: 1 }
+                    TDStepper { Layout.fillWidth: true; text: "Maks stopp: " + value; from: 0; to: 3; value: 2 }
+                    TDCheckBox { text: "Inkluder partnere (SkyTeam)"; checked: true }
                 }
             }
         }

@@ -21,9 +21,7 @@ QDate firstOfMonth(QDate day) {
 } // namespace
 
 MonthCalendar::MonthCalendar(QObject* parent)
-    : QAbstractListModel(parent)
-    , m_month(2000, 1, 1)
-    , m_cursor(m_month) {}
+    : QAbstractListModel(parent), m_month(2000, 1, 1), m_cursor(m_month) {}
 
 void MonthCalendar::setWindow(QDate from, QDate to) {
     m_from = from;

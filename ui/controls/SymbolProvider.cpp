@@ -15,8 +15,7 @@ QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize&
     if (slash < 0 || !colour.isValid() || !file.open(QIODevice::ReadOnly))
         return {};
     // The drawings are black; their opacity is the painter's, which knows no colour in a file.
-    QSvgRenderer renderer(
-        file.readAll().replace("#000", colour.name(QColor::HexRgb).toLatin1()));
+    QSvgRenderer renderer(file.readAll().replace("#000", colour.name(QColor::HexRgb).toLatin1()));
     QImage image(requestedSize.isEmpty() ? renderer.defaultSize() : requestedSize,
                  QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -4,7 +4,8 @@
 #include <QQuickImageProvider>
 
 /// Draws `image://symbol/<name>/<colour>`: the symbol `name` of `ui/icons` in a colour written as
-/// hexadecimal RGB or ARGB, at the pixel size asked for. An unknown symbol is an error of the image.
+/// hexadecimal RGB or ARGB, at the pixel size asked for. An unknown symbol is an error of the
+/// image.
 class SymbolProvider final : public QQuickImageProvider {
 public:
     SymbolProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}

@@ -7,13 +7,19 @@ import Tindra.Theme
 T.CheckBox {
     id: control
 
+    /** What the tool tip says; empty for none. */
+    property string tip
+
     implicitWidth: contentItem.implicitWidth + leftPadding
     implicitHeight: Math.max(TD.target, contentItem.implicitHeight)
     leftPadding: 24
     font { family: TD.fontFamily; pixelSize: TD.body }
     opacity: enabled ? 1 : 0.5
-    Keys.onReturnPressed: { toggle(); toggled(); }
     HoverHandler { cursorShape: Qt.PointingHandCursor }
+
+    hoverEnabled: true
+    Accessible.description: tip
+    TDToolTip { text: control.tip; shown: control.hovered || control.visualFocus }
 
     indicator: Rectangle {
         y: (control.height - height) / 2
@@ -27,7 +33,7 @@ T.CheckBox {
             visible: control.checked
             name: "checkmark"
             size: 12
-            color: TD.dark ? TD.window : "white"
+            color: TD.onAccent
         }
         TDFocusRing { target: control; radius: 7 }
     }

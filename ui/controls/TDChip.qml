@@ -22,8 +22,14 @@ T.Button {
     Accessible.name: text
     Accessible.checkable: checkable
     Accessible.checked: checked
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    // Return on a choice is for the form it stands in.
+    Keys.onReturnPressed: event => activate(event)
+    Keys.onEnterPressed: event => activate(event)
+    function activate(event) {
+        event.accepted = !checkable;
+        if (!checkable)
+            click();
+    }
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     contentItem: Item {

@@ -12,6 +12,8 @@ T.Popup {
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     padding: TD.xl
+    implicitWidth: contentWidth + leftPadding + rightPadding
+    implicitHeight: contentHeight + topPadding + bottomPadding
     modal: true
     dim: true
     focus: true
@@ -22,8 +24,8 @@ T.Popup {
         Accessible.name: modal.title
     }
     T.Overlay.modal: Rectangle { color: TD.dark ? "#99000000" : "#661c1f24" }
-    readonly property FocusReturn focusReturn: FocusReturn { popup: modal }
-    onAboutToShow: focusReturn.remember(parent ? parent.Window.window : null)
+    readonly property FocusReturn focusReturn: FocusReturn {}
+    onAboutToShow: focusReturn.remember(parent)
     onClosed: focusReturn.giveBack()
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: TD.quick } }
     exit: Transition { NumberAnimation { property: "opacity"; from: 1; to: 0; duration: TD.quick } }

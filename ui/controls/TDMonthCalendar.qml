@@ -121,7 +121,8 @@ FocusScope {
                         anchors.centerIn: parent
                         text: cell.day
                         color: cell.marked ? TD.onBrand : cell.inMonth && cell.pickable ? TD.text : TD.textTertiary
-                        font { weight: cell.marked ? Font.DemiBold : Font.Normal; strikeout: !cell.pickable }
+                        font.weight: cell.marked ? Font.DemiBold : Font.Normal
+                        opacity: cell.pickable || cell.marked ? 1 : 0.45
                         Accessible.ignored: true
                     }
                     HoverHandler { id: hover }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Tindra.Theme
 
@@ -15,6 +16,8 @@ FocusScope {
     property alias spacing: column.spacing
     /** The page's heading; empty for none. */
     property string title
+    /** What stands beside the title, at the right. */
+    property alias actions: actionRow.data
 
     Accessible.role: Accessible.Pane
     Accessible.name: title
@@ -69,11 +72,20 @@ FocusScope {
             y: page.padding
             width: Math.min(page.contentMaxWidth, flick.width - 2 * page.padding)
             spacing: TD.l
-            TDLabel {
+            RowLayout {
                 visible: page.title !== ""
-                text: page.title
-                font { pixelSize: TD.pageTitle; bold: true }
-                Accessible.role: Accessible.Heading
+                width: parent.width
+                TDLabel {
+                    Layout.fillWidth: true
+                    text: page.title
+                    elide: Text.ElideRight
+                    font { pixelSize: TD.pageTitle; bold: true }
+                    Accessible.role: Accessible.Heading
+                }
+                RowLayout {
+                    id: actionRow
+                    spacing: TD.m
+                }
             }
         }
     }

@@ -7,6 +7,6 @@ TDLabel {
     property bool small: false
 
     color: small ? TD.textSecondary : TD.text
-    font { pixelSize: small ? TD.badge : TD.section; bold: small; weight: Font.DemiBold; letterSpacing: small ? 0.8 : 0 }
+    font { pixelSize: small ? TD.badge : TD.section; weight: small ? Font.Bold : Font.DemiBold; letterSpacing: small ? 0.8 : 0 }
     Accessible.role: Accessible.Heading
 }

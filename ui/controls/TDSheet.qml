@@ -11,6 +11,8 @@ TDModal {
     default property alias content: column.data
     property alias buttons: footer.data
     property int sheetWidth: 560
+    /** Return was pressed, and no button had the focus. */
+    signal submitted
 
     width: Math.min(sheetWidth, parent ? parent.width - 48 : sheetWidth)
     height: Math.min(implicitHeight, parent ? parent.height - 48 : implicitHeight)
@@ -19,6 +21,8 @@ TDModal {
 
     contentItem: ColumnLayout {
         spacing: TD.l
+        Keys.onReturnPressed: sheet.submitted()
+        Keys.onEnterPressed: sheet.submitted()
         TDLabel {
             id: heading
             Layout.fillWidth: true
@@ -31,9 +35,9 @@ TDModal {
             id: flick
             Layout.fillWidth: true
             Layout.fillHeight: true
-            // Room for the focus rings of what lies at the edges.
+            // Room for focus rings on the left and the scroll bar on the right.
             Layout.leftMargin: -4
-            Layout.rightMargin: -4
+            Layout.rightMargin: -18
             contentWidth: width
             contentHeight: column.height
             clip: true
@@ -42,7 +46,7 @@ TDModal {
             ColumnLayout {
                 id: column
                 x: 4
-                width: flick.width - 8
+                width: flick.width - 22
                 spacing: TD.m
             }
         }

@@ -14,7 +14,6 @@ T.Switch {
     padding: 2
     opacity: enabled ? 1 : 0.5
     Accessible.name: label
-    Keys.onReturnPressed: { toggle(); toggled(); }
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     indicator: Rectangle {

@@ -8,6 +8,9 @@ T.TextField {
     id: field
 
     property bool large: false
+    property bool invalid: false
+
+    readonly property color edge: invalid ? TD.danger : activeFocus ? TD.accent : TD.hairline
 
     implicitWidth: 200
     implicitHeight: large ? 44 : 36
@@ -16,7 +19,7 @@ T.TextField {
     verticalAlignment: Text.AlignVCenter
     color: TD.text
     selectionColor: TD.accent
-    selectedTextColor: TD.dark ? TD.window : "white"
+    selectedTextColor: TD.onAccent
     placeholderTextColor: TD.textTertiary
     font { family: TD.fontFamily; pixelSize: large ? TD.pageTitle : TD.body; bold: large }
     opacity: enabled ? 1 : 0.5
@@ -40,12 +43,12 @@ T.TextField {
     background: Rectangle {
         radius: field.large ? 0 : TD.controlRadius
         color: field.large ? "transparent" : TD.field
-        border { color: field.activeFocus ? TD.accent : TD.hairline; width: field.large ? 0 : field.activeFocus ? 2 : 1 }
+        border { color: field.edge; width: field.large ? 0 : field.activeFocus ? 2 : 1 }
         Rectangle {
             visible: field.large
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
             height: 2
-            color: field.activeFocus ? TD.accent : TD.hairline
+            color: field.edge
         }
     }
 }

@@ -30,8 +30,8 @@ Rectangle {
     width: Math.min(row.implicitWidth + 32, parent ? parent.width - 48 : 400)
     height: 46
     radius: TD.cardRadius
-    color: TD.dark ? "#2A313A" : TD.panel
-    border { color: TD.dark ? "#3A434E" : TD.panel; width: 1 }
+    color: TD.raised
+    border { color: TD.dark ? "#3A434E" : TD.raised; width: 1 }
     z: 10
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text

@@ -29,15 +29,17 @@ QColor over(const QColor& colour, const QColor& ground) {
     const auto mix = [alpha](float upper, float lower) {
         return upper * alpha + lower * (1 - alpha);
     };
-    return QColor::fromRgbF(mix(colour.redF(), ground.redF()), mix(colour.greenF(), ground.greenF()),
+    return QColor::fromRgbF(mix(colour.redF(), ground.redF()),
+                            mix(colour.greenF(), ground.greenF()),
                             mix(colour.blueF(), ground.blueF()));
 }
 
 QColor readable(const QColor& colour, const QColor& ground) {
-    const QColor end = contrast(Qt::white, ground) > contrast(Qt::black, ground) ? Qt::white
-                                                                                 : Qt::black;
+    const QColor end =
+        contrast(Qt::white, ground) > contrast(Qt::black, ground) ? Qt::white : Qt::black;
     QColor result = QColor(colour.rgb());
-    for (int step = 1; step <= 50 && contrast(QColor(result.rgb()), ground) < textContrast; ++step) {
+    for (int step = 1; step <= 50 && contrast(QColor(result.rgb()), ground) < textContrast;
+         ++step) {
         QColor mixed = end;
         mixed.setAlphaF(static_cast<float>(step) / 50.0F);
         result = over(mixed, QColor(colour.rgb()));

@@ -19,8 +19,10 @@ const Palette& Palette::light() {
         .textTertiary = 0x666D77,
         .hairline = 0xE4DFD5,
         .field = 0xFAF8F4,
-        .sidebar = 0xEFEBE3,
+        .sidebar = 0xF2EEE7,
+        .raised = 0x14304A,
         .onBrand = 0xFFFFFF,
+        .onAccent = 0xFFFFFF,
     };
     return palette;
 }
@@ -44,7 +46,9 @@ const Palette& Palette::dark() {
         .hairline = 0x2C333C,
         .field = 0x181C22,
         .sidebar = 0x191D24,
+        .raised = 0x2A313A,
         .onBrand = 0x10202F,
+        .onAccent = 0x10202F,
     };
     return palette;
 }

@@ -24,8 +24,12 @@ struct Palette {
     QColor field;
     /// The ground of the sidebar.
     QColor sidebar;
+    /// The ground of short messages over a page, with `panelText` on it.
+    QColor raised;
     /// Text on `brand`.
     QColor onBrand;
+    /// Text on `accent`.
+    QColor onAccent;
 
     bool operator==(const Palette&) const = default;
 

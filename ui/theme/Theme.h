@@ -24,6 +24,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor panelText READ panelText NOTIFY coloursChanged)
     Q_PROPERTY(QColor brand READ brand NOTIFY coloursChanged)
     Q_PROPERTY(QColor onBrand READ onBrand NOTIFY coloursChanged)
+    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY coloursChanged)
+    Q_PROPERTY(QColor raised READ raised NOTIFY coloursChanged)
     Q_PROPERTY(QColor accent READ accent NOTIFY coloursChanged)
     Q_PROPERTY(QColor success READ success NOTIFY coloursChanged)
     Q_PROPERTY(QColor successBg READ successBg NOTIFY coloursChanged)
@@ -83,6 +85,8 @@ public:
     QColor panelText() const { return palette().panelText; }
     QColor brand() const { return palette().brand; }
     QColor onBrand() const { return palette().onBrand; }
+    QColor onAccent() const { return palette().onAccent; }
+    QColor raised() const { return palette().raised; }
     QColor accent() const { return palette().accent; }
     QColor success() const { return palette().success; }
     QColor successBg() const { return palette().successBg; }
