@@ -21,4 +21,5 @@ QList<Result> measureCaptures();
 QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
+QList<Result> measureHits();
 QList<Result> measureMemory();

@@ -139,11 +139,14 @@ FocusScope {
             event.accepted = true;
         }
 
+        // A row that waits to be used again is not there, also not for a screen reader.
         delegate: DelegateChooser {
             role: "kind"
             DelegateChoice {
                 roleValue: "region"
                 TDLabel {
+                    ListView.onPooled: visible = false
+                    ListView.onReused: visible = true
                     required property string title
                     width: list.width
                     leftPadding: list.inset
@@ -157,6 +160,8 @@ FocusScope {
             DelegateChoice {
                 roleValue: "journey"
                 JourneySection {
+                    ListView.onPooled: visible = false
+                    ListView.onReused: visible = true
                     required property int index
                     required property string journey
                     objectName: "journey"
@@ -174,6 +179,8 @@ FocusScope {
             DelegateChoice {
                 roleValue: "direction"
                 DirectionHeading {
+                    ListView.onPooled: visible = false
+                    ListView.onReused: visible = true
                     required property int index
                     required property string journey
                     required property bool isOpen
@@ -187,6 +194,8 @@ FocusScope {
             DelegateChoice {
                 roleValue: "cards"
                 CardRow {
+                    ListView.onPooled: visible = false
+                    ListView.onReused: visible = true
                     required property int index
                     width: list.width
                     inset: list.inset

@@ -103,8 +103,8 @@ Rectangle {
         activeFocusOnTab: trip.isTabStop && trip.isBookable
         hoverEnabled: true
         Accessible.name: fare.text + ", Book på SAS"
-        Keys.onReturnPressed: click()
-        Keys.onEnterPressed: click()
+        Keys.onReturnPressed: trip.booked()
+        Keys.onEnterPressed: trip.booked()
         onClicked: trip.booked()
         HoverHandler { cursorShape: trip.isBookable ? Qt.PointingHandCursor : Qt.ArrowCursor }
 
