@@ -24,6 +24,8 @@ Rectangle {
     }
     function dismiss() {
         timer.stop();
+        if (undo.activeFocus)
+            undo.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason);
         visible = false;
     }
 
@@ -66,6 +68,7 @@ Rectangle {
             visible: bar.undoable
             kind: "plain"
             text: "Angre"
+            focusPolicy: Qt.TabFocus
             ink: TD.peach
             leftPadding: 10
             onClicked: {
