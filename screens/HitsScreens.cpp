@@ -97,6 +97,11 @@ const Screen open(u"hits-open"_s, [](Shot& shot) {
     world.page.toggle(u"New York|Oslo"_s);
     show(shot, world);
 });
+const Screen narrow(u"hits-narrow"_s, QSize(660, 600), [](Shot& shot) {
+    World& world = filled(shot);
+    world.page.toggle(u"New York|Oslo"_s);
+    show(shot, world);
+});
 const Screen cheapest(u"hits-cheapest"_s, QSize(1120, 880), [](Shot& shot) {
     World& world = filled(shot);
     world.page.setSortOrder(2);

@@ -13,7 +13,6 @@ Flow {
     spacing: TD.m
 
     TDComboBox {
-        id: watcher
         objectName: "watcherPicker"
         width: 220
         label: "Overvåker"
@@ -22,7 +21,6 @@ Flow {
         onActivated: index => bar.page.watcherIndex = index
     }
     TDSegmented {
-        id: sort
         objectName: "sortPicker"
         width: 320
         label: "Sortering"
@@ -90,17 +88,6 @@ Flow {
                 enabled: bar.page.hasMatches
                 onClicked: bar.page.confirmClear = true
             }
-        }
-    }
-
-    // The controls let go of their bindings when they are used.
-    Connections {
-        target: bar.page
-        function onChoiceChanged() {
-            watcher.currentIndex = bar.page.watcherIndex;
-            sort.currentIndex = bar.page.sortOrder;
-            cards.currentIndex = bar.page.cardOrder;
-            hide.checked = bar.page.hideSoldOut;
         }
     }
 }
