@@ -18,6 +18,9 @@ Item {
 
     implicitHeight: line.height + (isLast ? TD.l + TD.m : TD.m)
 
+    Accessible.role: Accessible.ListItem
+    Accessible.name: cards.map(card => card.title).join(", ")
+
     /** Puts the focus on the first button. */
     function enter() {
         for (let i = 0; i < cards.length; ++i) {

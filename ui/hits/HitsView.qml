@@ -59,9 +59,9 @@ FocusScope {
         objectName: "list"
 
         readonly property real inset: Math.max(TD.xl, (width - 1320) / 2)
-        /** The keyboard was used last, so what is current is marked. */
+        /** The keyboard was used last, so that the row with the focus is marked. */
         property bool byKeyboard: false
-        readonly property bool isMarking: byKeyboard && Window.activeFocusItem === list
+        property bool wasLeft: false
         property string toggled
 
         /** The rows whose buttons Tab reaches: the current one, below an open header also the next. */
@@ -69,22 +69,24 @@ FocusScope {
             return row === currentIndex || (row > currentIndex && row <= currentIndex + 2
                                             && currentItem?.isOpen === true);
         }
-        function go(step: int) {
+        /** Makes a row the current one and takes the focus to it, also from a button in another. */
+        function moveTo(row: int) {
             byKeyboard = true;
-            forceActiveFocus(Qt.TabFocusReason);
-            currentIndex = view.page.nextStop(currentIndex, step);
+            currentIndex = row;
+            currentItem?.forceActiveFocus(Qt.TabFocusReason);
+        }
+        function go(step: int) {
+            moveTo(view.page.nextStop(currentIndex, step));
         }
         function goPages(pages: int) {
-            byKeyboard = true;
-            forceActiveFocus(Qt.TabFocusReason);
             const step = pages < 0 ? -1 : 1;
             const from = currentItem?.y ?? 0;
             for (let row = currentIndex; ; ) {
                 const next = view.page.nextStop(row, step);
                 if (next === row)
                     return;
-                currentIndex = row = next;
-                if (currentItem && Math.abs(currentItem.y - from) > Math.abs(pages) * height)
+                moveTo(row = next);
+                if (Math.abs(currentItem.y - from) > Math.abs(pages) * height * 0.8)
                     return;
             }
         }
@@ -118,7 +120,13 @@ FocusScope {
         T.ScrollBar.vertical: TDScrollBar {}
 
         onActiveFocusChanged: {
-            if (activeFocus && currentIndex < 0)
+            if (!activeFocus) {
+                wasLeft = wasLeft || Window.active;
+                return;
+            }
+            // The page has the focus when it opens; then nobody has walked to a row yet.
+            byKeyboard = wasLeft;
+            if (currentIndex < 0)
                 currentIndex = view.page.nextStop(-1, 1);
         }
         Keys.onPressed: event => {
@@ -127,8 +135,8 @@ FocusScope {
             case Qt.Key_Up: go(-1); break;
             case Qt.Key_PageDown: goPages(1); break;
             case Qt.Key_PageUp: goPages(-1); break;
-            case Qt.Key_Home: positionViewAtBeginning(); currentIndex = -1; go(1); break;
-            case Qt.Key_End: currentIndex = count; go(-1); break;
+            case Qt.Key_Home: moveTo(view.page.nextStop(-1, 1)); break;
+            case Qt.Key_End: moveTo(view.page.nextStop(count, -1)); break;
             case Qt.Key_Return:
             case Qt.Key_Enter:
             case Qt.Key_Space: use(); break;
@@ -167,11 +175,11 @@ FocusScope {
                     objectName: "journey"
                     width: list.width
                     inset: list.inset
-                    isCurrent: list.currentIndex === index && list.isMarking
+                    isCurrent: activeFocus && list.byKeyboard
                     animated: list.toggled === journey
                     onClicked: {
-                        list.byKeyboard = false;
                         list.forceActiveFocus(Qt.MouseFocusReason);
+                        list.byKeyboard = false;
                         list.toggle(index, journey);
                     }
                 }
@@ -200,7 +208,7 @@ FocusScope {
                     width: list.width
                     inset: list.inset
                     columns: view.page.columns
-                    isCurrent: list.currentIndex === index && list.isMarking
+                    isCurrent: activeFocus && list.byKeyboard
                     isTabStop: list.isTabStop(index)
                     onBooked: column => view.page.book(index, column)
                     onCopied: column => view.page.copy(index, column)
