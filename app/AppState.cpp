@@ -117,6 +117,7 @@ void AppState::reload() {
     const auto lastPoll = Worker::loadSummary(m_database);
     if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
         Q_EMIT lastPollChanged();
+    Q_EMIT reloaded();
 }
 
 void AppState::addSearchAndRun(const Search& search) {
@@ -133,20 +134,34 @@ void AppState::finishOnboarding() {
 
 QCoro::Task<> AppState::refreshCommunity() {
     const QPointer self(this);
-    QList<Match> hits;
-    if (m_community.isSharing()) {
-        hits = co_await m_community.fetchHits(watchedRoutes());
-        if (!self)
-            co_return;
-        hits = co_await concerning(std::move(hits));
-        // Sharing may have been switched off meanwhile.
-        if (!self || !m_community.isSharing())
-            hits.clear();
-        if (!self)
-            co_return;
+    const QStringList routes = watchedRoutes();
+    const auto answer = co_await m_community.fetchHits(routes);
+    if (!self)
+        co_return;
+    QList<Match> hits = co_await concerning(answer.value_or(QList<Match>()));
+    if (!self)
+        co_return;
+    // Sharing may have been switched off meanwhile.
+    if (!m_community.isSharing()) {
+        setCommunityHits({});
+        co_return;
     }
+    if (answer)
+        removeGone(*answer, routes.first(std::min(routes.size(), Community::mostRoutes)));
     setCommunityHits(std::move(hits));
     notifyFreshCommunityHits();
+}
+
+/// What others have found and then sold out is no longer offered.
+void AppState::removeGone(const QList<Match>& answer, const QStringList& asked) {
+    const auto gone = CommunityFind::gone(m_matches, answer, asked, m_clock.now());
+    if (gone.isEmpty())
+        return;
+    m_database.transaction([&] {
+        for (const Match& match : gone)
+            m_database.deleteMatch(match.id);
+    });
+    reload();
 }
 
 /// Those that are what an enabled watcher asks for, in their order.
@@ -176,6 +191,16 @@ void AppState::notifyFreshCommunityHits() {
             fresh.append(hit);
         }
     }
+    // The user's own finds come back from the service, and are news to nobody even when they have
+    // been cleared from the list.
+    for (auto watcher = m_searches.cbegin(); watcher != m_searches.cend() && !fresh.isEmpty();
+         ++watcher) {
+        const auto own = m_database.seenCabins(watcher->id);
+        fresh.removeIf([&own](const Match& hit) {
+            const auto row = own.find(hit.key);
+            return row != own.end() && row->cabins.contains(hit.cabin);
+        });
+    }
     if (fresh.isEmpty())
         return;
     const bool isStored = m_database.transaction([&] {
@@ -187,8 +212,10 @@ void AppState::notifyFreshCommunityHits() {
     });
     if (!isStored)
         return;
-    for (const Match& hit : std::as_const(fresh))
+    for (const Match& hit : std::as_const(fresh)) {
         m_notifier.notifyCommunityFare(hit);
+        Q_EMIT communityFound(hit);
+    }
     setMatches(m_database.recentMatches(mostMatches));
     setCommunityHits(m_communityHits);
 }

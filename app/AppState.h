@@ -67,11 +67,15 @@ public:
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
+    /// Everything has been read from the database, whether it has changed or not.
+    void reloaded();
     void searchesChanged();
     void matchesChanged();
     void matchCountsChanged();
     void lastPollChanged();
     void communityHitsChanged();
+    /// A fresh find of somebody else has been stored and announced.
+    void communityFound(const Match& find);
     void onboardedChanged();
     void notifyOnChanged();
     void pollIntervalMinChanged();
@@ -87,6 +91,7 @@ private:
     void setMatches(QList<Match> matches);
     void setCommunityHits(QList<Match> hits);
     QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
+    void removeGone(const QList<Match>& answer, const QStringList& asked);
     void notifyFreshCommunityHits();
 
     Database& m_database;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Demo.h"
 
+#include "community/Service.h"
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
@@ -11,8 +12,19 @@
 using namespace Qt::StringLiterals;
 
 struct Demo::Private {
-    explicit Private(standin::Options options) : airline(std::move(options)) {}
+    explicit Private(standin::Options options)
+        : airline(std::move(options)), hunters(communityOptions()) {}
+
+    static community::Options communityOptions() {
+        community::Options options;
+        // What can be booked here is on the stand-in, and all its users are this one.
+        options.takesLocalBookings = true;
+        options.rateLimit = 0;
+        return options;
+    }
+
     standin::StandIn airline;
+    community::Service hunters;
 };
 
 Demo::Demo(const QString& folder, bool signInRequired) {
@@ -23,6 +35,8 @@ Demo::Demo(const QString& folder, bool signInRequired) {
     d = std::make_unique<Private>(std::move(options));
     if (const auto error = d->airline.start())
         throw Err{u"Demoens flyselskap kunne ikke starte: "_s + *error};
+    if (const auto error = d->hunters.start())
+        throw Err{u"Demoens fellesskap kunne ikke starte: "_s + QString::fromStdString(*error)};
 }
 
 Demo::~Demo() = default;
@@ -30,6 +44,10 @@ Demo::~Demo() = default;
 Site Demo::site() const {
     return {d->airline.siteOrigin(), d->airline.siteDomain(), d->airline.idpHost(),
             d->airline.idpDomain()};
+}
+
+QString Demo::community() const {
+    return QString::fromStdString(d->hunters.address());
 }
 
 void Demo::seedWatchers(Database& database, QDate today) {

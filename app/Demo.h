@@ -12,22 +12,25 @@
 
 class Database;
 
-/// The demo: a stand-in airline inside this process, and something to watch on it.
+/// The demo: a stand-in airline and a community service inside this process, and something to
+/// watch.
 class Demo {
 public:
     /// The name of its data folder, so that the user's own is never touched.
     static QString folderName() { return QStringLiteral("Tindra-demo"); }
 
-    /// Starts the stand-in; its inventory goes on in `folder` where the last run left it.
-    /// With `signInRequired` it shows offers to signed-in visitors only; without, it knows every
-    /// browser already. Throws Err when it cannot
-    /// start.
+    /// Starts both; the airline's inventory goes on in `folder` where the last run left it, what
+    /// hunters share is forgotten with the process. With `signInRequired` the airline shows offers
+    /// to signed-in visitors only; without, it knows every browser already. Throws Err when one
+    /// cannot start.
     Demo(const QString& folder, bool signInRequired);
     ~Demo();
     Q_DISABLE_COPY_MOVE(Demo)
 
     /// Where the stand-in is.
     Site site() const;
+    /// The base address of the community service.
+    QString community() const;
 
     /// Stores the demo's watchers, with windows some weeks after `today`, unless there are some
     /// whose windows still lie ahead.

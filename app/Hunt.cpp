@@ -2,6 +2,7 @@
 #include "app/Hunt.h"
 
 #include "airline/SessionState.h"
+#include "app/Sharing.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
@@ -17,16 +18,18 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto notificationPatience = 5s;
+constexpr auto sharingPatience = 15s;
 constexpr auto windowStep = 1s;
 constexpr double usualIntervalMinutes = 10;
 
 } // namespace
 
-Hunt::Hunt(Database& database, SessionState& session, Worker& worker,
+Hunt::Hunt(Database& database, SessionState& session, Worker& worker, Sharing& sharing,
            NotificationCenter& notifications, Clock& clock, bool json, Output output)
     : m_database(database)
     , m_session(session)
     , m_worker(worker)
+    , m_sharing(sharing)
     , m_notifications(notifications)
     , m_clock(clock)
     , m_json(json)
@@ -62,7 +65,10 @@ QCoro::Task<int> Hunt::once() {
         co_return cannotStart;
     sayIfNothingIsStored();
     write(takeReport(summary));
-    co_await notificationsTaken();
+    // Others' finds are announced too, so this comes first.
+    co_await m_sharing.finished(sharingPatience);
+    if (self)
+        co_await notificationsTaken();
     if (!self)
         co_return cannotStart;
     if (m_session.loginStatus().isLoggedOut())

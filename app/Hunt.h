@@ -12,6 +12,7 @@ class Clock;
 class Database;
 class NotificationCenter;
 class SessionState;
+class Sharing;
 class Worker;
 
 /// `tindra hunt`: poll rounds on the command line, without a window.
@@ -36,7 +37,7 @@ public:
     };
 
     /// Everything must outlive the hunt. `json` selects how results are written.
-    Hunt(Database& database, SessionState& session, Worker& worker,
+    Hunt(Database& database, SessionState& session, Worker& worker, Sharing& sharing,
          NotificationCenter& notifications, Clock& clock, bool json, Output output);
 
     /// One round; the answer is the program's exit code.
@@ -58,6 +59,7 @@ private:
     Database& m_database;
     SessionState& m_session;
     Worker& m_worker;
+    Sharing& m_sharing;
     NotificationCenter& m_notifications;
     Clock& m_clock;
     bool m_json;

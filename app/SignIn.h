@@ -23,6 +23,12 @@ public:
     /// Opens the window; the answer comes when the user has finished and is whether lookups work.
     QCoro::Task<bool> run();
 
+    /// What `run`'s answer means to the user.
+    static QString confirmedText() {
+        return QStringLiteral("Innlogget hos SAS, bekreftet med et ekte oppslag.");
+    }
+    static QString failedText() { return QStringLiteral("Ikke innlogget hos SAS."); }
+
 Q_SIGNALS:
     /// The session was confirmed, or could not be.
     void confirmed(bool works);

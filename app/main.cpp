@@ -4,23 +4,31 @@
 #include "airline/LiveSession.h"
 #include "airline/SASEngine.h"
 #include "airline/SessionState.h"
+#include "app/AppState.h"
 #include "app/CommandLine.h"
 #include "app/Demo.h"
+#include "app/DemoHunters.h"
 #include "app/Hunt.h"
+#include "app/PassedCommands.h"
+#include "app/Sharing.h"
 #include "app/SignIn.h"
+#include "core/Cabin.h"
 #include "core/Database.h"
 #include "core/Err.h"
 #include "core/Keychain.h"
 #include "core/TDLog.h"
 #include "platform/MemorySecretStore.h"
+#include "platform/linux/DBusInstance.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GtkHostWindow.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
+#include "platform/linux/NetworkSession.h"
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/UnixSignals.h"
 #include "platform/linux/WebKitRuntime.h"
 #include "platform/linux/WebKitView.h"
+#include "polling/Community.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
 
@@ -75,6 +83,14 @@ std::unique_ptr<Demo> startDemo(const CommandLine& line, const Folders& folders,
     return demo;
 }
 
+/// TINDRA_COMMUNITY_URL comes before the demo's own service and the build's address.
+QString communityBase(const Demo* demo) {
+    const QString own = qEnvironmentVariable("TINDRA_COMMUNITY_URL");
+    if (!own.isEmpty())
+        return own;
+    return demo ? demo->community() : Community::builtInBaseAddress();
+}
+
 std::unique_ptr<SecretStore> openSecrets(const CommandLine& line, Clock& clock) {
     if (line.demo)
         return std::make_unique<MemorySecretStore>();
@@ -94,9 +110,9 @@ std::unique_ptr<WebKitRuntime> startWebKit(const Folders& folders) {
 
 /// Everything that lives as long as the program, in the order of its making.
 struct Tindra {
-    explicit Tindra(const CommandLine& commandLine)
+    Tindra(const CommandLine& commandLine, const Folders& itsFolders)
         : line(commandLine)
-        , folders(line.demo ? Demo::folderName() : u"Tindra"_s)
+        , folders(itsFolders)
         , demo(startDemo(line, folders, database, clock))
         , site(demo ? demo->site()
                     : Site::fromEnvironment(QProcessEnvironment::systemEnvironment()))
@@ -108,11 +124,16 @@ struct Tindra {
             [this](const QString& title, const QString& body) { notifier.post(title, body); });
         engine.setRoundQuestion([this] { return worker.isRunning(); });
         notifier.requestPermission();
+        // With a service of their own choice, people are among real hunters.
+        if (demo && communityBase(demo.get()) == demo->community()) {
+            hunters = std::make_unique<DemoHunters>(community, clock, site);
+            hunters->start();
+        }
     }
 
     CommandLine line;
     LinuxClock clock;
-    LinuxFolders folders;
+    const Folders& folders;
     Logging logging{folders, clock};
     Database database{folders.data(), clock};
     std::unique_ptr<Demo> demo;
@@ -130,70 +151,97 @@ struct Tindra {
     LiveSession session{*view, window, clock, database, keychain, state, capture, site};
     SASEngine engine{*view, clock, database, keychain, state, capture, &session};
     Worker worker{database, engine, notifier, clock, site};
-    Hunt hunt{database,
-              state,
-              worker,
-              notifications,
-              clock,
-              line.json,
-              {[](const QByteArray& result) { writeLine(stdout, result); }, say}};
+    NetworkSession network{clock};
+    Community community{database, network, clock, communityBase(demo.get())};
+    AppState appState{database, worker, community, notifier, clock};
+    Sharing sharing{worker, community, appState, clock};
+    SignIn signIn{session.window(), state, database, engine, worker, clock};
+
+    std::unique_ptr<DemoHunters> hunters;
+
+    std::unique_ptr<Hunt> makeHunt(bool json, const Hunt::Output& output) {
+        return std::make_unique<Hunt>(database, state, worker, sharing, notifications, clock, json,
+                                      output);
+    }
 };
 
-int hunt(Tindra& tindra) {
-    const UnixSignals signalWatch({SIGINT, SIGTERM}, [&tindra] {
+int hunt(Tindra& tindra, Instance& instance) {
+    const auto hunt = tindra.makeHunt(
+        tindra.line.json, {[](const QByteArray& result) { writeLine(stdout, result); }, say});
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [&] {
         const int code = tindra.line.once ? Hunt::interrupted : Hunt::roundEnded;
-        tindra.hunt.stop().then([code] { QCoreApplication::exit(code); });
+        hunt->stop().then([code] { QCoreApplication::exit(code); });
     });
-    std::unique_ptr<SignIn> signIn;
-    if (!tindra.line.once)
-        signIn = std::make_unique<SignIn>(tindra.session.window(), tindra.state, tindra.database,
-                                          tindra.engine, tindra.worker, tindra.clock);
+    PassedCommands passed(
+        [&tindra](bool json, const Hunt::Output& output) { return tindra.makeHunt(json, output); },
+        tindra.signIn, tindra.worker, tindra.clock);
+    QObject::connect(
+        &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
+            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
+                                           cabinLabel(find.cabin)));
+        });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.
-    QTimer::singleShot(0, &tindra.hunt, [&tindra] {
-        if (tindra.line.once)
-            tindra.hunt.once().then([](int code) { QCoreApplication::exit(code); });
-        else
-            tindra.hunt.start();
+    QTimer::singleShot(0, hunt.get(), [&] {
+        if (tindra.line.once) {
+            hunt->once().then([](int code) { QCoreApplication::exit(code); });
+            return;
+        }
+        instance.serve([&passed](QStringList arguments) { return passed.run(arguments); });
+        hunt->start();
     });
     return QCoreApplication::exec();
 }
 
 int signIn(Tindra& tindra) {
-    const UnixSignals signalWatch({SIGINT, SIGTERM},
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP},
                                   [] { QCoreApplication::exit(Hunt::interrupted); });
-    SignIn signIn(tindra.session.window(), tindra.state, tindra.database, tindra.engine,
-                  tindra.worker, tindra.clock);
-    QTimer::singleShot(0, &signIn, [&signIn] {
-        signIn.run().then([](bool works) {
-            writeLine(stdout, works ? "Innlogget hos SAS, bekreftet med et ekte oppslag."
-                                    : "Ikke innlogget hos SAS.");
+    QTimer::singleShot(0, &tindra.signIn, [&tindra] {
+        tindra.signIn.run().then([](bool works) {
+            writeLine(stdout, (works ? SignIn::confirmedText() : SignIn::failedText()).toUtf8());
             QCoreApplication::exit(works ? Hunt::roundEnded : Hunt::signedOut);
         });
     });
     return QCoreApplication::exec();
 }
 
+/// Lets the Tindra that has the data folder do the work.
+int passOn(Instance& instance) {
+    say(u"Tindra kjører allerede, og tar seg av det."_s);
+    std::optional<CommandAnswer> answer;
+    QTimer::singleShot(0, [&] {
+        instance.pass(QCoreApplication::arguments().sliced(1)).then([&answer](const auto& given) {
+            answer = given;
+            QCoreApplication::quit();
+        });
+    });
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [] { QCoreApplication::quit(); });
+    QCoreApplication::exec();
+    if (!answer)
+        throw Err{u"Tindra som kjører, tok ikke imot kommandoen. Vent til den er ferdig, eller "
+                  u"avslutt den."_s};
+    std::fputs(answer->err.toUtf8().constData(), stderr);
+    std::fwrite(answer->out.constData(), 1, static_cast<size_t>(answer->out.size()), stdout);
+    return answer->exitCode;
+}
+
 int run(const CommandLine& line) {
-    switch (line.command) {
-    case CommandLine::Command::help:
+    if (line.command == CommandLine::Command::help) {
         writeLine(stdout, CommandLine::helpText().trimmed().toUtf8());
         return 0;
-    case CommandLine::Command::version:
+    }
+    if (line.command == CommandLine::Command::version) {
         writeLine(stdout, u"tindra %1 (WebKitGTK %2)"_s
                               .arg(QCoreApplication::applicationVersion(), WebKitRuntime::version())
                               .toUtf8());
         return 0;
-    case CommandLine::Command::hunt: {
-        Tindra tindra(line);
-        return hunt(tindra);
     }
-    case CommandLine::Command::signIn: {
-        Tindra tindra(line);
-        return signIn(tindra);
-    }
-    }
-    return Hunt::wrongUsage;
+    const LinuxFolders folders(line.demo ? Demo::folderName() : u"Tindra"_s);
+    DBusInstance instance(folders.data(), QDBusConnection::sessionBus());
+    if (!instance.isFirst())
+        return passOn(instance);
+    Tindra tindra(line, folders);
+    return line.command == CommandLine::Command::hunt ? hunt(tindra, instance) : signIn(tindra);
 }
 
 /// Everything that Tindra and its web view write is its owner's alone, and no memory with a

@@ -22,4 +22,6 @@ QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
 QList<Result> measureHits();
+QList<Result> measureState();
+QList<Result> measureWatchers();
 QList<Result> measureMemory();

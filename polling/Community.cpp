@@ -13,7 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype mostRoutes = 60;
 /// The service takes no more in one request.
 constexpr qsizetype findsPerRequest = 200;
 /// Finds read in one turn of the event loop, so that a long answer holds nobody up.
@@ -56,9 +55,9 @@ std::optional<QUrl> Community::base() const {
     return url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
 }
 
-QCoro::Task<QList<Match>> Community::fetchHits(QStringList routes) {
+QCoro::Task<std::optional<QList<Match>>> Community::fetchHits(QStringList routes) {
     const QPointer self(this);
-    QList<Match> hits;
+    std::optional<QList<Match>> hits;
     const auto base = this->base();
     if (!isSharing() || !base || routes.isEmpty())
         co_return hits;
@@ -70,10 +69,13 @@ QCoro::Task<QList<Match>> Community::fetchHits(QStringList routes) {
     const auto response = co_await m_session.send(request);
     if (!self || !response || response->status != ok)
         co_return hits;
-    const QList<QJsonObject> objects = CommunityFind::objects(response->body);
-    for (qsizetype i = 0; i < objects.size(); ++i) {
-        if (auto match = CommunityFind::fromJson(objects[i], m_clock.now()))
-            hits.append(std::move(*match));
+    const auto objects = CommunityFind::objects(response->body);
+    if (!objects)
+        co_return hits;
+    hits.emplace();
+    for (qsizetype i = 0; i < objects->size(); ++i) {
+        if (auto match = CommunityFind::fromJson(objects->at(i), m_clock.now()))
+            hits->append(std::move(*match));
         if (i % findsPerTurn == findsPerTurn - 1)
             co_await nextTurn();
         if (!self)

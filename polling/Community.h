@@ -28,9 +28,11 @@ public:
 
     bool isSharing() const;
 
-    /// What others have found on `routes` ("OSL-NYC"), at most the first 60 of them, in the
-    /// service's order.
-    QCoro::Task<QList<Match>> fetchHits(QStringList routes);
+    /// Routes that one request asks for at most.
+    static constexpr qsizetype mostRoutes = 60;
+    /// What others have found on `routes` ("OSL-NYC"), the first `mostRoutes` of them, in the
+    /// service's order. Absent when nobody was asked or there was no answer that makes sense.
+    QCoro::Task<std::optional<QList<Match>>> fetchHits(QStringList routes);
     /// Shares those of the offers that are not sold out.
     QCoro::Task<> report(QList<Match> matches);
     /// Tells that `cabins` of the fare `key` are gone, one request a cabin.

@@ -3,6 +3,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,11 @@ namespace {
 constexpr qsizetype longestText = 200;
 constexpr qsizetype longestAddress = 2000;
 constexpr double largestNumber = 10'000'000;
+/// The service keeps a find for 90 minutes from when it was reported, which is after it was found;
+/// the rest is for clocks that disagree.
+constexpr std::chrono::minutes certainLife{80};
+/// With so many finds of a route, the service leaves out the oldest.
+constexpr int fullRoute = 150;
 
 QString cut(QString text, qsizetype length = longestText) {
     text.truncate(length);
@@ -84,16 +90,34 @@ std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant 
     return match;
 }
 
-QList<QJsonObject> CommunityFind::objects(const QByteArray& answer) {
+std::optional<QList<QJsonObject>> CommunityFind::objects(const QByteArray& answer) {
     const QJsonValue hits = QJsonDocument::fromJson(answer).object()["hits"_L1];
-    QList<QJsonObject> result;
     if (!hits.isArray())
-        return result;
+        return std::nullopt;
+    QList<QJsonObject> result;
     const QJsonArray array = hits.toArray();
     for (const QJsonValue& value : array) {
         if (!value.isObject())
-            return {};
+            return std::nullopt;
         result.append(value.toObject());
+    }
+    return result;
+}
+
+QList<Match> CommunityFind::gone(const QList<Match>& stored, const QList<Match>& answer,
+                                 const QStringList& asked, Instant now) {
+    QSet<QString> present;
+    QHash<QString, int> ofRoute;
+    for (const Match& find : answer) {
+        present.insert(identity(find));
+        ++ofRoute[find.route];
+    }
+    QList<Match> result;
+    for (const Match& match : stored) {
+        const bool wasAsked = match.searchId == Match::communitySearchId && !match.soldOut &&
+                              asked.contains(match.route) && ofRoute.value(match.route) < fullRoute;
+        if (wasAsked && now - match.foundAt < certainLife && !present.contains(identity(match)))
+            result.append(match);
     }
     return result;
 }

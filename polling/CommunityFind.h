@@ -20,8 +20,13 @@ QJsonObject toJson(const Match& match);
 /// as 0, and nothing was found later than `now`.
 std::optional<Match> fromJson(const QJsonObject& object, Instant now);
 
-/// The objects of a downloaded answer, in its order; empty for any text without them.
-QList<QJsonObject> objects(const QByteArray& answer);
+/// The objects of a downloaded answer, in its order; absent for any text that is none.
+std::optional<QList<QJsonObject>> objects(const QByteArray& answer);
+
+/// Those of the user's `stored` offers that others had found and that have sold out since: the
+/// service was asked for their route, and does not have them although they cannot have expired.
+QList<Match> gone(const QList<Match>& stored, const QList<Match>& answer, const QStringList& asked,
+                  Instant now);
 
 /// What an offer is called among hunters: its fare key, "#" and its cabin.
 QString identity(const Match& match);

@@ -31,11 +31,14 @@ QNetworkRequest networkRequest(const HttpRequest& request) {
     return result;
 }
 
-/// An answer with an error status is an answer; anything else that failed is not.
-bool isWhole(const QNetworkReply& reply) {
-    const auto error = reply.error();
-    return error == QNetworkReply::NoError ||
-           (error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolFailure);
+/// An answer with an error status is an answer; anything else that failed is not, nor is a
+/// redirect that was not followed, which has its own status or that of nothing yet.
+bool isWhole(const QNetworkReply& reply, int status) {
+    constexpr int firstSuccess = 200;
+    constexpr int firstRedirect = 300;
+    constexpr int firstError = 400;
+    const bool isSuccess = status >= firstSuccess && status < firstRedirect;
+    return status >= firstError || (isSuccess && reply.error() == QNetworkReply::NoError);
 }
 
 } // namespace
@@ -76,11 +79,11 @@ QCoro::Task<std::optional<HttpResponse>> NetworkSession::send(HttpRequest reques
     if (!reply)
         co_return response;
     reply->disconnect();
-    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!finished)
         reply->abort();
-    else if (isWhole(*reply) && status.isValid() && body.size() <= request.largestBody)
-        response = HttpResponse{status.toInt(), std::move(body)};
+    else if (isWhole(*reply, status) && body.size() <= request.largestBody)
+        response = HttpResponse{status, std::move(body)};
     reply->deleteLater();
     co_return response;
 }

@@ -141,6 +141,35 @@ private Q_SLOTS:
         }
     }
 
+    void onlyTheAirlinesOwnAddressesAreOpened_data() {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<bool>("isOpened");
+        const auto row = [](const QString& address, bool isOpened) {
+            QTest::newRow(qPrintable(address)) << address << isOpened;
+        };
+        row(u"https://www.sas.no/book/flights/?search=OW_OSL-EWR-20270301"_s, true);
+        row(u"https://SAS.no/"_s, true);
+        row(u""_s, false);
+        row(u"http://www.sas.no/"_s, false);
+        row(u"https://www.sas.no:8443/"_s, false);
+        row(u"https://kari@www.sas.no/"_s, false);
+        row(u"https://www.sas.no@evil.example/"_s, false);
+        row(u"https://www.sas.no.evil.example/"_s, false);
+        row(u"https://evilsas.no/"_s, false);
+        row(u"//www.sas.no/"_s, false);
+        row(u"/book"_s, false);
+        row(u"javascript:alert('https://www.sas.no/')"_s, false);
+        row(u"https://www.sas.no/ %zz\n"_s, false);
+    }
+
+    void onlyTheAirlinesOwnAddressesAreOpened() {
+        QFETCH(QString, address);
+        QTEST(Site().bookingAddress(address).has_value(), "isOpened");
+        const Site local{u"http://site.localhost:8080"_s, u"site.localhost"_s, {}, {}};
+        QVERIFY(!local.bookingAddress(address));
+        QVERIFY(local.bookingAddress(u"http://site.localhost:8080/book"_s));
+    }
+
     void anyTextBecomesALiteral() {
         QCOMPARE(PageScripts::jsString(u"a\"b\\c\nd\u2028é🛫</script>"_s),
                  u"\"a\\\"b\\\\c\\nd\u2028é🛫</script>\""_s);

@@ -168,6 +168,7 @@ private Q_SLOTS:
         AppWorld world;
         world.addWatcher();
         world.addMatch([](Match& m) { m.key = u"own"_s; });
+        world.database.upsertSeen(1, u"own"_s, {u"business"_s}, u"SK907"_s);
         const double now = secondsSince1970(world.clock.now());
         QJsonObject economy = find(u"cabin"_s, now);
         economy[u"cabin"_s] = u"economy"_s;
@@ -181,7 +182,8 @@ private Q_SLOTS:
         QCOMPARE(stored.searchId, Match::communitySearchId);
         QVERIFY(stored.isCommunity);
 
-        // Not again, not even after a restart and after the offers were cleared.
+        // Not again, not even after a restart and after the offers were cleared; nor is what the
+        // user's own watcher had found.
         world.database.takeMatches();
         AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
         awaited(next.refreshCommunity());

@@ -5,6 +5,7 @@
 #include "standin/StandIn.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/NotificationService.h"
+#include "tests/support/RawSql.h"
 #include "tests/support/TestBus.h"
 
 #include <QCoreApplication>
@@ -77,7 +78,13 @@ private Q_SLOTS:
         QVERIFY(json(first)[u"soldOut"].toArray().isEmpty());
         QCOMPARE(json(first)[u"summary"][u"searches"].toInt(), 3);
         // All were handed to the desktop before the program ended.
-        QCOMPARE(desktop.received.size(), json(first)[u"new"].toArray().size());
+        // One more comes from the demo's other hunters.
+        const auto isOthers = [](const auto& shown) {
+            return shown.summary.contains(u"Fellesskapet");
+        };
+        QCOMPARE(std::count_if(desktop.received.begin(), desktop.received.end(), isOthers), 1);
+        QCOMPARE(desktop.received.size(), json(first)[u"new"].toArray().size() + 1);
+        QVERIFY(first.err.contains(u"👥"));
 
         const Result second = run({u"hunt"_s, u"--demo"_s, u"--once"_s, u"--json"_s});
         QCOMPARE(second.code, 0);
@@ -157,6 +164,35 @@ private Q_SLOTS:
         QFile log(m_folder + u"/data/Tindra/ui.log"_s);
         QVERIFY(log.open(QIODevice::ReadOnly));
         QCOMPARE(log.readAll().count("tindra.sqlite kan ikke brukes"), 1);
+    }
+
+    void aLaterStartLetsTheFirstDoTheWork() {
+        const auto first = start({u"hunt"_s, u"--demo"_s});
+        QByteArray err;
+        QVERIFY(QTest::qWaitFor(
+            [&] { return (err += first->readAllStandardError()).contains("(2 av 10)"); }, 60000));
+        const Result passed = run({u"hunt"_s, u"--demo"_s, u"--once"_s, u"--json"_s});
+        QVERIFY2(passed.code == 0, qPrintable(passed.err));
+        QVERIFY(passed.err.startsWith(u"Tindra kjører allerede"_s));
+        // A round of its own, after the one that was under way.
+        QVERIFY(!json(passed)[u"soldOut"].toArray().isEmpty());
+        const QByteArray out = first->readAllStandardOutput();
+        QCOMPARE(out.count("Runden er ferdig"), 2);
+
+        // One that is cut off ends the wait of the other, and leaves whole what is stored.
+        const auto second = start({u"hunt"_s, u"--demo"_s, u"--once"_s});
+        QVERIFY(QTest::qWaitFor(
+            [&] { return (err += first->readAllStandardError()).count("(2 av 10)") == 3; }, 60000));
+        first->terminate();
+        QVERIFY(first->waitForFinished(10000));
+        QCOMPARE(first->exitCode(), 0);
+        QVERIFY(QTest::qWaitFor([&] { return second->state() == QProcess::NotRunning; }, 10000));
+        QCOMPARE(second->exitCode(), 1);
+        QVERIFY(second->readAllStandardError().contains("tok ikke imot"));
+        runOn(m_folder + u"/data/Tindra-demo"_s,
+              "CREATE TEMP TABLE report (line CHECK (line = 'ok')); "
+              "INSERT INTO report SELECT integrity_check FROM pragma_integrity_check WHERE schema "
+              "= 'main';");
     }
 
     void anInterruptedRoundIsNotAnEndedOne() {

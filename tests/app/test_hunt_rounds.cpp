@@ -2,15 +2,10 @@
 // What the hunt says and how it ends, with an airline of recorded answers.
 #include "airline/SessionState.h"
 #include "app/Hunt.h"
-#include "core/Database.h"
-#include "polling/Notifier.h"
-#include "polling/Worker.h"
-#include "tests/support/FakeLegFetcher.h"
-#include "tests/support/FakeNotificationCenter.h"
-#include "tests/support/ManualClock.h"
+#include "app/Sharing.h"
+#include "tests/support/AppWorld.h"
 #include "tests/support/Settled.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,26 +14,22 @@ using namespace std::chrono_literals;
 class TestHuntRounds : public QObject {
     Q_OBJECT
 
-    struct World {
-        QTemporaryDir dir;
-        ManualClock clock;
-        Database database{dir.path(), clock};
-        FakeNotificationCenter center;
-        Notifier notifier{database, center, clock};
-        FakeLegFetcher airline;
+    struct World : AppWorld {
         SessionState session;
-        Worker worker{database, airline, notifier, clock, Site{}};
+        Sharing sharing{worker, community, state, clock};
         QStringList results;
         QStringList said;
         Hunt hunt{database,
                   session,
                   worker,
+                  sharing,
                   center,
                   clock,
                   true,
                   {[this](const QByteArray& line) { results.append(QString::fromUtf8(line)); },
                    [this](const QString& line) { said.append(line); }}};
 
+        World() { database.set(u"share_hits"_s, u"0"_s); }
         ~World() { settle(); }
         void add(const QString& dateFrom = u"2027-03-01"_s) {
             Search search;

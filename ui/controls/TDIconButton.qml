@@ -18,7 +18,6 @@ T.Button {
     implicitHeight: implicitWidth
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
-    Accessible.role: Accessible.Button
     Accessible.name: label
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

@@ -157,20 +157,20 @@ void HitsPage::setConfirmClear(bool confirm) {
 
 void HitsPage::clearAll() {
     setConfirmClear(false);
-    QList<Match> taken = m_database.takeMatches();
+    const bool isTaken = m_database.takeMatches();
     m_state.reload();
-    if (!taken.isEmpty())
-        say(u"Alle treff er slettet."_s, std::move(taken));
+    if (isTaken)
+        say(u"Alle treff er slettet."_s, true);
 }
 
 void HitsPage::undoClear() {
-    if (m_taken.isEmpty())
+    if (!m_canUndo)
         return;
-    if (m_database.restoreMatches(m_taken)) {
+    if (m_database.restoreMatches()) {
         dismissNotice();
         m_state.reload();
     } else {
-        say(u"Treffene kunne ikke legges tilbake. Prøv igjen."_s, std::move(m_taken));
+        say(u"Treffene kunne ikke legges tilbake. Prøv igjen."_s, true);
     }
 }
 
@@ -179,9 +179,9 @@ void HitsPage::dismissNotice() {
 }
 
 /// Whatever is said, there is a way back only from what was said last.
-void HitsPage::say(const QString& text, QList<Match> taken) {
+void HitsPage::say(const QString& text, bool canUndo) {
     m_notice = text;
-    m_taken = std::move(taken);
+    m_canUndo = canUndo;
     Q_EMIT noticeChanged();
 }
 

@@ -75,7 +75,7 @@ public:
     Q_INVOKABLE void undoClear();
     /// A line about what just happened; empty when there is nothing to say.
     const QString& notice() const { return m_notice; }
-    bool canUndo() const { return !m_taken.isEmpty(); }
+    bool canUndo() const { return m_canUndo; }
     Q_INVOKABLE void dismissNotice();
 
     /// Opens a closed journey and closes an open one.
@@ -111,7 +111,7 @@ private:
     void layOut();
     void readWatchers();
     void startMinute();
-    void say(const QString& text, QList<Match> taken = {});
+    void say(const QString& text, bool canUndo = false);
     void save(const QString& name, const QByteArray& content);
 
     AppState& m_state;
@@ -133,6 +133,6 @@ private:
     bool m_shown = false;
     bool m_confirmClear = false;
     QString m_notice;
-    QList<Match> m_taken;
+    bool m_canUndo = false;
     std::unique_ptr<Clock::Timer> m_minute;
 };

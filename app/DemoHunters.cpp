@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "app/DemoHunters.h"
+
+#include "airline/SAS.h"
+#include "app/Demo.h"
+#include "core/DateFmt.h"
+#include "polling/Community.h"
+
+#include <QPointer>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto betweenFinds = 4min;
+/// Every so many finds, an earlier one is gone.
+constexpr int goneEvery = 3;
+constexpr int firstFlightNumber = 9000;
+constexpr int flightNumbers = 900;
+
+/// What the hunters look for: a watcher of the demo, by its place in the list, and an offer for it.
+struct Wish {
+    qsizetype watcher;
+    const char* origin;
+    const char* destination;
+    const char16_t* fromCity;
+    const char16_t* toCity;
+    const char16_t* cabin;
+    int points;
+    int minutes;
+};
+constexpr std::array wishes{
+    Wish{1, "OSL", "EWR", u"Oslo", u"New York", u"premeco", 45'000, 510},
+    Wish{0, "CPH", "BKK", u"København", u"Bangkok", u"business", 60'000, 650},
+    Wish{2, "OSL", "LHR", u"Oslo", u"London", u"economy", 10'000, 145},
+    Wish{1, "BGO", "EWR", u"Bergen", u"New York", u"business", 60'000, 530},
+};
+
+} // namespace
+
+DemoHunters::DemoHunters(Community& community, Clock& clock, Site site)
+    : m_community(community), m_clock(clock), m_site(std::move(site)) {}
+
+Match DemoHunters::find(int number, QDate today, Instant foundAt, const Site& site) {
+    const Wish& wish = wishes[static_cast<size_t>(number) % wishes.size()];
+    const Search watcher = Demo::watchers(today)[wish.watcher];
+    const QDate first = *DateFmt::parseIso(watcher.dateFrom);
+    const auto days = first.daysTo(*DateFmt::parseIso(watcher.dateTo)) + 1;
+    const QDateTime departs(first.addDays(number % days), QTime(8 + number % 12, 25), Qt::UTC);
+    Match match;
+    match.route = QString::fromLatin1(wish.origin) + u'-' + QString::fromLatin1(wish.destination);
+    match.fromCity = QString::fromUtf16(wish.fromCity);
+    match.toCity = QString::fromUtf16(wish.toCity);
+    match.travelDate = DateFmt::iso(departs.date());
+    match.flight = u"SK%1"_s.arg(firstFlightNumber + number % flightNumbers);
+    match.key = match.travelDate + u'-' + match.route + u'-' + match.flight;
+    match.depart = DateFmt::compact(departs.toString(u"yyyy-MM-ddTHH:mm:ss"));
+    match.arrive =
+        DateFmt::compact(departs.addSecs(wish.minutes * 60).toString(u"yyyy-MM-ddTHH:mm:ss"));
+    match.stopsText = u"direkte"_s;
+    match.durationMinutes = wish.minutes;
+    match.cabin = QString::fromUtf16(wish.cabin);
+    match.seats = 2 + number % 3;
+    match.points = wish.points;
+    match.bookingURL =
+        SAS::bookingURL(site, match.route.left(3), match.route.right(3), match.travelDate);
+    match.foundAt = foundAt;
+    return match;
+}
+
+QCoro::Task<> DemoHunters::start() {
+    const QPointer self(this);
+    // From the clock, so that each start of the demo has news.
+    int number = static_cast<int>(secondsSince1970(m_clock.now()) / 60) % flightNumbers;
+    co_await report(number, 0min);
+    if (self)
+        co_await report(++number, 50min);
+    while (self) {
+        co_await m_clock.sleep(betweenFinds);
+        if (self)
+            co_await report(++number, 0min);
+        if (self && number % goneEvery == 0) {
+            const Match gone = find(number - 1, m_clock.today(), m_clock.now(), m_site);
+            const CabinSet cabins{gone.cabin};
+            co_await m_community.reportSoldOut(gone.key, cabins);
+        }
+    }
+}
+
+QCoro::Task<> DemoHunters::report(int number, std::chrono::minutes ago) {
+    const QList<Match> finds{find(number, m_clock.today(), m_clock.now() - ago, m_site)};
+    co_await m_community.report(finds);
+}

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// How long the screens' state takes to be loaded.
+#include "bench/Results.h"
+#include "tests/support/AppWorld.h"
+
+#include <QElapsedTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int watchers = 200;
+constexpr int offers = 2000;
+constexpr int repetitions = 20;
+
+void fill(AppWorld& world) {
+    world.database.transaction([&world] {
+        for (int i = 0; i < watchers; ++i) {
+            Search search;
+            search.name = u"Overvåker %1"_s.arg(i);
+            search.origin = u"OSL, BGO"_s;
+            search.destination = u"EWR, JFK, BOS"_s;
+            search.dateFrom = u"2027-03-01"_s;
+            search.dateTo = u"2027-03-31"_s;
+            search.returnDateTo = u"2027-04-30"_s;
+            world.database.addSearch(search);
+        }
+    });
+    Match match = world.addMatch();
+    world.database.transaction([&world, &match] {
+        for (int i = 1; i < offers; ++i) {
+            match.searchId = 1 + i % watchers;
+            match.key = u"2027-03-05-OSL-EWR-SK%1"_s.arg(i);
+            match.foundAt += std::chrono::seconds(1);
+            world.database.recordMatch(match);
+        }
+    });
+}
+
+} // namespace
+
+QList<Result> measureState() {
+    AppWorld world;
+    fill(world);
+    qint64 best = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < repetitions; ++i) {
+        // Something has changed each time, as after a round.
+        world.database.markChecked(1, i);
+        QElapsedTimer timer;
+        timer.start();
+        world.state.reload();
+        best = std::min(best, timer.nsecsElapsed());
+    }
+    const double milliseconds = static_cast<double>(best) / 1e6;
+    const bool isWhole = world.state.matches().size() == offers;
+    return {{u"AppState.reload() with 2,000 offers and 200 watchers"_s,
+             u"%1 ms"_s.arg(milliseconds, 0, 'f', 1), u"< 8 ms"_s, isWhole && milliseconds < 8}};
+}

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// Two hunters and one service, over real HTTP and on both of its stores.
+#include "app/AppState.h"
+#include "app/Sharing.h"
+#include "community/Service.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/NetworkSession.h"
+#include "tests/support/AppWorld.h"
+#include "tests/support/Redis.h"
+#include "tests/support/Settled.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto bookable = "2027-03-01";
+
+/// One install: everything of its own but the service. Its clock is the service's too.
+struct Hunter : AppWorld {
+    LinuxClock realTime;
+    NetworkSession network{realTime};
+    Community shared;
+    AppState shown{database, worker, shared, notifier, clock};
+    Sharing sharing{worker, shared, shown, realTime};
+
+    explicit Hunter(const community::Service& service)
+        : shared(database, network, clock, QString::fromStdString(service.address())) {
+        addWatcher(u"EWR"_s,
+                   [](Search& s) { s.dateFrom = s.dateTo = QLatin1StringView(bookable); });
+        shown.reload();
+    }
+
+    /// The airline has so many seats from now on.
+    void airlineHas(int seats) {
+        airline.answer = [seats](const QString& from, const QString& to, const QString&) {
+            QByteArray body = "{'outboundFlights':{'a':{'startTimeInLocal':'2027-03-01T09:05:00',"
+                              "'stops':0,'origin':{'code':'%1'},'destination':{'code':'%2'},"
+                              "'segments':[{'marketingCarrier':{'code':'SK'},'flightNumber':907}],"
+                              "'cabins':{'BUSINESS':{'f':{'products':{'p':{'productName':'BONUS',"
+                              "'price':{'points':60000},'fares':[{'avlSeats':%3}]}}}}}}}}";
+            body.replace('\'', '"').replace("%1", from.toLatin1()).replace("%2", to.toLatin1());
+            return std::optional(body.replace("%3", QByteArray::number(seats)));
+        };
+    }
+    void round() {
+        awaited(worker.pollOnce());
+        awaited(sharing.finished(15s));
+    }
+    qsizetype announced() const { return center.posted.size(); }
+};
+
+} // namespace
+
+class TestSharing : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFindOfOneIsShownToTheOtherOnce_data() {
+        QTest::addColumn<bool>("redis");
+        QTest::newRow("SQLite") << false;
+        QTest::newRow("Redis") << true;
+    }
+
+    void aFindOfOneIsShownToTheOtherOnce() {
+        QFETCH(bool, redis);
+        std::unique_ptr<Redis> server = redis ? std::make_unique<Redis>() : nullptr;
+        QTemporaryDir dir;
+        community::Options options;
+        options.store = redis ? server->address().toStdString()
+                              : (dir.path() + u"/finds.sqlite"_s).toStdString();
+        // The clock of the hunters' world: a date in March 2027 is no more than 400 days ahead.
+        options.clock = [] {
+            return community::Time(std::chrono::seconds(
+                QDateTime(QDate(2027, 1, 15), QTime(12, 0), Qt::UTC).toSecsSinceEpoch()));
+        };
+        community::Service service(options);
+        QVERIFY(!service.start());
+        Hunter first(service);
+        Hunter second(service);
+
+        first.airlineHas(2);
+        second.airlineHas(0);
+        first.round();
+        QCOMPARE(first.announced(), 1);
+        QVERIFY(first.shown.communityHits().isEmpty());
+        second.round();
+        QCOMPARE(second.announced(), 1);
+        QVERIFY(second.center.posted[0].title.contains(u"Fellesskapet"));
+        QCOMPARE(second.shown.matches().size(), 1);
+        QVERIFY(second.shown.matches()[0].isCommunity);
+        QCOMPARE(second.shown.matches()[0].seats, 2);
+
+        // Once, also after a restart.
+        second.round();
+        AppState restarted(second.database, second.worker, second.shared, second.notifier,
+                           second.clock);
+        awaited(restarted.refreshCommunity());
+        QCOMPARE(second.announced(), 1);
+        QCOMPARE(restarted.matches().size(), 1);
+        QVERIFY(restarted.communityHits().isEmpty());
+
+        // Nor does a service that fails take away what was found.
+        second.database.set(u"community_url"_s, u"http://127.0.0.1:1"_s);
+        second.round();
+        QCOMPARE(second.shown.matches().size(), 1);
+        second.database.set(u"community_url"_s, QString::fromStdString(service.address()));
+
+        first.airlineHas(0);
+        first.round();
+        // The service may serve what it has for a second more.
+        QTRY_VERIFY_WITH_TIMEOUT((second.round(), second.shown.matches().isEmpty()), 5000);
+        QCOMPARE(second.announced(), 1);
+    }
+};
+
+int main(int argc, char* argv[]) {
+    qputenv("TZ", "UTC");
+    const QCoreApplication application(argc, argv);
+    TestSharing test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_sharing.moc"

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "World.h"
+
+#include <QTcpServer>
+#include <QTest>
+
+RedisServer::RedisServer() {
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    m_port = probe.serverPort();
+    probe.close();
+    start();
+}
+
+void RedisServer::start() {
+    m_process.setWorkingDirectory(m_folder.path());
+    m_process.start(QStringLiteral(REDIS_SERVER),
+                    {QStringLiteral("--port"), QString::number(m_port), QStringLiteral("--bind"),
+                     QStringLiteral("127.0.0.1"), QStringLiteral("--save"), QString(),
+                     QStringLiteral("--appendonly"), QStringLiteral("no")});
+    for (int attempt = 0; attempt < 200 && ask("PING") != "+PONG\r\n"; ++attempt)
+        QTest::qWait(25);
+}
+
+void RedisServer::stop() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+QByteArray RedisServer::ask(const QByteArray& command) const {
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), m_port);
+    if (!socket.waitForConnected(1000))
+        return {};
+    socket.write(command + "\r\n");
+    socket.waitForReadyRead(5000);
+    return socket.readAll();
+}
+
+World::World(bool isRedis)
+    : redis(isRedis ? std::make_unique<RedisServer>() : nullptr)
+    , m_now(std::make_shared<std::atomic<std::int64_t>>(start)) {}
+
+community::Options World::options() const {
+    community::Options options;
+    options.store =
+        redis ? redis->url() : folder.filePath(QStringLiteral("a/b.sqlite")).toStdString();
+    options.clock = [now = m_now] { return community::Time(std::chrono::milliseconds(*now)); };
+    options.rateLimit = 0;
+    return options;
+}
+
+std::unique_ptr<community::Service> World::service() const {
+    auto service = std::make_unique<community::Service>(options());
+    if (const auto error = service->start())
+        QTest::qFail(error->c_str(), __FILE__, __LINE__);
+    return service;
+}
+
+QJsonObject World::find(const QString& route, const QString& flight, const QString& cabin) {
+    const QString date = QStringLiteral("2027-03-01");
+    return {{QStringLiteral("key"), date + u'-' + route + u'-' + flight},
+            {QStringLiteral("cabin"), cabin},
+            {QStringLiteral("route"), route},
+            {QStringLiteral("fromCity"), QStringLiteral("Tromsø")},
+            {QStringLiteral("toCity"), QStringLiteral("\"New\" \\York")},
+            {QStringLiteral("depart"), QStringLiteral("01.03 09:05")},
+            {QStringLiteral("arrive"), QStringLiteral("02.03 06:10")},
+            {QStringLiteral("stopsText"), QStringLiteral("1 stopp (CPH)")},
+            {QStringLiteral("flight"), flight},
+            {QStringLiteral("durationMin"), 725},
+            {QStringLiteral("seats"), 2},
+            {QStringLiteral("points"), 75'000},
+            {QStringLiteral("travelDate"), date},
+            {QStringLiteral("bookingUrl"), QStringLiteral("https://www.sas.no/book?a=b#c")},
+            {QStringLiteral("foundAt"), start / 1000 - 60.125}};
+}

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+// What is taken and what is refused, and with which status.
+#include "World.h"
+
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class RequestsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fields_data();
+    void fields();
+    void bodies_data();
+    void bodies();
+    void http_data();
+    void http();
+    void oneFaultyFindRefusesAll();
+    void localBookingsWhereTheyAreWanted();
+
+private:
+    World m_world{false};
+    std::unique_ptr<community::Service> m_service = m_world.service();
+    Http m_http = World::http(*m_service);
+};
+
+void RequestsTest::fields_data() {
+    QTest::addColumn<QByteArray>("field");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<QByteArray>("error"); // empty: taken
+    const auto row = [](const char* field, const QJsonValue& value, const char* error = "") {
+        QTest::addRow(
+            "%s %s", field,
+            QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).left(40).constData())
+            << QByteArray(field) << value << QByteArray(error);
+    };
+    const QString longText(121, u'x');
+    const auto shortBy = [&](int size) { return QJsonValue(longText.first(size)); };
+    const QJsonValue missing(QJsonValue::Undefined);
+    const char* const key =
+        R"("key" must be the travel date, the route and the flights, joined by "-".)";
+    row("key", missing, R"("key" is missing.)");
+    row("key", QJsonValue::Null, R"("key" must be a text.)");
+    row("key", u"2027-03-01-OSL-BKK-"_s, key);
+    row("key", u"2027-03-01-OSL-NYC-SK1"_s, key);
+    row("key", u"2027-03-02-OSL-BKK-SK1"_s, key);
+    row("key", (u"2027-03-01-OSL-BKK-"_s + longText).first(120));
+    row("key", (u"2027-03-01-OSL-BKK-"_s + longText).first(121),
+        R"("key" must have 1 to 120 bytes.)");
+    row("cabin", u"Business"_s, R"("cabin" must be economy, premeco, business or first.)");
+    row("cabin", u"premeco"_s);
+    for (const auto& route : {u"osl-bkk"_s, u"OSLOBKK"_s, u"OSL-BK1"_s, u"ØL-BKK"_s})
+        row("route", route,
+            R"("route" must be two codes of three upper-case letters, as in OSL-BKK.)");
+    row("route", u"OSL-BKKX"_s, R"("route" must have 7 to 7 bytes.)");
+    row("fromCity", shortBy(80));
+    row("toCity", shortBy(81), R"("toCity" must have 0 to 80 bytes.)");
+    row("depart", u"a\nb"_s, R"("depart" must not have control characters.)");
+    row("arrive", QString(QChar(0)), R"("arrive" must not have control characters.)");
+    row("arrive", u""_s);
+    row("stopsText", QJsonArray{}, R"("stopsText" must be a text.)");
+    row("flight", QJsonObject{}, R"("flight" must be a text.)");
+    row("durationMin", 10'001, R"("durationMin" must be a whole number from 0 to 10000.)");
+    row("seats", u"2"_s, R"("seats" must be a whole number from 1 to 999.)");
+    row("seats", 0, R"("seats" must be a whole number from 1 to 999.)");
+    row("seats", 999);
+    row("points", 0.5, R"("points" must be a whole number from 0 to 10000000.)");
+    row("points", 1e300, R"("points" must be a whole number from 0 to 10000000.)");
+    for (const auto& date : {u"2027-02-30"_s, u"2027-3-001"_s, u"2027-01-13"_s, u"2028-02-20"_s})
+        row("travelDate", date, R"("travelDate" must be a date from yesterday to 400 days ahead.)");
+    for (const auto& url :
+         {u"http://www.sas.no/"_s, u"javascript:alert(1)"_s, u"https://"_s, u"//www.sas.no/"_s,
+          u"https://a@www.sas.no/"_s, u"https://www.sas.no/ x"_s, u"http://site.localhost/"_s})
+        row("bookingUrl", url, R"("bookingUrl" must be an https address, or empty.)");
+    row("bookingUrl", u""_s);
+    row("foundAt", 0);
+    row("foundAt", -1, R"("foundAt" must be seconds since 1970.)");
+    row("foundAt", u"now"_s, R"("foundAt" must be seconds since 1970.)");
+}
+
+void RequestsTest::fields() {
+    QFETCH(QByteArray, field);
+    QFETCH(QJsonValue, value);
+    QFETCH(QByteArray, error);
+    QJsonObject find = World::find();
+    find.insert(QLatin1String(field), value);
+    if (value.isUndefined())
+        find.remove(QLatin1String(field));
+    const QByteArray body = QJsonDocument(QJsonObject{{u"hits"_s, QJsonArray{find}}}).toJson();
+    const Http::Reply reply = m_http.post("/v1/hits", body);
+    QCOMPARE(reply.error(), error.isEmpty() ? QByteArray() : "hits[0]: " + error);
+    QCOMPARE(reply.status, error.isEmpty() ? 204 : 400);
+}
+
+void RequestsTest::bodies_data() {
+    QTest::addColumn<QByteArray>("target");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("status");
+    const auto row = [](const char* name, const QByteArray& target, const QByteArray& body,
+                        int status = 400) { QTest::newRow(name) << target << body << status; };
+    const QByteArray find = QJsonDocument(World::find()).toJson(QJsonDocument::Compact);
+    const auto hits = [](const QByteArray& finds) { return R"({"hits":[)" + finds + "]}"; };
+    row("no finds", "/v1/hits", hits({}), 204);
+    row("200 finds", "/v1/hits", hits(QByteArrayList(200, find).join(',')), 204);
+    row("201 finds", "/v1/hits", hits(QByteArrayList(201, find).join(',')));
+    row("more members", "/v1/hits", R"({"a":[{}],"hits":[]})", 204);
+    row("empty", "/v1/hits", "");
+    row("cut off", "/v1/hits", hits(find).chopped(1));
+    row("two values", "/v1/hits", hits(find) + hits(find));
+    row("no UTF-8", "/v1/hits",
+        hits(QByteArray(find).replace("Oslo", "\xff").replace("Troms", "\xff")));
+    row("list", "/v1/hits", "[" + find + "]");
+    row("null", "/v1/hits", R"({"hits":null})");
+    row("null find", "/v1/hits", hits("null"));
+    row("hits twice", "/v1/hits", R"({"hits":[],"hits":[]})");
+    row("key twice", "/v1/hits", hits(R"({"key":"a",)" + find.mid(1)));
+    row("deep", "/v1/hits", QByteArray(100'000, '['));
+    row("deep, closed", "/v1/hits",
+        R"({"hits":[],"a":)" + QByteArray(1000, '[') + QByteArray(1000, ']') + '}');
+    const QByteArray key = R"({"key":"2027-03-01-OSL-BKK-SK1","cabin":)";
+    row("sold out", "/v1/soldout", key + R"("first"})", 204);
+    row("old sold out", "/v1/soldout", R"({"key":"2020-03-01-OSL-BKK-SK1","cabin":"first"})", 204);
+    row("no cabin", "/v1/soldout", key.chopped(9) + '}');
+    row("wrong cabin", "/v1/soldout", key + R"("all"})");
+    row("cabin of another type", "/v1/soldout", key + "1}");
+    row("wrong key", "/v1/soldout", R"({"key":"OSL-BKK","cabin":"first"})");
+}
+
+void RequestsTest::bodies() {
+    QFETCH(QByteArray, target);
+    QFETCH(QByteArray, body);
+    const Http::Reply reply = m_http.post(target, body);
+    QTEST(reply.status, "status");
+    QCOMPARE(reply.error().isEmpty(), reply.status == 204);
+}
+
+void RequestsTest::http_data() {
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<int>("status");
+    const auto row = [](const char* name, const QByteArray& request, int status) {
+        QTest::newRow(name) << request.trimmed() + "\r\n\r\n" << status;
+    };
+    const QByteArray post = "POST /v1/hits HTTP/1.1\r\nContent-Type: application/json";
+    row("no routes", "GET /v1/hits HTTP/1.1", 400);
+    row("no valid route", "GET /v1/hits?routes=%00,%,%4,OSL-BKKK,oslbkk HTTP/1.1", 400);
+    row("GET with a body", "GET /v1/hits?routes=OSL-BKK HTTP/1.1\r\nContent-Length: 3", 400);
+    row("unknown path", "GET /v1/hitsandmore HTTP/1.1", 404);
+    row("unknown path, POST", "POST / HTTP/1.1\r\nContent-Length: 3", 404);
+    row("PUT", "PUT /v1/hits HTTP/1.1\r\nContent-Length: 3", 405);
+    row("HEAD", "HEAD /healthz HTTP/1.1\r\nConnection: close", 405);
+    row("GET soldout", "GET /v1/soldout HTTP/1.1", 405);
+    row("part of a method", "ST /v1/soldout HTTP/1.1", 405);
+    row("no length", post, 411);
+    row("chunked", post + "\r\nTransfer-Encoding: chunked", 411);
+    row("too long", post + "\r\nContent-Length: 262145", 413);
+    row("absurdly long", post + "\r\nContent-Length: 99999999999999999999", 400);
+    row("two lengths", post + "\r\nContent-Length: 1\r\nContent-Length: 2", 400);
+    row("no type", "POST /v1/hits HTTP/1.1\r\nContent-Length: 3", 415);
+    row("form", "POST /v1/hits HTTP/1.1\r\nContent-Type: text/json\r\nContent-Length: 3", 415);
+    row("long header", "GET /healthz HTTP/1.1\r\nX: " + QByteArray(17'000, 'x'), 431);
+    row("many headers", "GET /healthz HTTP/1.1\r\n" + QByteArray("A: b\r\n").repeated(3000), 431);
+    row("long target", "GET /" + QByteArray(17'000, 'x') + " HTTP/1.1", 431);
+    row("no HTTP", QByteArray("\x16\x03\x01\x02\x00", 5), 400);
+    row("HTTP 0.9", "GET /healthz", 400);
+}
+
+void RequestsTest::http() {
+    QFETCH(QByteArray, request);
+    const Http::Reply reply = m_http.raw(request);
+    QTEST(reply.status, "status");
+    QCOMPARE(reply.head.contains("allow"), reply.status == 405);
+    QVERIFY(!reply.error().isEmpty() || request.startsWith("HEAD"));
+    QCOMPARE(m_http.get("/healthz").status, 200);
+}
+
+void RequestsTest::oneFaultyFindRefusesAll() {
+    const QJsonObject good = World::find(u"CPH-LAX"_s);
+    QJsonObject bad = good;
+    bad.remove(u"flight"_s);
+    QCOMPARE(m_http.report({good, bad}), 400);
+    QVERIFY(m_http.hits("CPH-LAX").isEmpty());
+}
+
+void RequestsTest::localBookingsWhereTheyAreWanted() {
+    community::Options options = m_world.options();
+    options.takesLocalBookings = true;
+    options.store = ":memory:";
+    community::Service service(options);
+    QVERIFY(!service.start());
+    QJsonObject find = World::find();
+    for (const auto& [url, status] : {std::pair(u"http://site.localhost:8080/x"_s, 204),
+                                      {u"http://127.0.0.1/"_s, 204},
+                                      {u"https://www.sas.no/"_s, 204},
+                                      {u"http://localhost.example/"_s, 400}}) {
+        find[u"bookingUrl"_s] = url;
+        QCOMPARE(World::http(service).report({find}), status);
+    }
+}
+
+QTEST_GUILESS_MAIN(RequestsTest)
+#include "test_requests.moc"

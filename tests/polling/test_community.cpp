@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include "core/Database.h"
+#include "polling/Community.h"
+#include "polling/CommunityFind.h"
+#include "tests/support/FakeHttpSession.h"
+#include "tests/support/ManualClock.h"
+#include "tests/support/Settled.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// JSON written with single quotes.
+QByteArray json(QByteArray text) {
+    return text.replace('\'', '"');
+}
+
+Match offer(const QString& key, bool soldOut = false) {
+    Match match;
+    match.key = key;
+    match.cabin = u"business"_s;
+    match.route = u"OSL-EWR"_s;
+    match.soldOut = soldOut;
+    match.foundAt = instantFromSeconds(1.5);
+    return match;
+}
+
+} // namespace
+
+class TestCommunity : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        Database database{dir.path(), clock};
+        FakeHttpSession http;
+        Community community{database, http, clock, u"https://hunters.test/base"_s};
+
+        World() {
+            http.answer = [](const HttpRequest&) { return HttpResponse{200, "{\"hits\":[]}"}; };
+        }
+        QJsonObject body(qsizetype request) const {
+            return QJsonDocument::fromJson(http.sent[request].body).object();
+        }
+        QList<Match> fetch() {
+            const auto answer = awaited(community.fetchHits({u"OSL-EWR"_s}));
+            return answer ? answer->value_or(QList<Match>()) : QList{offer(u"late"_s)};
+        }
+        QList<Match> fetch(const QByteArray& answer, int status = 200) {
+            http.answer = [=](const HttpRequest&) { return HttpResponse{status, answer}; };
+            return fetch();
+        }
+        void callAll() {
+            awaited(community.fetchHits({u"OSL-EWR"_s}));
+            awaited(community.report({offer(u"a"_s)}));
+            awaited(community.reportSoldOut(u"a"_s, {u"business"_s}));
+        }
+    };
+
+private Q_SLOTS:
+    void nothingIsSentWithoutConsentOrAddress_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("switched off") << u"share_hits"_s << u"0"_s;
+        QTest::newRow("nonsense counts as off") << u"share_hits"_s << u"yes"_s;
+        QTest::newRow("no address") << u"community_url"_s << u"hunters and friends"_s;
+        QTest::newRow("empty address") << u"community_url"_s << QString(u""_s);
+        QTest::newRow("another scheme") << u"community_url"_s << u"file:///tmp/hits"_s;
+        QTest::newRow("leads nowhere") << u"community_url"_s << u"https://community.x.invalid"_s;
+    }
+
+    void nothingIsSentWithoutConsentOrAddress() {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        World world;
+        world.database.set(key, value);
+        world.callAll();
+        QVERIFY(world.http.sent.isEmpty());
+    }
+
+    void findsAreSharedWithoutTheSoldOut() {
+        World world;
+        awaited(world.community.report({}));
+        awaited(world.community.report({offer(u"gone"_s, true)}));
+        QVERIFY(world.http.sent.isEmpty());
+        awaited(world.community.report({offer(u"a"_s), offer(u"gone"_s, true), offer(u"b"_s)}));
+        QCOMPARE(world.http.sent.size(), 1);
+        QCOMPARE(world.http.sent[0].url.toString(), u"https://hunters.test/base/v1/hits"_s);
+        QVERIFY(world.http.sent[0].method == HttpRequest::Method::post);
+        const QJsonArray hits = world.body(0)[u"hits"].toArray();
+        QCOMPARE(hits.size(), 2);
+        QCOMPARE(hits[0].toObject().size(), 15);
+        QCOMPARE(hits[0].toObject()[u"foundAt"].toDouble(), 1.5);
+        // Who asked for it stays here.
+        QVERIFY(!world.http.sent[0].body.contains("search"));
+
+        QList<Match> many;
+        for (int i = 0; i < 401; ++i)
+            many.append(offer(QString::number(i)));
+        awaited(world.community.report(many));
+        QCOMPARE(world.http.sent.size(), 4);
+        QCOMPARE(world.body(3)[u"hits"].toArray().size(), 1);
+    }
+
+    void soldOutCabinsAreToldOneByOne() {
+        World world;
+        world.database.set(u"community_url"_s, u"http://127.0.0.1:9/"_s);
+        awaited(world.community.reportSoldOut(u"k"_s, {u"business"_s, u"premeco"_s}));
+        QCOMPARE(world.http.sent.size(), 2);
+        QStringList cabins;
+        for (qsizetype i = 0; i < 2; ++i) {
+            QCOMPARE(world.http.sent[i].url.toString(), u"http://127.0.0.1:9/v1/soldout"_s);
+            QCOMPARE(world.body(i).size(), 2);
+            QCOMPARE(world.body(i)[u"key"].toString(), u"k"_s);
+            cabins.append(world.body(i)[u"cabin"].toString());
+        }
+        cabins.sort();
+        QCOMPARE(cabins, QStringList({u"business"_s, u"premeco"_s}));
+    }
+
+    void onlyTheFirstSixtyRoutesAreAskedFor() {
+        World world;
+        QStringList routes;
+        for (int i = 0; i < 70; ++i)
+            routes.append(u"OSL-%1"_s.arg(i, 3, 10, QChar(u'0')));
+        awaited(world.community.fetchHits(routes));
+        QCOMPARE(world.http.sent[0].url.query(), u"routes="_s + routes.first(60).join(u','));
+        awaited(world.community.fetchHits({}));
+        QCOMPARE(world.http.sent.size(), 1);
+    }
+
+    void whatAFindIsWithoutAMember() {
+        World world;
+        const auto found = world.fetch(json(
+            "{'hits':["
+            "            {'cabin':'business','route':'OSL-EWR'}, {'key':'k','route':'OSL-EWR'},"
+            "            {'key':'k','cabin':'business'}, "
+            "{'key':1,'cabin':'business','route':'OSL-EWR'},"
+            "            {'key':'bare','cabin':'business','route':'OSL-EWR'},"
+            "            "
+            "{'key':'wrong','cabin':'business','route':'OSL-EWR','seats':'2','points':1.5,"
+            "             "
+            "'durationMin':-3,'fromCity':7,'toCity':null,'depart':[],'arrive':{},'stopsText':true,"
+            "             'flight':1,'travelDate':20270301,'bookingUrl':[],'foundAt':'now'},"
+            "            "
+            "{'key':'huge','cabin':'business','route':'OSL-EWR','seats':1e300,'points':99999999999,"
+            "             'foundAt':1e300}]}"));
+        QCOMPARE(found.size(), 3);
+        for (const Match& match : found.first(2)) {
+            Match expected;
+            expected.key = match.key;
+            expected.cabin = u"business"_s;
+            expected.route = u"OSL-EWR"_s;
+            expected.isCommunity = true;
+            expected.id = match.id;
+            QCOMPARE(match, expected);
+        }
+        QCOMPARE(found[2].seats, 0);
+        QCOMPARE(found[2].points, 0);
+        // Nothing is found later than now, or it would be fresh for ever.
+        QCOMPARE(found[2].foundAt, world.clock.now());
+        QVERIFY(found[0].id != found[1].id);
+    }
+
+    void answersWithoutFindsAreEmpty_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("status");
+        const QByteArray good = json("{'hits':[{'key':'k','cabin':'first','route':'OSL-EWR'}]}");
+        QTest::newRow("another status") << good << 201;
+        QTest::newRow("an error") << good << 500;
+        QTest::newRow("a web page") << QByteArray("<!doctype html><title>hi</title>") << 200;
+        QTest::newRow("half of it") << good.chopped(2) << 200;
+        QTest::newRow("an array") << QByteArray("[1]") << 200;
+        QTest::newRow("no list") << QByteArray(json("{'hits':{'key':'k'}}")) << 200;
+        QTest::newRow("not only objects") << good.chopped(2) + ",7]}" << 200;
+        QTest::newRow("deep") << QByteArray(200'000, '[') << 200;
+    }
+
+    void answersWithoutFindsAreEmpty() {
+        QFETCH(QByteArray, answer);
+        QFETCH(int, status);
+        World world;
+        QVERIFY(world.fetch(answer, status).isEmpty());
+        world.http.answer = [](const HttpRequest&) { return std::nullopt; };
+        QVERIFY(world.fetch().isEmpty());
+    }
+
+    void textsAreCutAndPlain() {
+        World world;
+        const QByteArray longText(5000, 'x');
+        const auto found =
+            world.fetch(json("{'hits':[{'key':'") + longText + json("','cabin':'business',") +
+                        json("'route':'OSL-EWR','fromCity':'Os\\u0000lo\n\\u001b[31m','toCity':'") +
+                        QByteArray(199, 'a') + "\xF0\x9F\x8D\x80" + json("'}]}"));
+        QCOMPARE(found.size(), 1);
+        QCOMPARE(found[0].key.size(), 200);
+        QCOMPARE(found[0].fromCity, u"Oslo[31m"_s);
+        QCOMPARE(found[0].toCity, QString(199, u'a'));
+    }
+
+    void onlyWhatMustHaveSoldOutIsGone() {
+        const Instant now = instantFromSeconds(1'000'000);
+        const auto stored = [&](const QString& key, std::chrono::minutes ago = 5min,
+                                const QString& route = u"OSL-EWR"_s) {
+            Match match = offer(key);
+            match.searchId = Match::communitySearchId;
+            match.route = route;
+            match.foundAt = now - ago;
+            return match;
+        };
+        Match own = stored(u"own"_s);
+        own.searchId = 1;
+        Match record = stored(u"record"_s);
+        record.soldOut = true;
+        const QList<Match> all{stored(u"there"_s),
+                               stored(u"gone"_s),
+                               stored(u"expired"_s, 85min),
+                               own,
+                               stored(u"else"_s, 1min, u"A-B"_s),
+                               record};
+        const auto gone = [&](const QList<Match>& answer) {
+            QStringList keys;
+            for (const Match& match : CommunityFind::gone(all, answer, {u"OSL-EWR"_s}, now))
+                keys.append(match.key);
+            return keys;
+        };
+        QCOMPARE(gone({offer(u"there"_s)}), QStringList{u"gone"_s});
+        QCOMPARE(gone({}), QStringList({u"there"_s, u"gone"_s}));
+        // An answer as long as they get may have left some out.
+        QCOMPARE(gone(QList<Match>(150, offer(u"there"_s))), QStringList());
+    }
+
+    void aFloodOfFindsLetsOthersHaveTheirTurn() {
+        World world;
+        QByteArray answer = json("{'hits':[");
+        for (int i = 0; i < 50'000; ++i)
+            answer += json("{'key':'") + QByteArray::number(i) +
+                      json("','cabin':'first','route':'A-B'},");
+        answer.back() = ']';
+        answer += '}';
+        world.http.answer = [&](const HttpRequest&) { return HttpResponse{200, answer}; };
+        int turns = 0;
+        QTimer pulse;
+        connect(&pulse, &QTimer::timeout, [&turns] { ++turns; });
+        pulse.start(0);
+        QCOMPARE(world.fetch().size(), 50'000);
+        QVERIFY(turns > 100);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCommunity)
+#include "test_community.moc"
