@@ -121,7 +121,7 @@ void ProgramTest::memoryUnderAttack() {
         routes += route.toLatin1();
         find[u"route"_s] = route;
         QJsonArray finds;
-        for (int n = 0; n < 100; ++n) {
+        for (int n = 0; n < 60; ++n) {
             find[u"key"_s] = today + u'-' + route + u"-SK%1"_s.arg(n);
             finds += find;
         }
@@ -142,11 +142,11 @@ void ProgramTest::memoryUnderAttack() {
         ("GET /v1/hits?routes=" + routes.last(60).join(',') + " HTTP/1.1\r\n\r\n").repeated(30)};
     std::vector<std::unique_ptr<QTcpSocket>> crowd;
     for (const QByteArray& attack : attacks) {
-        for (int i = 0; i < 100; ++i) {
+        for (int i = 0; i < 80; ++i) {
             crowd.push_back(http.open({}));
             crowd.back()->setReadBufferSize(1);
             crowd.back()->write(attack);
-            crowd.back()->waitForBytesWritten(10);
+            crowd.back()->waitForBytesWritten(5);
         }
         QVERIFY(!http.hits(routes.first()).isEmpty());
     }
