@@ -17,6 +17,7 @@ function(tindra_qml_module name)
         URI ${ARG_URI}
         VERSION 1.0
         RESOURCE_PREFIX /qt/qml
+        DEPENDENCIES QtQuick
         QML_FILES ${ARG_QML} ${ARG_SINGLETONS}
         SOURCES ${ARG_SOURCES})
     target_link_libraries(tindra_${name} PUBLIC tindra_common Qt6::Quick QCoro6::Core ${ARG_LINK})

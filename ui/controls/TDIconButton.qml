@@ -18,9 +18,10 @@ T.Button {
     implicitHeight: implicitWidth
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
+    Accessible.role: Accessible.Button
     Accessible.name: label
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     contentItem: Item {

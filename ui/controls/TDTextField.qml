@@ -24,6 +24,7 @@ T.TextField {
     font { family: TD.fontFamily; pixelSize: large ? TD.pageTitle : TD.body; bold: large }
     opacity: enabled ? 1 : 0.5
     selectByMouse: true
+    Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
     HoverHandler { cursorShape: Qt.IBeamCursor }
 

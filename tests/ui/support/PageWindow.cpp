@@ -12,8 +12,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A text drawn digit by digit.
+bool isFigures(const QQuickItem* item) {
+    return QByteArrayView(item->metaObject()->className()).startsWith("TDFigures");
+}
+
 /// The text that `item` itself draws; absent for what draws none.
 std::optional<QString> drawnText(const QQuickItem* item) {
+    if (isFigures(item))
+        return item->property("text").toString();
+    if (item->parentItem() && isFigures(item->parentItem()))
+        return {};
     // What is typed shows as bullets in a password field.
     if (item->inherits("QQuickTextInput"))
         return item->property("displayText").toString();
