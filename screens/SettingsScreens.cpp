@@ -58,7 +58,7 @@ const Screen wrong(u"settings-wrong"_s, {880, 1400}, [](Shot& shot) {
             u"før du bruker Tindra med en ekte konto."_s;
         made.notice =
             u"Tindra får ikke lagret noe (disken er full). Det prøves igjen i neste runde."_s;
-        made.autostart.works = false;
+        made.autostart.problem = u"Oppstartslisten kan ikke endres: mappen er skrivebeskyttet."_s;
     });
     Q_EMIT world.secrets.unavailable(
         u"Nøkkelringen kan ikke brukes (den svarer ikke). Innloggingen huskes ikke til neste gang. "

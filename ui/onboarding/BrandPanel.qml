@@ -13,7 +13,7 @@ Rectangle {
     color: TD.panel
 
     Row {
-        x: panel.margin
+        x: words.x
         y: panel.margin
         spacing: 10
         TDIcon {
@@ -29,6 +29,7 @@ Rectangle {
         }
     }
     Column {
+        id: words
         x: panel.margin + Math.max(0, (panel.width - 2 * panel.margin - panel.inner) / 2)
         anchors.verticalCenter: parent.verticalCenter
         width: panel.inner

@@ -56,6 +56,11 @@ Item {
                         text: "Åpne SAS og logg inn"
                         kind: "filled"
                         onClicked: screen.model.openLogin()
+                        // The keyboard goes on with the next step.
+                        onVisibleChanged: {
+                            if (!visible && focus)
+                                presets.itemAt(0).forceActiveFocus();
+                        }
                     }
                 }
                 OnboardingStep {
@@ -63,6 +68,7 @@ Item {
                     width: parent.width
                     step: screen.model.routeStep
                     Repeater {
+                        id: presets
                         model: screen.model.presetLabels
                         TDChip {
                             required property string modelData

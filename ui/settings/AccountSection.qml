@@ -107,7 +107,7 @@ SettingsSection {
                 text: form.details.ebPassword
                 echoMode: TextInput.Password
                 inputMethodHints: Qt.ImhSensitiveData | Qt.ImhHiddenText | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
-                Accessible.passwordEdit: true
+                passwordCharacter: "•"
                 onTextEdited: form.details.ebPassword = text
                 onAccepted: form.details.save()
             }

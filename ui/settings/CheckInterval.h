@@ -7,7 +7,7 @@
 /// How often the watchers are checked, as a choice; all in minutes.
 namespace CheckInterval {
 
-/// 5, 10 and 30, and `stored` among them where it is another sensible one (1 minute to a day).
+/// 5, 10 and 30, and `stored` among them where it is another sensible one (1 minute to a week).
 QList<double> choices(double stored);
 /// "10 min".
 QString label(double minutes);

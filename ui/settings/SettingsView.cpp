@@ -92,9 +92,7 @@ void SettingsView::setShareHits(bool on) {
 }
 
 void SettingsView::setAutostartOn(bool on) {
-    m_autostartProblem = m_autostart.setOn(on)
-                             ? QString()
-                             : u"Det lot seg ikke gjøre å endre skrivebordets oppstartsliste."_s;
+    m_autostartProblem = m_autostart.setOn(on).value_or(QString());
     Q_EMIT changed();
 }
 

@@ -87,13 +87,15 @@ TDScrollPage {
             first: true
             title: "Hvor ofte sjekkes rutene"
             TDSegmented {
+                id: interval
                 objectName: "interval"
                 label: "Hvor ofte sjekkes rutene"
                 model: page.model.intervalLabels
                 currentIndex: page.model.intervalIndex
                 onPicked: index => {
                     page.model.pickInterval(index);
-                    currentIndex = Qt.binding(() => page.model.intervalIndex);
+                    // What could not be stored is not kept either.
+                    Qt.callLater(() => interval.currentIndex = Qt.binding(() => page.model.intervalIndex));
                 }
             }
         }

@@ -16,6 +16,7 @@ SettingRow {
         Accessible.description: row.note
         onToggled: {
             row.switched(checked);
+            // What could not be stored is not kept either.
             checked = Qt.binding(() => row.on);
         }
     }

@@ -26,14 +26,15 @@ public:
 class FakeAutostart final : public Autostart {
 public:
     bool isOn() const override { return on; }
-    bool setOn(bool wanted) override {
-        if (works)
-            on = wanted;
-        return works;
+    std::optional<QString> setOn(bool wanted) override {
+        if (problem)
+            return problem;
+        on = wanted;
+        return {};
     }
 
     bool on = false;
-    bool works = true;
+    std::optional<QString> problem;
 };
 
 struct SettingsWorld : AppWorld {
