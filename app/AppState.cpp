@@ -117,6 +117,7 @@ void AppState::reload() {
     const auto lastPoll = Worker::loadSummary(m_database);
     if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
         Q_EMIT lastPollChanged();
+    Q_EMIT reloaded();
 }
 
 void AppState::addSearchAndRun(const Search& search) {

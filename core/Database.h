@@ -56,6 +56,12 @@ public:
     void toggleSearch(qint64 id);
     /// Deletes the watcher with its offers and what it has seen.
     void deleteSearch(qint64 id);
+    /// Deletes it likewise, but keeps all of it aside for `restoreSearch` until the next watcher is
+    /// taken or the program ends. False, and nothing changes, when it could not be done.
+    bool takeSearch(qint64 id);
+    /// Puts back what `takeSearch` took last, under the same ids, once. False when there is nothing
+    /// to put back or it could not be done.
+    bool restoreSearch();
     /// Notes that a check of the watcher ended now and found `found` offers.
     void markChecked(qint64 id, int found);
 
@@ -66,8 +72,12 @@ public:
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
     void deleteMatch(qint64 id);
-    /// Forgets all offers, but not that they were seen.
-    void clearMatches();
+    /// Forgets all offers, but not that they were seen, and keeps them aside for `restoreMatches`
+    /// until they are next taken. False when there were none or they could not be forgotten.
+    bool takeMatches();
+    /// Puts back what `takeMatches` took last, under the same ids, once; the offers of watchers
+    /// deleted meanwhile stay away. False when there is nothing or it could not be stored.
+    bool restoreMatches();
 
     /// What the watcher has seen, by fare key.
     QMap<QString, Seen> seenCabins(qint64 searchId);

@@ -36,6 +36,8 @@ T.TextField {
         text: field.placeholderText
         color: field.placeholderTextColor
         elide: Text.ElideRight
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: TD.body
         verticalAlignment: Text.AlignVCenter
         font { family: TD.fontFamily; pixelSize: field.large ? 18 : TD.body }
         textFormat: Text.PlainText

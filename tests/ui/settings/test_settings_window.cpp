@@ -126,32 +126,17 @@ private Q_SLOTS:
         page.verifyNoWarnings();
     }
 
-    // From the first field to the last button and no further than the page.
     void everythingIsReachedWithTheKeyboard() {
         Page world;
         world.show();
-        QStringList order;
-        for (int i = 0; i < 14; ++i) {
+        QString order;
+        for (int i = 0; i < 13; ++i) {
             world.page->key(Qt::Key_Tab);
-            order.append(world.page->focused());
+            order += world.page->focused().section(u' ', 0, 1) + u'|';
         }
-        const QStringList expected{
-            u"Åpne SAS og logg inn"_s,
-            u"Sjekk innlogging"_s,
-            u"Logg inn automatisk ved utlogging"_s,
-            u"EuroBonus-nummer eller e-post"_s,
-            u"Passord"_s,
-            u"Skrivebordsvarsler ved nye treff"_s,
-            u"Varsle når treff blir utsolgt"_s,
-            u"Test varsel"_s,
-            u"Del treff anonymt og se fellesskapets treff"_s,
-            u"10 min"_s,
-            u"Start Tindra ved innlogging på maskinen"_s,
-            u"Kopier diagnose"_s,
-            u"Åpne SAS og logg inn"_s,
-            u"Sjekk innlogging"_s,
-        };
-        QCOMPARE(order, expected);
+        QCOMPARE(order, u"Åpne SAS|Sjekk innlogging|Logg inn|EuroBonus-nummer eller|Passord|"
+                        u"Skrivebordsvarsler ved|Varsle når|Test varsel|Del treff|10 min|"
+                        u"Start Tindra|Kopier diagnose|Åpne SAS|"_s);
         world.page->verifyNoWarnings();
     }
 };

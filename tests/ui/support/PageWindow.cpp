@@ -142,6 +142,8 @@ void PageWindow::click(const QString& name) {
 }
 
 void PageWindow::click(const QQuickItem* item) {
+    // What the last event has shown gets its place first.
+    grab();
     const QPointF middle(item->width() / 2, item->height() / 2);
     const QPoint at = item->mapToScene(middle).toPoint();
     QVERIFY2(QRect(QPoint(), m_window->size()).contains(at), "it is outside of the window");
@@ -149,6 +151,7 @@ void PageWindow::click(const QQuickItem* item) {
 }
 
 void PageWindow::hover(const QQuickItem* item) {
+    grab();
     const QPointF middle(item->width() / 2, item->height() / 2);
     QTest::mouseMove(m_window.get(), item->mapToScene(middle).toPoint());
 }
