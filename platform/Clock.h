@@ -40,8 +40,8 @@ public:
     virtual Ticks ticks() const = 0;
     /// Today's date in the user's time zone.
     virtual QDate today() const = 0;
-    /// Calls `call` once from the event loop when `delay` has passed; the time of a suspended
-    /// machine may not count. At most 20 days.
+    /// Calls `call` once from the event loop when `delay` has passed. After the machine was
+    /// suspended it may be half a minute late.
     [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                                        std::function<void()> call) = 0;
 

@@ -4,6 +4,19 @@
 #include <QObject>
 #include <QString>
 
+/// All texts are plain; line feeds in the body are line breaks.
+struct Notification {
+    QString title;
+    QString body;
+    /// What it is about, given back when the user opens it or chooses its action; empty when there
+    /// is nothing to open.
+    QString subject{};
+    /// Label of an action of its own beside opening; empty for none.
+    QString action{};
+
+    bool operator==(const Notification&) const = default;
+};
+
 /// The desktop's notifications. Nothing here waits for the desktop's answer.
 class NotificationCenter : public QObject {
     Q_OBJECT
@@ -12,9 +25,9 @@ public:
 
     /// Asks for permission to show alerts with sound, where the desktop has such a question.
     virtual void requestAuthorization() = 0;
-    /// Shows one notification at once, with the default sound. `title` and `body` are plain text;
-    /// line feeds in the body are line breaks.
-    virtual void post(const QString& title, const QString& body) = 0;
+    /// Shows one notification at once, with the default sound, and with what can be done about it
+    /// where the desktop offers that.
+    virtual void post(const Notification& notification) = 0;
     /// Notifications that the desktop has not taken yet.
     virtual int pending() const = 0;
 
@@ -22,6 +35,10 @@ Q_SIGNALS:
     /// Notifications cannot be shown; `reason` says why and what to do, in Norwegian. Emitted at
     /// most once a run.
     void unavailable(const QString& reason);
+    /// The user wants to see what the notification is about.
+    void opened(const QString& subject);
+    /// The user has chosen the notification's own action.
+    void actionChosen(const QString& subject);
     /// `pending()` has become 0.
     void settled();
 };

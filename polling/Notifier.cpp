@@ -3,6 +3,7 @@
 
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
+#include "polling/CommunityFind.h"
 
 #include <QLocale>
 
@@ -36,9 +37,10 @@ void Notifier::requestPermission() {
 }
 
 void Notifier::notifyNewFare(const Match& match) {
-    if (!shouldNotify(match.key + u'#' + match.cabin))
+    if (!shouldNotify(subject(match)))
         return;
-    post(u"✈️ Ny bonusreise: %1 → %2"_s.arg(match.fromCity, match.toCity), offerText(match));
+    postOffer(u"✈️ Ny bonusreise: %1 → %2"_s.arg(match.fromCity, match.toCity), offerText(match),
+              match);
 }
 
 void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins) {
@@ -51,13 +53,24 @@ void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins) {
 }
 
 void Notifier::notifyCommunityFare(const Match& match) {
-    post(u"👥 Fellesskapet fant: %1 → %2"_s.arg(match.fromCity, match.toCity),
-         offerText(match) + u" — book raskt, plassene forsvinner fort"_s);
+    postOffer(u"👥 Fellesskapet fant: %1 → %2"_s.arg(match.fromCity, match.toCity),
+              offerText(match) + u" — book raskt, plassene forsvinner fort"_s, match);
 }
 
 void Notifier::post(const QString& title, const QString& body) {
     if (m_database.isOn(u"native_notify"_s, true))
-        m_center.post(title, body);
+        m_center.post({title, body});
+}
+
+void Notifier::postOffer(const QString& title, const QString& body, const Match& match) {
+    if (!m_database.isOn(u"native_notify"_s, true))
+        return;
+    const QString booking = match.bookingURL.isEmpty() ? QString() : u"Book på SAS"_s;
+    m_center.post({title, body, subject(match), booking});
+}
+
+QString Notifier::subject(const Match& match) {
+    return CommunityFind::identity(match);
 }
 
 bool Notifier::shouldNotify(const QString& key) {

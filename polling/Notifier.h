@@ -30,7 +30,12 @@ public:
     void notifyCommunityFare(const Match& match);
     void post(const QString& title, const QString& body);
 
+    /// What a notification about an offer gives back when it is opened: `Match` of this key, "#"
+    /// and cabin.
+    static QString subject(const Match& match);
+
 private:
+    void postOffer(const QString& title, const QString& body, const Match& match);
     bool shouldNotify(const QString& key);
 
     Database& m_database;

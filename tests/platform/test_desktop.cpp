@@ -78,8 +78,8 @@ private Q_SLOTS:
         const QSignalSpy missing(&center, &NotificationCenter::unavailable);
         const QSignalSpy settled(&center, &NotificationCenter::settled);
         center.requestAuthorization();
-        center.post(u"a"_s, u"b"_s);
-        center.post(u"c"_s, u"d"_s);
+        center.post({u"a"_s, u"b"_s});
+        center.post({u"c"_s, u"d"_s});
         QTRY_COMPARE(settled.size(), 1);
         QCOMPARE(center.pending(), 0);
         QCOMPARE(missing.size(), 1);
@@ -87,13 +87,13 @@ private Q_SLOTS:
 
         // One that is started later is used, and still nothing is said twice.
         NotificationService service({u"body"_s});
-        center.post(u"e"_s, u"f"_s);
+        center.post({u"e"_s, u"f"_s});
         QTRY_COMPARE(service.received.size(), 1);
         QCOMPARE(missing.size(), 1);
 
         DBusNotifications noBus(QDBusConnection(u"no such connection"_s));
         const QSignalSpy noBusMissing(&noBus, &NotificationCenter::unavailable);
-        noBus.post(u"a"_s, u"b"_s);
+        noBus.post({u"a"_s, u"b"_s});
         QTRY_COMPARE(noBusMissing.size(), 1);
         QVERIFY(noBusMissing[0][0].toString().contains(u"D-Bus-økt"_s));
     }
@@ -109,8 +109,8 @@ private Q_SLOTS:
         QFETCH(QStringList, capabilities);
         NotificationService service(capabilities);
         DBusNotifications center(QDBusConnection::sessionBus());
-        center.post(u"✈️ <Tittel> & mer"_s, u"Oslo <b> & \"Ålesund\"\n2 seter"_s);
-        center.post(u"to"_s, u"2"_s);
+        center.post({u"✈️ <Tittel> & mer"_s, u"Oslo <b> & \"Ålesund\"\n2 seter"_s});
+        center.post({u"to"_s, u"2"_s});
         QCOMPARE(center.pending(), 2);
         QTRY_COMPARE(service.received.size(), 2);
         // Titles are plain text with every service.
@@ -120,6 +120,33 @@ private Q_SLOTS:
         QVERIFY(service.received[0].hints.contains(u"sound-name"_s));
         QCOMPARE(service.received[1].summary, u"to"_s);
         QTRY_COMPARE(center.pending(), 0);
+    }
+
+    void whatIsChosenComesBackWithItsSubject() {
+        NotificationService service({u"body"_s, u"actions"_s});
+        DBusNotifications center(QDBusConnection::sessionBus());
+        const QSignalSpy opened(&center, &NotificationCenter::opened);
+        const QSignalSpy chosen(&center, &NotificationCenter::actionChosen);
+        center.post({u"funn"_s, u"Oslo"_s, u"key#business"_s, u"Book på SAS"_s});
+        center.post({u"om noe annet"_s, u""_s});
+        QTRY_COMPARE(service.received.size(), 2);
+        QTRY_COMPARE(center.pending(), 0);
+        const QStringList actions{u"default"_s, u"Vis i Tindra"_s, u"own"_s, u"Book på SAS"_s};
+        QCOMPARE(service.received[0].actions, actions);
+        QCOMPARE(service.received[1].actions, QStringList());
+        Q_EMIT service.ActionInvoked(2, u"default"_s);
+        Q_EMIT service.ActionInvoked(17, u"default"_s);
+        Q_EMIT service.ActionInvoked(1, u"default"_s);
+        Q_EMIT service.ActionInvoked(1, u"own"_s);
+        Q_EMIT service.NotificationClosed(1, 2);
+        QTRY_COMPARE(chosen.size(), 1);
+        QCOMPARE(opened, (QList<QVariantList>{{u"key#business"_s}}));
+        QCOMPARE(chosen[0][0].toString(), u"key#business"_s);
+        // Other programs' notifications may get the number later.
+        Q_EMIT service.ActionInvoked(1, u"default"_s);
+        Q_EMIT service.ActionInvoked(99, u"default"_s);
+        QTest::qWait(50);
+        QCOMPARE(opened.size(), 1);
     }
 
     void aMissingKeychainIsMissedOnce() {

@@ -32,6 +32,7 @@ class TestNotifier : public QObject {
         match.depart = u"14.03 09:05"_s;
         match.arrive = u"15.03 06:10"_s;
         match.stopsText = u"1 stopp (CPH)"_s;
+        match.bookingURL = u"https://www.sas.no/book"_s;
         return match;
     }
 
@@ -41,23 +42,25 @@ private Q_SLOTS:
         world.notifier.notifyNewFare(offer());
         const QString description = u"Business · 2 seter · 75\u00a0000 poeng\n"
                                     u"14.03 09:05 → 15.03 06:10 · 1 stopp (CPH)"_s;
-        QCOMPARE(
-            world.center.posted.last(),
-            (FakeNotificationCenter::Posted{u"✈️ Ny bonusreise: Oslo → Bangkok"_s, description}));
-
-        world.notifier.notifyCommunityFare(offer());
         QCOMPARE(world.center.posted.last(),
-                 (FakeNotificationCenter::Posted{
-                     u"👥 Fellesskapet fant: Oslo → Bangkok"_s,
-                     description + u" — book raskt, plassene forsvinner fort"_s}));
+                 (Notification{u"✈️ Ny bonusreise: Oslo → Bangkok"_s, description,
+                               u"2027-03-14-OSL-BKK-SK1467#business"_s, u"Book på SAS"_s}));
+
+        Match unbookable = offer();
+        unbookable.bookingURL.clear();
+        world.notifier.notifyCommunityFare(unbookable);
+        QCOMPARE(world.center.posted.last(),
+                 (Notification{u"👥 Fellesskapet fant: Oslo → Bangkok"_s,
+                               description + u" — book raskt, plassene forsvinner fort"_s,
+                               u"2027-03-14-OSL-BKK-SK1467#business"_s,
+                               {}}));
 
         world.notifier.notifySoldOut(u"OSL-BKK 2025-03-01 · SK1467,TG955"_s,
                                      {u"economy"_s, u"business"_s, u"PREMIUM"_s});
-        QCOMPARE(
-            world.center.posted.last(),
-            (FakeNotificationCenter::Posted{
-                u"🔴 Utsolgt"_s, u"OSL-BKK 2025-03-01 · SK1467,TG955\n"
-                                 u"Business, PREMIUM, Økonomi er ikke lenger tilgjengelig"_s}));
+        QCOMPARE(world.center.posted.last(),
+                 (Notification{u"🔴 Utsolgt"_s,
+                               u"OSL-BKK 2025-03-01 · SK1467,TG955\n"
+                               u"Business, PREMIUM, Økonomi er ikke lenger tilgjengelig"_s}));
 
         Match cheap = offer();
         cheap.cabin = u"economy"_s;
@@ -82,7 +85,9 @@ private Q_SLOTS:
         QCOMPARE(world.center.posted.size(), 3);
         // What is said of others' finds and of sold-out offers is not filtered.
         for (int i = 0; i < 2; ++i) {
-            world.notifier.notifyCommunityFare(offer());
+            Match unbookable = offer();
+            unbookable.bookingURL.clear();
+            world.notifier.notifyCommunityFare(unbookable);
             world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
         }
         QCOMPARE(world.center.posted.size(), 7);
@@ -102,7 +107,9 @@ private Q_SLOTS:
         other.cabin = u"first"_s;
         world.notifier.notifyNewFare(other);
         world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
-        world.notifier.notifyCommunityFare(offer());
+        Match unbookable = offer();
+        unbookable.bookingURL.clear();
+        world.notifier.notifyCommunityFare(unbookable);
         QCOMPARE(world.center.posted.size(), 1);
         // Switched on again, the filter still remembers what it let pass in silence.
         world.database.set(u"native_notify"_s, u"1"_s);

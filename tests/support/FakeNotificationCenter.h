@@ -9,16 +9,10 @@
 class FakeNotificationCenter final : public NotificationCenter {
     Q_OBJECT
 public:
-    struct Posted {
-        QString title;
-        QString body;
-        bool operator==(const Posted&) const = default;
-    };
-
     void requestAuthorization() override { ++authorizations; }
-    void post(const QString& title, const QString& body) override { posted.append({title, body}); }
+    void post(const Notification& notification) override { posted.append(notification); }
     int pending() const override { return 0; }
 
-    QList<Posted> posted;
+    QList<Notification> posted;
     int authorizations = 0;
 };

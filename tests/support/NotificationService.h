@@ -17,7 +17,7 @@ public:
               QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("service")))
         , m_capabilities(capabilities) {
         m_bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), this,
-                             QDBusConnection::ExportAllSlots);
+                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
         m_bus.registerService(QStringLiteral("org.freedesktop.Notifications"));
     }
     ~NotificationService() override {
@@ -29,6 +29,7 @@ public:
         QString app;
         QString summary;
         QString body;
+        QStringList actions;
         QVariantMap hints;
     };
     QList<Notification> received;
@@ -36,10 +37,14 @@ public:
 public Q_SLOTS:
     QStringList GetCapabilities() { return m_capabilities; }
     uint Notify(const QString& app, uint, const QString&, const QString& summary,
-                const QString& body, const QStringList&, const QVariantMap& hints, int) {
-        received.append({app, summary, body, hints});
+                const QString& body, const QStringList& actions, const QVariantMap& hints, int) {
+        received.append({app, summary, body, actions, hints});
         return static_cast<uint>(received.size());
     }
+
+Q_SIGNALS:
+    void ActionInvoked(uint id, const QString& action);
+    void NotificationClosed(uint id, uint reason);
 
 private:
     QDBusConnection m_bus;
