@@ -64,6 +64,9 @@ Match readMatch(const SqliteRow& row) {
 
 bool Database::transaction(const std::function<void()>& work) {
     m_failed = false;
+    // A file that was refused stays so until `recover` has opened it.
+    if (m_problem && !m_isOpen)
+        return false;
     if (!m_db.execute("BEGIN IMMEDIATE"))
         return false;
     auto rollBack = qScopeGuard([this] { m_db.execute("ROLLBACK"); });

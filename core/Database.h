@@ -54,8 +54,8 @@ public:
     /// Makes today's copy where there is none, and keeps three of them. A good file of ordinary
     /// size takes some milliseconds, one of 13 MB up to 250.
     void keepDailyCopy();
-    /// Writes everything to a file of its own. Returns why that failed, in Norwegian; absent when
-    /// the file is there.
+    /// Writes everything to a file of its own, which may replace an earlier such file but nothing
+    /// else. Returns why that failed, in Norwegian; absent when the file is there.
     std::optional<QString> copyTo(const QString& file);
 
     /// Runs `work`; all its changes are stored together, or none of them when one fails. They are
@@ -102,6 +102,7 @@ private:
     bool replaceDamaged();
     bool copyBeforeUpgrade();
     void upgrade();
+    std::optional<QString> writeCopy(const QString& file);
     void refuse(const QString& problem);
     void noteFailure(const QString& message);
     void cleanupMismatchedMatches();

@@ -128,7 +128,7 @@ bool Database::copyBeforeUpgrade() {
 }
 
 void Database::refuse(const QString& problem) {
-    m_db.setErrorHandler({});
+    m_db.setErrorHandler([this](const QString& message) { noteFailure(message); });
     m_problem = problem;
     if (std::exchange(m_lastRefusal, problem) != problem)
         TDLog::note(u"database: "_s + problem);
@@ -165,7 +165,7 @@ void Database::keepDailyCopy() {
     const QString path = DatabaseCopies::daily(m_folder, today);
     if (QFile::exists(path))
         return;
-    if (const auto reason = copyTo(path))
+    if (const auto reason = writeCopy(path))
         TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*reason));
     else
         DatabaseCopies::prune(m_folder, u"copy"_s, today);
@@ -174,6 +174,20 @@ void Database::keepDailyCopy() {
 std::optional<QString> Database::copyTo(const QString& file) {
     if (m_problem)
         return m_problem;
+    const QFileInfo target(file);
+    if (target.exists()) {
+        if (target.canonicalFilePath() ==
+            QFileInfo(DatabaseCopies::main(m_folder)).canonicalFilePath())
+            return u"%1 er databasen selv"_s.arg(file);
+        SqliteConnection earlier;
+        earlier.openReadOnly(file);
+        if (!target.isFile() || !DatabaseFile::examine(earlier).hasTables)
+            return u"%1 finnes fra før, og er ikke en Tindra-database"_s.arg(file);
+    }
+    return writeCopy(file);
+}
+
+std::optional<QString> Database::writeCopy(const QString& file) {
     // A copy that finds no room says nothing about storing, but one may find damage.
     m_db.setErrorHandler({});
     auto reason = DatabaseFile::copy(m_db, file);

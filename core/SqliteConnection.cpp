@@ -116,6 +116,10 @@ bool SqliteConnection::isDamaged() const {
     return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
 }
 
+QString SqliteConnection::version() {
+    return QString::fromLatin1(sqlite3_libversion());
+}
+
 void SqliteConnection::setErrorHandler(std::function<void(const QString&)> handler) {
     m_onError = std::move(handler);
 }

@@ -65,6 +65,8 @@ public:
     QString reason() const;
     /// Whether the last failed call failed because the file is broken, or no database.
     bool isDamaged() const;
+    /// SQLite's, such as "3.40.1".
+    static QString version();
     /// Called with that after every failure; none at first.
     void setErrorHandler(std::function<void(const QString&)> handler);
 

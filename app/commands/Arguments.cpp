@@ -28,8 +28,7 @@ Arguments::Arguments(const QString& command, const QStringList& words, const QSt
         const bool isJoined = word.contains(u'=');
         const bool takesValue = valued.contains(name);
         if (!takesValue && (isJoined || !flags.contains(name)))
-            throw Err{
-                u"Ukjent valg «%1» for «%2»."_s.arg(word.simplified(), m_command) + hint};
+            throw Err{u"Ukjent valg «%1» for «%2»."_s.arg(word.simplified(), m_command) + hint};
         if (m_options.contains(name))
             throw Err{u"«%1» står to ganger."_s.arg(name) + hint};
         QString value = isJoined ? word.section(u'=', 1) : QString();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/commands/BackupCommand.h"
 
+#include "app/Hunt.h"
 #include "app/commands/Arguments.h"
 #include "core/Database.h"
 #include "core/DatabaseCopies.h"
@@ -19,7 +20,9 @@ QString fileOf(const QString& command, const QStringList& words) {
 }
 
 QString counted(Database& database) {
-    return u"%1 overvåkere og %2 treff"_s.arg(database.listSearches().size())
+    const auto watchers = database.listSearches().size();
+    return u"%1 %2 og %3 treff"_s.arg(watchers)
+        .arg(watchers == 1 ? u"overvåker"_s : u"overvåkere"_s)
         .arg(database.recentMatches(std::numeric_limits<int>::max()).size());
 }
 
@@ -31,8 +34,8 @@ BackUp BackUp::parse(const QStringList& words) {
 
 CommandAnswer BackUp::run(const DataContext& context) const {
     if (const auto reason = context.database.copyTo(QDir().absoluteFilePath(file)))
-        return {cannotStart, {}, u"Ingen sikkerhetskopi ble laget: %1\n"_s.arg(*reason)};
-    return {done,
+        return {Hunt::cannotStart, {}, u"Ingen sikkerhetskopi ble laget: %1\n"_s.arg(*reason)};
+    return {Hunt::roundEnded,
             u"%1 er lagret i %2. Innlogging og passord er ikke med.\n"_s
                 .arg(counted(context.database), file)
                 .toUtf8(),
@@ -53,5 +56,5 @@ CommandAnswer Restore::run(const QString& folder, const Clock& clock) const {
     QString text = u"%1 er hentet inn fra %2.\n"_s.arg(counted(database), file);
     if (replaced)
         text += u"Databasen som var der, ligger i %1.\n"_s.arg(*replaced);
-    return {done, text.toUtf8(), {}};
+    return {Hunt::roundEnded, text.toUtf8(), {}};
 }

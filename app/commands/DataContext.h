@@ -2,7 +2,6 @@
 #pragma once
 
 #include "airline/Site.h"
-#include "app/ExitCode.h"
 #include "platform/Instance.h"
 
 class Clock;

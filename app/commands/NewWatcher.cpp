@@ -48,23 +48,23 @@ Window window(const QString& option, const QString& text) {
     const auto from = DateFmt::parseIso(dots < 0 ? text : text.left(dots));
     const auto to = dots < 0 ? from : DateFmt::parseIso(text.mid(dots + 2));
     if (!from || !to)
-        throw Err{u"«%1 %2»: skriv en dato som 2027-03-01, eller to som 2027-03-01..2027-03-31."_s
-                      .arg(option, text.simplified())};
+        throw Err{
+            u"«%1 %2»: skriv en dato som 2027-03-01, eller to som 2027-03-01..2027-03-31."_s.arg(
+                option, text.simplified())};
     if (*from > *to)
         throw Err{u"«%1 %2» slutter før den begynner."_s.arg(option, text)};
     if (from->daysTo(*to) >= Legs::datesPerWindow)
-        throw Err{u"«%1 %2» er for lang: høyst %3 dager."_s.arg(option, text)
-                      .arg(Legs::datesPerWindow)};
+        throw Err{
+            u"«%1 %2» er for lang: høyst %3 dager."_s.arg(option, text).arg(Legs::datesPerWindow)};
     return {*from, *to};
 }
 
 CabinSet cabins(const QString& text) {
     CabinSet cabins;
     for (const QString& piece : pieces(text.toLower())) {
-        const auto named =
-            std::find_if(allCabins.begin(), allCabins.end(), [&piece](Cabin cabin) {
-                return piece == rawValue(cabin) || piece == label(cabin).toLower();
-            });
+        const auto named = std::find_if(allCabins.begin(), allCabins.end(), [&piece](Cabin cabin) {
+            return piece == rawValue(cabin) || piece == label(cabin).toLower();
+        });
         if (named == allCabins.end())
             throw Err{u"Ukjent kabin «%1». Velg blant economy, premeco, business og first."_s.arg(
                 piece.simplified())};

@@ -2,6 +2,7 @@
 #include "app/commands/WatchersCommand.h"
 
 #include "airports/Airports.h"
+#include "app/Hunt.h"
 #include "app/commands/Arguments.h"
 #include "app/commands/NewWatcher.h"
 #include "core/Database.h"
@@ -46,12 +47,9 @@ QString line(const Search& watcher, int hits, Instant now) {
     QStringList cabins;
     for (const QString& cabin : encodeCabins(watcher.cabins).split(u',', Qt::SkipEmptyParts))
         cabins.append(cabinLabel(cabin));
-    QStringList parts{
-        u"%1  %2"_s.arg(watcher.id, 4)
-            .arg(watcher.enabled ? u"på   "_s : u"pause"_s),
-        watcher.displayName(),
-        u"%1 → %2"_s.arg(watcher.origin, watcher.destination),
-        u"ut "_s + days(watcher.dateFrom, watcher.dateTo)};
+    QStringList parts{u"%1  %2"_s.arg(watcher.id, 4).arg(watcher.enabled ? u"på   "_s : u"pause"_s),
+                      watcher.displayName(), u"%1 → %2"_s.arg(watcher.origin, watcher.destination),
+                      u"ut "_s + days(watcher.dateFrom, watcher.dateTo)};
     if (watcher.name.isEmpty())
         parts.removeAt(1);
     if (watcher.isRoundTrip())
@@ -60,7 +58,9 @@ QString line(const Search& watcher, int hits, Instant now) {
     parts.append(u"minst %1 seter, høyst %2 stopp%3"_s.arg(watcher.minSeats)
                      .arg(watcher.maxStops)
                      .arg(watcher.includePartners ? u", med partnere"_s : QString()));
-    parts.append(u"sjekket %1, %2 treff"_s.arg(DateFmt::ago(watcher.lastChecked, now)).arg(hits));
+    const QString checked = DateFmt::ago(watcher.lastChecked, now);
+    parts.append(watcher.lastChecked ? u"sjekket "_s + checked : checked);
+    parts.append(u"%1 treff"_s.arg(hits));
     return parts.join(u"  "_s);
 }
 
@@ -120,7 +120,7 @@ CommandAnswer ListWatchers::run(const DataContext& context) const {
 
 CommandAnswer AddWatcher::run(const DataContext& context) const {
     if (watcher.dateTo < DateFmt::iso(context.clock.today()))
-        return {wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
+        return {Hunt::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
     Database& database = context.database;
     qint64 id = 0;
     const bool isStored = database.transaction([&] {
@@ -129,8 +129,9 @@ CommandAnswer AddWatcher::run(const DataContext& context) const {
         id = all.isEmpty() ? 0 : all.constLast().id;
     });
     if (!isStored)
-        return {cannotStart, {}, whatIsWrong(database)};
-    return {done, u"Overvåker %1 er lagret, og sjekkes i neste runde.\n"_s.arg(id).toUtf8(),
+        return {Hunt::cannotStart, {}, whatIsWrong(database)};
+    return {Hunt::roundEnded,
+            u"Overvåker %1 er lagret, og sjekkes i neste runde.\n"_s.arg(id).toUtf8(),
             unknownCodes(watcher)};
 }
 
@@ -140,7 +141,7 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
     const auto found =
         std::find_if(all.begin(), all.end(), [this](const Search& one) { return one.id == id; });
     if (found == all.end())
-        return database.problem() ? CommandAnswer{cannotStart, {}, whatIsWrong(database)}
+        return database.problem() ? CommandAnswer{Hunt::cannotStart, {}, whatIsWrong(database)}
                                   : noSuchWatcher(id);
     const bool isStored = database.transaction([&] {
         if (change == Change::remove)
@@ -149,11 +150,11 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
             database.toggleSearch(id);
     });
     if (!isStored)
-        return {cannotStart, {}, whatIsWrong(database)};
+        return {Hunt::cannotStart, {}, whatIsWrong(database)};
     const QString text = change == Change::remove  ? u"Overvåker %1 er fjernet, med sine treff.\n"_s
                          : change == Change::pause ? u"Overvåker %1 er satt på pause.\n"_s
                                                    : u"Overvåker %1 er i gang igjen.\n"_s;
-    return {done, text.arg(id).toUtf8(), {}};
+    return {Hunt::roundEnded, text.arg(id).toUtf8(), {}};
 }
 
 qint64 watcherId(const QString& text) {
@@ -171,7 +172,8 @@ bool hasWatcher(Database& database, qint64 id) {
 }
 
 CommandAnswer noSuchWatcher(qint64 id) {
-    return {wrongUsage, {},
+    return {Hunt::wrongUsage,
+            {},
             u"Det finnes ingen overvåker %1. «tindra watchers list» viser dem.\n"_s.arg(id)};
 }
 

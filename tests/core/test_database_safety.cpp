@@ -287,8 +287,8 @@ private Q_SLOTS:
         text.close();
         QFile empty(m_dir->path() + u"/empty"_s);
         QVERIFY(empty.open(QIODevice::WriteOnly));
-        for (const QString& bad :
-             {backup + u"-cut"_s, text.fileName(), empty.fileName(), m_dir->path(), u"/nowhere"_s})
+        for (const QString& bad : {backup + u"-cut"_s, text.fileName(), empty.fileName(),
+                                   m_dir->path(), m_dir->path() + u"/no"_s})
             QVERIFY_EXCEPTION_THROWN(DatabaseCopies::restore(folder(), bad, m_clock), Err);
         {
             Database database(folder(), m_clock);
