@@ -46,8 +46,6 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     , m_pollIntervalMin(
           Worker::intervalMinutes(database.get(u"poll_interval_min"_s), usualIntervalMinutes)) {
     connect(&worker, &Worker::stored, this, &AppState::reload);
-    // A round whose finds cannot be stored has nothing to reload.
-    connect(&worker, &Worker::roundEnded, this, &AppState::noteStorage);
     reload();
 }
 

@@ -127,8 +127,7 @@ struct Tindra {
             &state, &SessionState::notice,
             [this](const QString& title, const QString& body) { notifier.post(title, body); });
         // Each process makes one soon after its start, and one that runs for long every day.
-        QObject::connect(&worker, &Worker::roundEnded, &worker,
-                         [this] { database.keepDailyCopy(); });
+        QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
         engine.setRoundQuestion([this] { return worker.isRunning(); });
         notifier.requestPermission();
         // With a service of their own choice, people are among real hunters.

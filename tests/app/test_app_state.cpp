@@ -243,7 +243,6 @@ private Q_SLOTS:
 
         // The next round finds that there is room again.
         runOn(world.dir.path(), "DROP TRIGGER refuse;");
-        world.addWatcher();
         world.worker.pollOnce();
         settle();
         QCOMPARE(world.state.storageProblem(), QString());
