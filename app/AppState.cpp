@@ -112,6 +112,7 @@ void AppState::reload() {
     if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
         Q_EMIT lastPollChanged();
     noteStorage();
+    Q_EMIT reloaded();
 }
 
 void AppState::noteStorage() {

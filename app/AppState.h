@@ -74,6 +74,8 @@ public:
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
+    /// Everything has been read from the database, whether it has changed or not.
+    void reloaded();
     void searchesChanged();
     void matchesChanged();
     void matchCountsChanged();

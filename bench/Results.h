@@ -22,4 +22,5 @@ QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
 QList<Result> measureState();
+QList<Result> measureWatchers();
 QList<Result> measureMemory();

@@ -3,8 +3,9 @@
 // Arguments choose subjects by name; without any, all are measured.
 #include "bench/Results.h"
 #include "tests/support/TestBus.h"
+#include "tests/ui/support/PageWindow.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <utility>
@@ -13,12 +14,13 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[]) {
     const TestBus world;
-    const QCoreApplication application(argc, argv);
+    PageWindow::prepare();
+    const QGuiApplication application(argc, argv);
     const QStringList wanted = QCoreApplication::arguments().sliced(1);
     const std::pair<QString, QList<Result> (*)()> subjects[] = {
         {u"lookups"_s, measureLookups},   {u"rounds"_s, measureRounds},
         {u"state"_s, measureState},       {u"memory"_s, measureMemory},
-        {u"captures"_s, measureCaptures},
+        {u"captures"_s, measureCaptures}, {u"watchers"_s, measureWatchers},
     };
     QList<Result> results;
     for (const auto& [name, measure] : subjects) {

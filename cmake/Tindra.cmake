@@ -10,6 +10,10 @@ target_compile_definitions(tindra_common INTERFACE
     TINDRA_VERSION="${PROJECT_VERSION}")
 target_compile_options(tindra_common INTERFACE -pthread -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${TINDRA_WERROR}>:-Werror>)
+# What is shipped reads pages from the network and holds a password.
+target_compile_options(tindra_common INTERFACE
+    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fstack-clash-protection>)
+target_link_options(tindra_common INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
 if(TINDRA_SANITIZE)
     target_compile_options(tindra_common INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer)
     target_link_options(tindra_common INTERFACE -fsanitize=address,undefined)

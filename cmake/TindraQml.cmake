@@ -5,9 +5,10 @@ set(QT_QML_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml)
 
 # tindra_qml_module(name URI Tindra.Name QML file... SOURCES file... LINK target... MODULES name...)
 # A static library `tindra_<name>` that is the QML module `URI`; MODULES are others of these that
-# it imports. View-models among SOURCES carry QML_ELEMENT (and QML_UNCREATABLE).
+# it imports. View-models among SOURCES carry QML_ELEMENT (and QML_UNCREATABLE); DEPENDS are the URIs
+# of the modules whose C++ types their properties have.
 function(tindra_qml_module name)
-    cmake_parse_arguments(ARG "" "URI" "QML;SOURCES;LINK;MODULES;SINGLETONS" ${ARGN})
+    cmake_parse_arguments(ARG "" "URI" "QML;SOURCES;LINK;MODULES;SINGLETONS;DEPENDS" ${ARGN})
     set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
     qt_add_library(tindra_${name} STATIC)
     # Byte code is ready at start-up; machine code of this Qt's compiler fails on gadgets' enums and
@@ -17,6 +18,7 @@ function(tindra_qml_module name)
         URI ${ARG_URI}
         VERSION 1.0
         RESOURCE_PREFIX /qt/qml
+        DEPENDENCIES QtQuick ${ARG_DEPENDS}
         QML_FILES ${ARG_QML} ${ARG_SINGLETONS}
         SOURCES ${ARG_SOURCES})
     target_link_libraries(tindra_${name} PUBLIC tindra_common Qt6::Quick QCoro6::Core ${ARG_LINK})

@@ -78,6 +78,12 @@ public:
     void toggleSearch(qint64 id);
     /// Deletes the watcher with its offers and what it has seen.
     void deleteSearch(qint64 id);
+    /// Deletes it likewise, but keeps all of it aside for `restoreSearch` until the next watcher is
+    /// taken or the program ends. False, and nothing changes, when it could not be done.
+    bool takeSearch(qint64 id);
+    /// Puts back what `takeSearch` took last, under the same ids, once. False when there is nothing
+    /// to put back or it could not be done.
+    bool restoreSearch();
     /// Notes that a check of the watcher ended now and found `found` offers.
     void markChecked(qint64 id, int found);
 

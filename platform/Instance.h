@@ -33,6 +33,9 @@ public:
     virtual bool isFirst() const = 0;
     /// From now on `handler` carries out what later processes pass on. For the first only.
     virtual void serve(Handler handler) = 0;
+    /// Lets the desktop start and activate this process by the application's own name: `activate`
+    /// brings the window to the front. For the first only, after `serve`.
+    virtual void answerDesktop(std::function<void()> activate) = 0;
     /// Lets the first process carry out a command, however long it takes; absent when it takes
     /// none, or ends meanwhile.
     virtual QCoro::Task<std::optional<CommandAnswer>> pass(QStringList arguments) = 0;

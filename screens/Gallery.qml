@@ -58,7 +58,7 @@ Item {
                     width: parent.width
                     height: 150
                     TDRadioPills { x: TD.xl; y: TD.l; label: "Reisetype"; model: ["⇄ Tur/retur", "→ Én vei"] }
-                    TDTextField { x: TD.xl; y: 70; width: 320; large: true; text: "OSL, BGO" }
+                    TDTextField { x: TD.xl; y: 70; width: 320; large: true; text: "OSL, BGO"; Accessible.name: "Fra" }
                     TDTextField { x: 380; y: 70; width: 400; large: true; placeholderText: "JFK, EWR, ORD — eller bynavn" }
                     TDLabel { x: TD.xl; y: 122; text: "Oslo · Bergen"; color: TD.textSecondary }
                 }
@@ -90,7 +90,7 @@ Item {
             TDSwitch { label: "Av" }
             TDSwitch { label: "Sperret"; checked: true; enabled: false }
             TDTextField { placeholderText: "EuroBonus-nummer eller e-post"; width: 250 }
-            TDTextField { text: "passord"; echoMode: TextInput.Password }
+            TDTextField { text: "passord"; placeholderText: "Passord"; echoMode: TextInput.Password }
             TDStepper { text: "Min. seter: " + value; from: 1; to: 9; value: 1 }
         }
         Flow {

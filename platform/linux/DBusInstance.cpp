@@ -5,6 +5,7 @@
 #include "platform/OneShot.h"
 
 #include <QCryptographicHash>
+#include <QDBusAbstractAdaptor>
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -27,6 +28,34 @@ QString busName(const QString& folder) {
         QCryptographicHash::hash(QDir(folder).absolutePath().toUtf8(), QCryptographicHash::Sha256);
     return QStringLiteral(TINDRA_BUNDLE_ID ".Data") + QString::fromLatin1(hash.toHex().left(16));
 }
+
+/// What desktops ask of an application that they can start by its name.
+class DesktopCalls final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    DesktopCalls(std::function<void()> activate, QObject* object)
+        : QDBusAbstractAdaptor(object), m_activate(std::move(activate)) {}
+
+public Q_SLOTS:
+    void Activate(const QVariantMap& platformData) { activate(platformData); }
+    /// Tindra opens no files.
+    void Open(const QStringList&, const QVariantMap& platformData) { activate(platformData); }
+    void ActivateAction(const QString&, const QVariantList&, const QVariantMap& platformData) {
+        activate(platformData);
+    }
+
+private:
+    void activate(const QVariantMap& platformData) {
+        // Without it, Wayland lets no window come to the front.
+        const QString token = platformData.value(u"activation-token"_s).toString();
+        if (!token.isEmpty())
+            qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        m_activate();
+    }
+
+    std::function<void()> m_activate;
+};
 
 /// The object on the bus.
 class CommandObject final : public QObject, protected QDBusContext {
@@ -65,13 +94,20 @@ DBusInstance::DBusInstance(const QString& folder, const QDBusConnection& bus)
 
 DBusInstance::~DBusInstance() {
     m_bus.unregisterService(m_name);
+    m_bus.unregisterService(QStringLiteral(TINDRA_BUNDLE_ID));
     m_bus.unregisterObject(objectPath);
 }
 
 void DBusInstance::serve(Handler handler) {
-    m_bus.registerObject(objectPath, new CommandObject(std::move(handler), this),
-                         QDBusConnection::ExportScriptableSlots);
+    m_object = new CommandObject(std::move(handler), this);
+    m_bus.registerObject(objectPath, m_object,
+                         QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAdaptors);
     m_bus.registerService(m_name);
+}
+
+void DBusInstance::answerDesktop(std::function<void()> activate) {
+    new DesktopCalls(std::move(activate), m_object);
+    m_bus.registerService(QStringLiteral(TINDRA_BUNDLE_ID));
 }
 
 QCoro::Task<std::optional<CommandAnswer>> DBusInstance::pass(QStringList arguments) {

@@ -17,11 +17,13 @@ public:
 
     bool isFirst() const override { return m_isFirst; }
     void serve(Handler handler) override;
+    void answerDesktop(std::function<void()> activate) override;
     QCoro::Task<std::optional<CommandAnswer>> pass(QStringList arguments) override;
 
 private:
     QDBusConnection m_bus;
     QString m_name;
+    QObject* m_object = nullptr;
     QLockFile m_lock;
     bool m_isFirst = true;
 };

@@ -142,6 +142,49 @@ private Q_SLOTS:
         QVERIFY(database.seenCabins(1).isEmpty());
     }
 
+    void aTakenWatcherComesBackWhole() {
+        Database database(folder(), m_clock);
+        QVERIFY(!database.restoreSearch());
+        for (const QString& destination : {u"BKK"_s, u"NRT"_s})
+            database.addSearch(watcher(u"OSL"_s, destination));
+        for (const qint64 id : {1, 2}) {
+            database.markChecked(id, 3);
+            database.upsertSeen(id, u"a"_s, {u"business"_s}, u"merke"_s);
+            database.recordMatch(offer(id, u"a"_s));
+            database.recordMatch(offer(id, u"past"_s, u"2027-01-01"_s));
+        }
+        database.toggleSearch(1);
+        const auto watchers = database.listSearches();
+        const auto offers = database.recentMatches(10);
+
+        QVERIFY(database.takeSearch(1));
+        QCOMPARE(database.listSearches(), watchers.mid(1));
+        QCOMPARE(database.recentMatches(10), offers.first(1));
+        QVERIFY(database.seenCabins(1).isEmpty());
+        QCOMPARE(database.seenCabins(2).size(), 1);
+        // What was stored meanwhile has its own ids.
+        database.addSearch(watcher(u"BGO"_s, u"SIN"_s));
+        QCOMPARE(database.listSearches().last().id, 3);
+
+        QVERIFY(database.restoreSearch());
+        QCOMPARE(database.listSearches().first(2), watchers);
+        QCOMPARE(database.recentMatches(10), offers);
+        QCOMPARE(database.seenCabins(1), database.seenCabins(2));
+        QVERIFY(!database.restoreSearch()); // once
+
+        // Only the last one can come back, and a file that refuses loses nothing.
+        QVERIFY(database.takeSearch(3));
+        QVERIFY(database.takeSearch(2));
+        QVERIFY(!database.takeSearch(9));
+        runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON matches BEGIN "
+                        "SELECT RAISE(ABORT, 'no room'); END;");
+        QVERIFY(!database.restoreSearch());
+        QCOMPARE(database.listSearches(), watchers.first(1));
+        runOn(folder(), "DROP TRIGGER refuse;");
+        QVERIFY(database.restoreSearch());
+        QCOMPARE(database.listSearches(), watchers);
+    }
+
     void settings() {
         Database database(folder(), m_clock);
         QVERIFY(!database.get(u"x"_s));

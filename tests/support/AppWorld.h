@@ -28,7 +28,11 @@ struct AppWorld {
     AppState state{database, worker, community, notifier, clock};
 
     AppWorld() = default;
-    ~AppWorld() { settle(); }
+    ~AppWorld() {
+        // A long round takes more turns than one `settle` gives it.
+        for (int i = 0; i == 0 || (worker.isRunning() && i < 20); ++i)
+            settle();
+    }
     Q_DISABLE_COPY_MOVE(AppWorld)
 
     /// Stores a watcher OSL to `destination` and returns it as stored.

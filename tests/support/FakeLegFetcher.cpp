@@ -24,6 +24,8 @@ QCoro::Task<FetchedLegs> FakeLegFetcher::fetchLegs(QList<LegGroup> legs, bool aw
                 co_return fetched;
             progress(leg.origin + u'→' + leg.destination, date);
             co_await nextTurn();
+            if (++m_lookups == heldLookup)
+                co_await goOn;
             dates.insert(date, answer ? answer(leg.origin, leg.destination, date) : std::nullopt);
         }
     }

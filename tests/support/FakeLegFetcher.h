@@ -30,4 +30,10 @@ public:
                                             const QString& date)>
         answer;
     QList<Call> calls;
+    /// The lookup, counted from 1, that gets no answer before `goOn`; 0 for none.
+    int heldLookup = 0;
+    OneShot<bool> goOn;
+
+private:
+    int m_lookups = 0;
 };

@@ -30,8 +30,10 @@ T.Button {
     font { family: TD.fontFamily; pixelSize: large ? 15 : TD.body; weight: Font.DemiBold }
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     contentItem: Item {

@@ -18,6 +18,10 @@ T.CheckBox {
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     hoverEnabled: true
+    Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.name: text
     Accessible.description: tip
     TDToolTip { text: control.tip; shown: control.hovered || control.visualFocus }
 

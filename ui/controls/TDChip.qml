@@ -28,7 +28,7 @@ T.Button {
     function activate(event) {
         event.accepted = !checkable;
         if (!checkable)
-            click();
+            clicked();
     }
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 

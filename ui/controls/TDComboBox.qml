@@ -18,15 +18,9 @@ T.ComboBox {
     font { family: TD.fontFamily; pixelSize: TD.body; weight: Font.Medium }
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
+    Accessible.role: Accessible.ComboBox
     Accessible.name: label
-    Keys.onReturnPressed: popup.visible ? accept() : popup.open()
     HoverHandler { cursorShape: Qt.PointingHandCursor }
-
-    function accept() {
-        currentIndex = highlightedIndex;
-        activated(currentIndex);
-        popup.close();
-    }
 
     contentItem: Text {
         text: combo.displayText
@@ -59,7 +53,9 @@ T.ComboBox {
         rightPadding: 10
         highlighted: combo.highlightedIndex === index
         hoverEnabled: true
-        text: combo.textRole === "" ? model.modelData : model[combo.textRole]
+        Accessible.role: Accessible.ListItem
+        Accessible.name: text
+        text: combo.textRole === "" ? model.modelData : model[combo.textRole] ?? model.modelData[combo.textRole]
         contentItem: Text {
             text: entry.text
             font { family: TD.fontFamily; pixelSize: TD.body; weight: entry.index === combo.currentIndex ? Font.DemiBold : Font.Normal }

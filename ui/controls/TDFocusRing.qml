@@ -4,10 +4,11 @@ import Tindra.Theme
 
 /** The ring round `target` while the keyboard has put the focus there. */
 Rectangle {
-    required property Item target
+    /** A control, or anything with `visualFocus`. */
+    required property var target
 
     anchors { fill: parent; margins: -3 }
-    visible: target.visualFocus === true
+    visible: target.visualFocus
     color: "transparent"
     radius: TD.controlRadius + 3
     border { color: TD.accent; width: 2 }

@@ -10,7 +10,7 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(size, size)
+    sourceSize { width: size; height: size }
     source: name === "" ? "" : "image://symbol/" + name + "/" + String(color).slice(1)
     Accessible.ignored: true
 }

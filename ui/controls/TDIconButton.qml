@@ -19,8 +19,8 @@ T.Button {
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
     Accessible.name: label
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
     contentItem: Item {

@@ -11,6 +11,7 @@ T.ProgressBar {
 
     implicitWidth: 200
     implicitHeight: 4
+    Accessible.role: Accessible.ProgressBar
     Accessible.name: label
 
     background: Rectangle { radius: 2; color: TD.hairline }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Tindra.Theme
 
 /** A scrolling page: children stand under each other in a column of at most `contentMaxWidth`. */
@@ -24,47 +23,28 @@ FocusScope {
 
     /** Scrolls as little as it takes to show `item`. */
     function reveal(item: Item) {
-        const top = item.mapToItem(flick.contentItem, 0, 0).y - TD.l;
-        const bottom = top + item.height + 2 * TD.l;
-        if (top < flick.contentY)
-            flick.contentY = Math.max(0, top);
-        else if (bottom > flick.contentY + flick.height)
-            flick.contentY = Math.min(Math.max(0, flick.contentHeight - flick.height), bottom - flick.height);
+        flick.reveal(item);
     }
     function scrollBy(distance: real) {
-        flick.contentY = Math.max(0, Math.min(flick.contentHeight - flick.height, flick.contentY + distance));
+        flick.scrollTo(flick.contentY + distance);
     }
     Keys.onUpPressed: scrollBy(-48)
     Keys.onDownPressed: scrollBy(48)
     Keys.onPressed: event => {
-        if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown)
-            scrollBy((event.key === Qt.Key_PageUp ? -1 : 1) * (flick.height - 48));
-        else if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
-            scrollBy(event.key === Qt.Key_Home ? -flick.contentHeight : flick.contentHeight);
-        else
-            return;
+        switch (event.key) {
+        case Qt.Key_PageUp: scrollBy(48 - flick.height); break;
+        case Qt.Key_PageDown: scrollBy(flick.height - 48); break;
+        case Qt.Key_Home: flick.scrollTo(0); break;
+        case Qt.Key_End: flick.scrollTo(flick.lowest); break;
+        default: return;
+        }
         event.accepted = true;
     }
 
-    // What the keyboard reaches comes into view.
-    readonly property Item focused: Window.activeFocusItem
-    onFocusedChanged: {
-        for (let item = focused; item; item = item.parent) {
-            if (item === column) {
-                reveal(focused);
-                return;
-            }
-        }
-    }
-
-    Flickable {
+    TDScrollArea {
         id: flick
         anchors.fill: parent
-        contentWidth: width
         contentHeight: column.height + 2 * page.padding
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        T.ScrollBar.vertical: TDScrollBar {}
 
         Column {
             id: column

@@ -3,14 +3,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Tindra.Theme
 
-/** One choice of a few, side by side in one frame. `picked` says what the user chose. */
-Item {
+/** One choice of a few, side by side in one frame. */
+TDChoice {
     id: segmented
-
-    required property string label
-    property var model: []
-    property int currentIndex: 0
-    signal picked(int index)
 
     readonly property real natural: {
         let sum = 2;
@@ -21,20 +16,7 @@ Item {
 
     implicitWidth: natural
     implicitHeight: TD.controlHeight
-    Accessible.role: Accessible.Grouping
-    Accessible.name: label
-
-    function choose(index: int) {
-        const wrapped = (index + repeater.count) % repeater.count;
-        repeater.itemAt(wrapped).forceActiveFocus(Qt.TabFocusReason);
-        pick(wrapped);
-    }
-    function pick(index: int) {
-        if (index !== currentIndex) {
-            currentIndex = index;
-            picked(index);
-        }
-    }
+    parts: repeater
 
     Rectangle {
         anchors.fill: parent
@@ -62,11 +44,10 @@ Item {
                 focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
                 font { family: TD.fontFamily; pixelSize: TD.body; weight: checked ? Font.DemiBold : Font.Medium }
                 Accessible.role: Accessible.RadioButton
+                Accessible.name: text
                 Accessible.checkable: true
                 Accessible.checked: checked
                 onClicked: segmented.pick(index)
-                Keys.onLeftPressed: segmented.choose(index - 1)
-                Keys.onRightPressed: segmented.choose(index + 1)
                 HoverHandler { cursorShape: Qt.PointingHandCursor }
                 // The bold width, so that nothing moves when another part is chosen.
                 Text {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Tindra.Theme
 
 /** A larger modal: a title, a scrolling column of children, and a row of `buttons`. */
@@ -31,18 +30,14 @@ TDModal {
             font { pixelSize: TD.cardTitle; bold: true }
             Accessible.role: Accessible.Heading
         }
-        Flickable {
+        TDScrollArea {
             id: flick
             Layout.fillWidth: true
             Layout.fillHeight: true
             // Room for focus rings on the left and the scroll bar on the right.
             Layout.leftMargin: -4
             Layout.rightMargin: -18
-            contentWidth: width
             contentHeight: column.height
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            T.ScrollBar.vertical: TDScrollBar {}
             ColumnLayout {
                 id: column
                 x: 4

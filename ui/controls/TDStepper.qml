@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Layouts
 import Tindra.Theme
 
-/** A whole number between `from` and `to`; `picked` says what the user chose. */
+/** A whole number between `from` and `to`; `picked` says what the user chose, to be taken up at once. */
 FocusScope {
     id: stepper
 
@@ -29,10 +29,12 @@ FocusScope {
 
     function step(by: int) {
         const next = Math.max(from, Math.min(to, value + by));
-        if (next !== value) {
+        if (next === value)
+            return;
+        picked(next);
+        // Writing it here would cut a binding that has just brought it.
+        if (value !== next)
             value = next;
-            picked(next);
-        }
     }
 
     RowLayout {

@@ -13,6 +13,9 @@ T.Switch {
     implicitHeight: TD.target
     padding: 2
     opacity: enabled ? 1 : 0.5
+    Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
+    Accessible.checked: checked
     Accessible.name: label
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 

@@ -24,6 +24,7 @@ T.TextField {
     font { family: TD.fontFamily; pixelSize: large ? TD.pageTitle : TD.body; bold: large }
     opacity: enabled ? 1 : 0.5
     selectByMouse: true
+    Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
     HoverHandler { cursorShape: Qt.IBeamCursor }
 
@@ -35,6 +36,8 @@ T.TextField {
         text: field.placeholderText
         color: field.placeholderTextColor
         elide: Text.ElideRight
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: TD.body
         verticalAlignment: Text.AlignVCenter
         font { family: TD.fontFamily; pixelSize: field.large ? 18 : TD.body }
         textFormat: Text.PlainText

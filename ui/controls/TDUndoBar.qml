@@ -22,6 +22,8 @@ Rectangle {
     }
     function dismiss() {
         timer.stop();
+        if (undo.activeFocus)
+            undo.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason);
         visible = false;
     }
 
@@ -63,6 +65,7 @@ Rectangle {
             id: undo
             kind: "plain"
             text: "Angre"
+            focusPolicy: Qt.TabFocus
             ink: TD.peach
             leftPadding: 10
             onClicked: {

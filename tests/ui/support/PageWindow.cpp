@@ -12,8 +12,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A text drawn digit by digit.
+bool isFigures(const QQuickItem* item) {
+    return QByteArrayView(item->metaObject()->className()).startsWith("TDFigures");
+}
+
 /// The text that `item` itself draws; absent for what draws none.
 std::optional<QString> drawnText(const QQuickItem* item) {
+    if (isFigures(item))
+        return item->property("text").toString();
+    if (item->parentItem() && isFigures(item->parentItem()))
+        return {};
     // What is typed shows as bullets in a password field.
     if (item->inherits("QQuickTextInput"))
         return item->property("displayText").toString();
@@ -133,6 +142,8 @@ void PageWindow::click(const QString& name) {
 }
 
 void PageWindow::click(const QQuickItem* item) {
+    // What the last event has shown gets its place first.
+    grab();
     const QPointF middle(item->width() / 2, item->height() / 2);
     const QPoint at = item->mapToScene(middle).toPoint();
     QVERIFY2(QRect(QPoint(), m_window->size()).contains(at), "it is outside of the window");
@@ -140,6 +151,7 @@ void PageWindow::click(const QQuickItem* item) {
 }
 
 void PageWindow::hover(const QQuickItem* item) {
+    grab();
     const QPointF middle(item->width() / 2, item->height() / 2);
     QTest::mouseMove(m_window.get(), item->mapToScene(middle).toPoint());
 }

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+#include "core/TDLog.h"
+#include "tests/support/AppWorld.h"
+#include "ui/search/BoardingPassSearchCard.h"
+#include "ui/search/CodeList.h"
+#include "ui/search/DateText.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// The form's rules, without a window.
+class TestSearchForm : public QObject {
+    Q_OBJECT
+
+    const QDate today{2027, 1, 15};
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "America/Los_Angeles"); }
+
+    void suggestionsAreForThePieceBeingTyped_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<QString>("first");
+        QTest::newRow("nothing") << u""_s << true << u""_s;
+        QTest::newRow("one letter") << u"O"_s << true << u""_s;
+        QTest::newRow("a city") << u"bergen"_s << true << u"BGO"_s;
+        QTest::newRow("a complete code") << u"oSl"_s << true << u""_s;
+        QTest::newRow("the last of a list") << u"OSL,\tberge "_s << true << u"BGO"_s;
+        QTest::newRow("after a comma") << u"berge,"_s << true << u""_s;
+        QTest::newRow("no list") << u"OSL, berge"_s << false << u""_s;
+        QTest::newRow("nowhere") << u"قلعة"_s << true << u""_s;
+    }
+
+    void suggestionsAreForThePieceBeingTyped() {
+        QFETCH(QString, text);
+        QFETCH(bool, multi);
+        const auto found = CodeList::suggestions(CodeList::activeToken(text, multi));
+        QTEST(found.value(0).code, "first");
+        QVERIFY(found.size() <= 6);
+    }
+
+    void picksReplaceTheLastPiece() {
+        QCOMPARE(CodeList::picked(u"OSL, BG"_s, u"BGO"_s, true), u"OSL, BGO"_s);
+        QCOMPARE(CodeList::picked(u"JFK, ewr,\tNR"_s, u"NRT"_s, true), u"JFK, ewr, NRT"_s);
+        QCOMPARE(CodeList::picked(u""_s, u"NRT"_s, true), u"NRT"_s);
+        QCOMPARE(CodeList::picked(u"OSL, BG"_s, u"BGO"_s, false), u"BGO"_s);
+    }
+
+    void codesAreReadForWhatTheyAre() {
+        QCOMPARE(CodeList::cityNames(u" osl,,XQX, BGO "_s), u"Oslo · Bergen"_s);
+        QCOMPARE(CodeList::cityNames(u"XQX"_s), QString());
+        QCOMPARE(CodeList::stored(u"osl, bgo ,x y"_s), u"OSL,BGO,XY"_s);
+    }
+
+    void swappingKeepsTheOtherDestinations() {
+        const auto swapped = [](const QString& origin, const QString& destination) {
+            const auto ends = CodeList::swapped({origin, destination});
+            return ends.origin + u'|' + ends.destination;
+        };
+        QCOMPARE(swapped(u"OSL"_s, u"JFK, EWR"_s), u"JFK|OSL, EWR"_s);
+        QCOMPARE(swapped(u"OSL, BGO"_s, u"JFK"_s), u"JFK|OSL, BGO"_s);
+        QCOMPARE(swapped(u"OSL"_s, u", "_s), u"|OSL"_s);
+    }
+
+    void windowsAreNorwegian() {
+        QLocale::setDefault(QLocale(QLocale::English));
+        QCOMPARE(DateText::window({2026, 3, 7}, {2026, 5, 6}), u"7. mar. – 6. mai 2026"_s);
+        QCOMPARE(DateText::window({2027, 12, 30}, {2028, 2, 29}), u"30. des. – 29. feb. 2028"_s);
+    }
+
+    void typedDatesAreRead_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QDate>("date");
+        QTest::newRow("full") << u" 07.03.2028 "_s << QDate(2028, 3, 7);
+        QTest::newRow("short") << u"7. 3. 28"_s << QDate(2028, 3, 7);
+        QTest::newRow("as stored") << u"2028-03-07"_s << QDate(2028, 3, 7);
+        QTest::newRow("this year's") << u"15/1"_s << today;
+        QTest::newRow("next year's") << u"14.1."_s << QDate(2028, 1, 14);
+        QTest::newRow("the next leap day") << u"29.2"_s << QDate(2028, 2, 29);
+        QTest::newRow("no leap day") << u"29.02.2027"_s << QDate();
+        QTest::newRow("never a day") << u"31.4"_s << QDate();
+        QTest::newRow("words") << u"i morgen"_s << QDate();
+    }
+
+    void typedDatesAreRead() {
+        QFETCH(QString, text);
+        QTEST(DateText::parse(text, today).value_or(QDate()), "date");
+    }
+
+    void suggestionsOpenAndClose() {
+        AirportField field(AirportField::Field::to);
+        const QAbstractItemModelTester tester(
+            field.suggestions(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        field.setCode(u"JFK, lon"_s);
+        QVERIFY(!field.isOpen());
+        field.setFocused(true);
+        QVERIFY(field.isOpen());
+        const int rows = field.suggestions()->rowCount();
+        QVERIFY(rows > 1);
+        QCOMPARE(field.highlighted(), 0);
+        QVERIFY(field.moveHighlight(-1));
+        QCOMPARE(field.highlighted(), rows - 1);
+        QVERIFY(field.moveHighlight(2));
+        QCOMPARE(field.highlighted(), 1);
+
+        QVERIFY(field.dismiss());
+        QVERIFY(!field.dismiss() && !field.chooseHighlighted());
+        QVERIFY(field.moveHighlight(1) && field.isOpen());
+        field.dismiss();
+        field.setCode(u"JFK, berge"_s);
+        QVERIFY(field.chooseHighlighted());
+        QCOMPARE(field.code(), u"JFK, BGO"_s);
+        QVERIFY(!field.isOpen() && field.isFocused() && !field.moveHighlight(1));
+
+        AirportField single(AirportField::Field::from, false);
+        single.setFocused(true);
+        single.setCode(u"berge"_s);
+        single.pick(u"BGO"_s);
+        QCOMPARE(single.code(), u"BGO"_s);
+        QVERIFY(!single.isFocused());
+    }
+
+    void windowsKeepTheirOrder() {
+        const ManualClock clock(today);
+        DateWindowField field(u"AVREISE-VINDU"_s, clock);
+        QCOMPARE(field.from(), QDate(2027, 1, 16));
+        QCOMPARE(field.to(), QDate(2027, 3, 16));
+        QSignalSpy changes(&field, &DateWindowField::windowChanged);
+
+        field.setOpen(true);
+        field.typeTo(u"15.1.2027"_s);
+        QCOMPARE(field.problem(), u"Til kan ikke være før Fra."_s);
+        field.typeFrom(u"14.1.2027"_s);
+        QCOMPARE(field.problem(), u"14.01.2027 har vært."_s);
+        field.typeFrom(u"snart"_s);
+        QCOMPARE(field.problem(), u"Skriv datoen som 31.12.2027."_s);
+        QVERIFY(changes.isEmpty());
+        field.typeFrom(u"20.12"_s);
+        QCOMPARE(field.text(), u"20. des. – 20. des. 2027"_s);
+        QCOMPARE(field.problem(), QString());
+
+        field.calendar()->pick(field.calendar()->rowCount() - 1);
+        QVERIFY(field.isOpen());
+        field.calendar()->pick(field.calendar()->rowCount() - 1);
+        QVERIFY(!field.isOpen());
+        QVERIFY(field.from() < field.to());
+
+        field.setWindow({2026, 5, 2}, {2026, 5, 1});
+        QCOMPARE(field.text(), u"2. mai – 2. mai 2026"_s);
+        field.setWindow({}, today);
+        QCOMPARE(field.to(), QDate(2026, 5, 2));
+    }
+
+    void anyCabinsCanBeChosen() {
+        CabinChips chips({u"business"_s, u"hammock"_s});
+        const QAbstractItemModelTester tester(
+            &chips, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        chips.toggle(1);
+        chips.toggle(2);
+        QCOMPARE(encodeCabins(chips.cabinsToStore()), u"hammock,premeco"_s);
+        chips.setCabins({});
+        QCOMPARE(encodeCabins(chips.cabinsToStore()), u"business"_s);
+    }
+
+    void searchingStoresAWatcherAndStartsARound() {
+        AppWorld world;
+        world.airline.status = SASLoginStatus{};
+        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        BoardingPassSearchCard form(world.state, world.clock);
+        QVERIFY(!form.canSearch());
+        form.submit();
+        QVERIFY(world.state.searches().isEmpty());
+
+        form.origin()->setCode(u"osl, bgo"_s);
+        form.destination()->setCode(u"jfk"_s);
+        form.setName(u" Jul "_s);
+        form.setMinSeats(20);
+        form.setMaxStops(-1);
+        form.cabins()->setCabins({});
+        form.setRoundTrip(false);
+        form.submit();
+        Search expected;
+        expected.id = 1;
+        expected.name = u" Jul "_s;
+        expected.origin = u"OSL,BGO"_s;
+        expected.destination = u"JFK"_s;
+        expected.minSeats = 9;
+        expected.maxStops = 0;
+        expected.dateFrom = u"2027-01-16"_s;
+        expected.dateTo = u"2027-03-16"_s;
+        expected.includePartners = true;
+        QCOMPARE(world.state.searches().size(), 1);
+        QVERIFY(world.state.searches().constFirst() == expected);
+        QVERIFY(world.worker.isRunning());
+        QCOMPARE(form.origin()->code(), u"osl, bgo"_s);
+        QVERIFY(form.destination()->code().isEmpty() && form.name().isEmpty());
+    }
+
+    void presetsFillTheForm() {
+        AppWorld world;
+        BoardingPassSearchCard form(world.state, world.clock);
+        form.setRoundTrip(false);
+        form.cabins()->setCabins({u"economy"_s});
+        form.usePreset(1);
+        QCOMPARE(form.presetLabels().at(1), u"🌏 Asia i business"_s);
+        QCOMPARE(form.name(), u"Asia i business"_s);
+        QCOMPARE(form.origin()->code(), u"CPH"_s);
+        QCOMPARE(form.destination()->code(), u"BKK, HND, NRT, SIN, PVG"_s);
+        QVERIFY(form.roundTrip() && form.cabins()->cabins() == CabinChips::usual());
+    }
+
+    void aReturnWindowAloneIsWarnedOf_data() {
+        QTest::addColumn<QString>("then");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("again") << u"submit"_s << u"2027-01-16–2027-03-16"_s;
+        QTest::newRow("reuse") << u"reuse"_s << u"2027-06-01–2027-06-20"_s;
+        QTest::newRow("choose") << u"choose"_s << u"2027-05-01–2027-05-20"_s;
+    }
+
+    void aReturnWindowAloneIsWarnedOf() {
+        QFETCH(QString, then);
+        AppWorld world;
+        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        BoardingPassSearchCard form(world.state, world.clock);
+        form.destination()->setCode(u"JFK"_s);
+        form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
+        form.submit();
+        QVERIFY(form.windowWarning() && world.state.searches().isEmpty());
+        QCOMPARE(form.caption(), u"Trykk Søk igjen for å beholde standardvinduet"_s);
+        QVERIFY(form.warningText().contains(u"(16. jan. – 16. mar. 2027) — du valgte"_s));
+        QCOMPARE(form.reuseText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
+
+        if (then == u"choose") {
+            form.outbound()->setWindow({2027, 5, 1}, {2027, 5, 20});
+            QVERIFY(!form.windowWarning());
+        }
+        if (then == u"reuse")
+            form.reuseReturnWindow();
+        else
+            form.submit();
+        QCOMPARE(world.state.searches().size(), 1);
+        const Search& stored = world.state.searches().constFirst();
+        QTEST(stored.dateFrom + u"–"_s + stored.dateTo, "stored");
+        QCOMPARE(stored.returnDateFrom, u"2027-06-01"_s);
+        QVERIFY(!form.windowWarning() && !form.outboundTouched() && !form.returnTouched());
+        QCOMPARE(form.caption(), u"Legger til overvåker og sjekker med én gang"_s);
+    }
+
+    void pressesAreLogged() {
+        AppWorld world;
+        const QString path = world.dir.filePath(u"ui.log"_s);
+        TDLog::start(path, &world.clock);
+        BoardingPassSearchCard form(world.state, world.clock);
+        form.destination()->setCode(u"x%2"_s);
+        form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
+        form.submit();
+        TDLog::start({}, nullptr);
+        QFile log(path);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(log.readAll());
+        QVERIFY(text.contains(u"Soek trykket: origin='OSL' dest='x%2' rt=true "
+                              "touched(ut=false,hjem=true) warning=false\n"_s));
+        QVERIFY(text.contains(u"submit -> viser inline-datovarsel\n"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSearchForm)
+#include "test_search_form.moc"

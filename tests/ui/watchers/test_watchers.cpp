@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
+#include "tests/ui/support/PageWindow.h"
+#include "ui/watchers/WatchersSection.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Page : AppWorld {
+    WatchersSection section{state, worker, database, clock};
+
+    QVariant shown(int row, WatcherCards::Role role) {
+        return section.cards()->data(section.cards()->index(row), role);
+    }
+};
+
+const QString nbsp(QChar::Nbsp);
+
+} // namespace
+
+class TestWatchers : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cardTexts_data() {
+        QTest::addColumn<Search>("search");
+        QTest::addColumn<QStringList>("texts");
+        Search search;
+        search.origin = u"OSL,BGO"_s;
+        search.destination = u"JFK,,EWR"_s;
+        search.cabins = {u"premeco"_s, u"first"_s, u"sofa"_s};
+        search.dateFrom = u"2027-02-28"_s;
+        search.dateTo = u"2027-03-31"_s;
+        QTest::newRow("one way, unknown cabin")
+            << search
+            << QStringList{u"OSL,BGO → JFK,,EWR"_s,     u"SAS"_s, u"OSL, BGO → JFK, EWR"_s,
+                           u"Ut 28.02.27 – 31.03.27"_s, u""_s,    u"First · Premium"_s,
+                           u"Ikke sjekket enda"_s};
+        search.name = u"USA  i\nbusiness"_s;
+        search.includePartners = true;
+        search.returnDateFrom = u"2027-12-20"_s;
+        search.returnDateTo = u"2028-01-10"_s;
+        search.cabins = {u"economy"_s, u"business"_s};
+        search.lastChecked = ManualClock().now() - 9min;
+        QTest::newRow("round trip")
+            << search << QStringList{u"USA  i business"_s,          u"SAS + PARTNERE"_s,
+                                     u"OSL, BGO ⇄ JFK, EWR"_s,      u"Ut 28.02.27 – 31.03.27"_s,
+                                     u"Hjem 20.12.27 – 10.01.28"_s, u"Business · Økonomi"_s,
+                                     u"Sjekket 9 min siden"_s};
+        search = Search();
+        search.name = u"x"_s;
+        search.enabled = false;
+        search.dateFrom = u"i morgen"_s;
+        QTest::newRow("paused, hardly filled")
+            << search << QStringList{u"x"_s, u"SAS"_s,      u" → "_s,   u"Ut i morgen – "_s,
+                                     u""_s,  u"Business"_s, u"Pauset"_s};
+        search.dateFrom.clear();
+        search.cabins.clear();
+        QTest::newRow("without dates")
+            << search << QStringList{u"x"_s, u"SAS"_s, u" → "_s, u""_s, u""_s, u""_s, u"Pauset"_s};
+    }
+    void cardTexts() {
+        QFETCH(Search, search);
+        const auto card = WatcherCard::of(search, 1284, ManualClock().now());
+        QTEST(QStringList({card.title(), card.source(), card.route(), card.outbound(),
+                           card.homebound(), card.cabinsLabel(), card.status}),
+              "texts");
+        QCOMPARE(card.hitsText(), u"1"_s + nbsp + u"284 treff"_s);
+        search.name = u"Lang tur\n"_s + QString(5000, u'x');
+        const QString quoted = WatcherCard{search, 0, {}}.quotedTitle();
+        QCOMPARE(quoted.size(), 80);
+        QVERIFY(quoted.startsWith(u"Lang tur xx"_s) && quoted.endsWith(u"x…"_s));
+    }
+
+    void cardsFollowWithoutBeingMadeAnew() {
+        Page page;
+        QAbstractItemModelTester tester(page.section.cards(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QVERIFY(page.section.isEmpty());
+        for (const QString& destination : {u"EWR"_s, u"BKK"_s, u"NRT"_s})
+            page.addWatcher(destination);
+        QPersistentModelIndex last = page.section.cards()->index(2);
+        QSignalSpy changes(page.section.cards(), &QAbstractItemModel::dataChanged);
+        QSignalSpy resets(page.section.cards(), &QAbstractItemModel::modelReset);
+
+        page.addMatch([](Match& match) { match.searchId = 2; });
+        QCOMPARE(page.shown(1, WatcherCards::HitsTextRole), u"1 treff"_s);
+        QVERIFY(page.shown(1, WatcherCards::HasHitsRole).toBool());
+        QVERIFY(!page.shown(0, WatcherCards::HasHitsRole).toBool());
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes[0][0].toModelIndex().row(), 1);
+
+        page.database.deleteSearch(1);
+        page.addWatcher(u"SIN"_s);
+        QCOMPARE(last.row(), 1);
+        QCOMPARE(page.shown(2, WatcherCards::RouteRole), u"OSL → SIN"_s);
+        page.database.deleteSearch(3);
+        page.database.deleteSearch(4);
+        page.state.reload();
+        QVERIFY(!last.isValid());
+        QCOMPARE(page.section.cards()->rowCount(), 1);
+        QCOMPARE(resets.size(), 0);
+    }
+
+    void actionsGoThroughTheDatabase() {
+        Page page;
+        page.addWatcher();
+        page.addWatcher(u"BKK"_s);
+        QCOMPARE(page.section.activeText(), u"2 aktive"_s);
+        page.section.toggle(1);
+        page.section.setWatching(1, false); // is off already
+        QVERIFY(!page.database.listSearches()[0].enabled);
+        QCOMPARE(page.section.activeText(), u"1 aktive"_s);
+        QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Pauset"_s);
+        page.section.setWatching(1, true);
+        QVERIFY(page.database.listSearches()[0].enabled);
+
+        page.section.rename(1, u"Høst"_s);
+        QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"Høst"_s);
+        page.section.rename(1, u""_s);
+        QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
+
+        page.addMatch();
+        QSignalSpy removed(&page.section, &WatchersSection::removed);
+        page.section.remove(1);
+        QCOMPARE(removed.size(), 1);
+        QCOMPARE(removed[0][0], u"Overvåkeren «OSL → EWR» er slettet"_s);
+        QCOMPARE(page.database.listSearches().size(), 1);
+        QVERIFY(page.state.matches().isEmpty());
+        page.section.undoRemove();
+        QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
+        QCOMPARE(page.shown(0, WatcherCards::HitsTextRole), u"1 treff"_s);
+        page.section.remove(9);
+        QCOMPARE(removed.size(), 1);
+
+        // A file that refuses: what is shown is what it holds.
+        runOn(page.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON searches BEGIN "
+                               "SELECT RAISE(ABORT, 'no room'); END;");
+        page.section.setWatching(1, false);
+        QVERIFY(page.shown(0, WatcherCards::WatchingRole).toBool());
+    }
+
+    void timesGoOnWhileTheyAreSeen() {
+        Page page;
+        page.addWatcher();
+        page.database.markChecked(1, 0);
+        page.state.reload();
+        page.section.setShown(true);
+        QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Sjekket akkurat nå"_s);
+        page.clock.advance(2min);
+        QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Sjekket 2 min siden"_s);
+        page.section.setShown(false);
+        QCOMPARE(page.clock.waiting(), 0);
+        page.clock.advance(2min);
+        page.section.setShown(true);
+        QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Sjekket 4 min siden"_s);
+    }
+
+    void aRoundFromTheButton() {
+        Page page;
+        QVERIFY(!page.section.canCheck()); // nobody to check
+        for (const QString& destination : {u"EWR"_s, u"BKK"_s})
+            page.addWatcher(destination, [](Search& search) { search.dateTo = u"2027-03-05"_s; });
+        QStringList lookups;
+        QStringList rounds;
+        double furthest = 0;
+        page.airline.answer = [&](const QString&, const QString&, const QString&) {
+            page.clock.advance(30s);
+            return std::nullopt;
+        };
+        connect(page.section.activity(), &ActivityStrip::changed, &page.section, [&] {
+            const ActivityStrip& strip = *page.section.activity();
+            if (!strip.running())
+                return;
+            lookups.append(strip.lookupsText());
+            rounds.append(strip.roundText());
+            QCOMPARE_GE(strip.fraction(), furthest > 0 ? furthest : -1);
+            furthest = strip.fraction();
+        });
+        page.section.checkAll();
+        QVERIFY(!page.section.canCheck());
+        page.section.checkAll(); // while one runs: nothing
+        settle();
+        QVERIFY(page.section.canCheck());
+        QVERIFY(!page.section.activity()->running());
+        QCOMPARE(page.section.activity()->roundText(), u""_s);
+        QCOMPARE(furthest, 1);
+        QVERIFY(lookups.contains(u"3 av 5 oppslag"_s));
+        rounds.removeDuplicates();
+        // Ten lookups of half a minute; after the third, seven are left.
+        QCOMPARE(rounds,
+                 QStringList({u"Overvåker 1 av 2"_s, u"Overvåker 1 av 2 · ca. 4 min igjen"_s,
+                              u"Overvåker 1 av 2 · ca. 3 min igjen"_s,
+                              u"Overvåker 2 av 2 · ca. 3 min igjen"_s,
+                              u"Overvåker 2 av 2 · ca. 2 min igjen"_s,
+                              u"Overvåker 2 av 2 · ca. 1 min igjen"_s}));
+        QCOMPARE(ActivityStrip::lookupsText(3, 12, 40), u"3 av 12 oppslag · roterer over 40"_s);
+        QCOMPARE(ActivityStrip::lookupsText(0, 0, 40), u""_s);
+    }
+
+    void lookupsOfARound_data() {
+        QTest::addColumn<QString>("origin");
+        QTest::addColumn<QString>("destination");
+        QTest::addColumn<QString>("dateTo");
+        QTest::addColumn<QString>("returnTo");
+        QString many;
+        for (int i = 0; i < 500; ++i)
+            many += u"A%1,"_s.arg(i, 2, 36);
+        QTest::newRow("one day") << u"OSL"_s << u"EWR"_s << u"2027-03-01"_s << u""_s;
+        QTest::newRow("through the hub")
+            << u"OSL,BGO"_s << u"BKK,NRT"_s << u"2027-03-04"_s << u"2027-03-03"_s;
+        QTest::newRow("twice the same") << u"OSL, osl"_s << u"EWR"_s << u"2027-03-04"_s << u""_s;
+        QTest::newRow("more than a round") << u"OSL"_s << u"EWR,JFK"_s << u"2027-04-20"_s << u""_s;
+        QTest::newRow("500 codes") << many << many << u"2027-03-02"_s << u""_s;
+    }
+    /// As many as the worker will look up.
+    void lookupsOfARound() {
+        QFETCH(QString, origin);
+        QFETCH(QString, destination);
+        Search search;
+        search.origin = origin;
+        search.destination = destination;
+        search.dateFrom = u"2027-03-01"_s;
+        QFETCH(QString, dateTo);
+        search.dateTo = dateTo;
+        QFETCH(QString, returnTo);
+        search.returnDateTo = returnTo;
+        search.returnDateFrom = returnTo.isEmpty() ? QString() : search.dateFrom;
+        const int expected = origin.size() > 100
+                                 ? Legs::perRound
+                                 : static_cast<int>(Legs::slice(Legs::ofWatcher(search), 0).size());
+        QCOMPARE(lookupsOfRound(search), expected);
+        search.dateFrom = u"snart"_s;
+        QCOMPARE(lookupsOfRound(search), 0);
+    }
+
+    void standstillDoesNotCount() {
+        RoundPace pace({10});
+        QCOMPARE(pace.fraction(), 0);
+        double at = 0;
+        for (int lookup = 1; lookup <= 4; ++lookup) {
+            QVERIFY(!pace.left());
+            pace.note(0, lookup, 10, Ticks(at += 2));
+        }
+        QCOMPARE(pace.left()->count(), 2.0 * 7);
+        pace.note(0, 4, 10, Ticks(at)); // waits for a sign-in
+        pace.note(0, 5, 10, Ticks(at += 600));
+        pace.note(0, 6, 8, Ticks(at += 2)); // and the watcher turned out shorter
+        QCOMPARE(pace.left()->count(), 2.0 * 3);
+        QCOMPARE(pace.fraction(), 6.0 / 8);
+        pace.note(5, 1, 10, Ticks(at)); // of a round it does not know
+        QCOMPARE(pace.fraction(), 6.0 / 8);
+    }
+
+    void timeLeftIsSteady() {
+        struct {
+            std::optional<int> shown;
+            int seconds;
+            int minutes;
+        } const cases[] = {{{}, 89, 1}, {{}, 91, 2},    {2, 76, 2},     {2, 70, 1}, {2, 164, 2},
+                           {2, 166, 3}, {60, 3300, 60}, {60, 3200, 53}, {1, 20, 1}, {1, 14, 0}};
+        for (const auto& [shown, seconds, minutes] : cases)
+            QCOMPARE(steadyMinutes(shown, Ticks(seconds)), minutes);
+        QCOMPARE(timeLeftText(0), u"under 1 min igjen"_s);
+        QCOMPARE(timeLeftText(89), u"ca. 89 min igjen"_s);
+        QCOMPARE(timeLeftText(100), u"ca. 2 t igjen"_s);
+    }
+
+    void lastCheck() {
+        Page page;
+        const LastCheckStrip& strip = *page.section.lastCheck();
+        QVERIFY(!strip.present());
+        const auto store = [&page](const char* summary) {
+            page.database.set(u"last_poll"_s, QString::fromUtf8(summary));
+            page.state.reload();
+        };
+        const QDateTime at(QDate(2027, 1, 15), QTime(14, 5));
+        store(qPrintable(
+            u"{\"at\":%1.5,\"searches\":3,\"fetched\":1284,\"matches\":41,\"new\":4,"
+            "\"soldout\":1,\"errors\":[\"søk 3: a\",\"<b>b</b>\"]}"_s.arg(at.toSecsSinceEpoch())));
+        QVERIFY(strip.present());
+        QCOMPARE(strip.heading(), u"SISTE SJEKK · 14:05"_s);
+        QCOMPARE(strip.figures(), QStringList({u"3"_s, u"1"_s + nbsp + u"284"_s, u"41"_s}));
+        QCOMPARE(strip.alertsText(), u"4 nye varsler"_s);
+        QCOMPARE(strip.soldOutText(), u"1 utsolgt"_s);
+        QCOMPARE(strip.errorLines(), QStringList({u"⚠ søk 3: a"_s, u"⚠ <b>b</b>"_s}));
+        store("{\"at\":1e300,\"searches\":1}");
+        QCOMPARE(strip.heading(), u"SISTE SJEKK"_s);
+        QCOMPARE(strip.alertsText() + strip.soldOutText(), u""_s);
+    }
+
+    void editedWindows_data() {
+        QTest::addColumn<QStringList>("stored");
+        QTest::addColumn<QStringList>("shown");
+        const QString none;
+        QTest::newRow("all there")
+            << QStringList{u"2027-12-20"_s, u"2028-01-10"_s, u"2028-02-28"_s, u"2028-02-29"_s}
+            << QStringList{u"2027-12-20"_s, u"2028-01-10"_s, u"2028-02-28"_s, u"2028-02-29"_s};
+        QTest::newRow("one way") << QStringList{u"2027-03-01"_s, u"2027-03-31"_s, none, none}
+                                 << QStringList{u"2027-03-01"_s, u"2027-03-31"_s, none, none};
+        QTest::newRow("damaged") << QStringList{u"2027-02-29"_s, u"x"_s, none, u"snart"_s}
+                                 << QStringList{u"2027-01-15"_s, u"2027-03-16"_s, u"2027-01-15"_s,
+                                                u"2027-03-16"_s};
+        QTest::newRow("ends before it starts")
+            << QStringList{u"2027-03-05"_s, u"2027-03-01"_s, u"2027-04-01"_s, u"2027-04-02"_s}
+            << QStringList{u"2027-03-05"_s, u"2027-03-05"_s, u"2027-04-01"_s, u"2027-04-02"_s};
+        QTest::newRow("past") << QStringList{u"2026-03-05"_s, u"2026-03-06"_s, none, none}
+                              << QStringList{u"2026-03-05"_s, u"2026-03-06"_s, none, none};
+    }
+    void editedWindows() {
+        QFETCH(QStringList, stored);
+        Page page;
+        const Search original = page.addWatcher(u"EWR"_s, [&stored](Search& search) {
+            search.dateFrom = stored[0];
+            search.dateTo = stored[1];
+            search.returnDateFrom = stored[2];
+            search.returnDateTo = stored[3];
+        });
+        page.section.edit(original.id);
+        const Search edited = page.section.sheet()->edited();
+        QTEST(QStringList(
+                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo}),
+              "shown");
+    }
+
+    void editing() {
+        Page page;
+        Search original = page.addWatcher(u"EWR"_s, [](Search& search) {
+            search.name = u"Høst"_s;
+            search.minSeats = -3;
+            search.maxStops = 2;
+        });
+        page.addMatch();
+        page.database.upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        page.database.toggleSearch(1);
+        page.database.markChecked(1, 4);
+        page.state.reload();
+        page.section.edit(7);
+        QVERIFY(!page.section.sheet());
+        page.section.edit(1);
+        EditWatcherSheet& sheet = *page.section.sheet();
+        QSignalSpy finished(&sheet, &EditWatcherSheet::finished);
+        QCOMPARE(sheet.title(), u"Rediger «Høst»"_s);
+        QVERIFY(!sheet.property("roundTrip").toBool());
+
+        sheet.origin()->setCode(u" \t"_s);
+        QVERIFY(!sheet.canSave());
+        sheet.save();
+        QCOMPARE(finished.size(), 0);
+        sheet.origin()->setCode(u"osl, bgo"_s);
+        sheet.destination()->setCode(u"jfk"_s);
+        sheet.cabins()->setCabins({});
+        sheet.setMaxStops(7);
+        sheet.setProperty("roundTrip", true);
+        sheet.setProperty("name", u""_s);
+        sheet.setProperty("includePartners", true);
+        sheet.save();
+        QCOMPARE(finished.size(), 1);
+        page.section.closeSheet();
+        QVERIFY(!page.section.sheet());
+
+        original.name.clear();
+        original.origin = u"OSL,BGO"_s;
+        original.destination = u"JFK"_s;
+        original.minSeats = 1;
+        original.maxStops = 3;
+        original.returnDateFrom = u"2027-03-01"_s;
+        original.returnDateTo = u"2027-04-30"_s;
+        original.includePartners = true;
+        original.enabled = false;
+        original.lastChecked = page.clock.now();
+        original.lastFound = 4;
+        QCOMPARE(page.database.listSearches(), QList{original});
+        QCOMPARE(page.state.matches().size(), 1);
+        QCOMPARE(page.database.seenCabins(1).size(), 1);
+    }
+};
+
+TINDRA_UI_TEST_MAIN(TestWatchers)
+#include "test_watchers.moc"

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "airline/SessionState.h"
+#include "tests/support/AppWorld.h"
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/FakeTray.h"
+#include "ui/window/DashboardView.h"
+#include "ui/window/LifeCycle.h"
+#include "ui/window/MenuBarPanel.h"
+#include "ui/window/RootView.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct World : AppWorld {
+    SessionState session;
+    FakeDesktop desktop;
+    FakeTray tray;
+    DashboardView dashboard{state, session};
+    MenuBarPanel panel{state, worker, session, desktop, Site{}};
+
+    void lastPollWas(int fetched, const QStringList& errors = {}) {
+        PollSummary summary;
+        summary.at = clock.now();
+        summary.fetched = fetched;
+        summary.errors = errors;
+        database.set(u"last_poll"_s, QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
+        state.reload();
+    }
+};
+
+} // namespace
+
+class TestWindowModels : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "UTC"); }
+
+    void theDashboardBeforeTheFirstRound() {
+        World world;
+        QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
+        QCOMPARE(world.dashboard.lastCheckSub(), u"ikke kjørt enda"_s);
+        QCOMPARE(world.dashboard.watchersValue(), u"0"_s);
+        QCOMPARE(world.dashboard.pausedText(), u"aktive"_s);
+        QCOMPARE(world.dashboard.hitsValue(), u"0"_s);
+        QCOMPARE(world.dashboard.hitsText(), u"ingen nye i dag"_s);
+        QVERIFY(!world.dashboard.hasNewHits());
+    }
+
+    void theDashboardCounts() {
+        World world;
+        for (int i = 0; i < 5; ++i)
+            world.addWatcher();
+        world.database.toggleSearch(2);
+        world.database.toggleSearch(3);
+        const QSignalSpy changed(&world.dashboard, &DashboardView::changed);
+        world.lastPollWas(1284);
+        QVERIFY(!changed.isEmpty());
+        QCOMPARE(world.dashboard.watchersValue(), u"3"_s);
+        QCOMPARE(world.dashboard.pausedText(), u"aktive · 2 pauset"_s);
+        QCOMPARE(world.dashboard.lastCheckValue(), u"12:00"_s);
+        QCOMPARE(world.dashboard.lastCheckSub(), u"1\u00a0284 reiser gjennomgått"_s);
+        world.addMatch();
+        QCOMPARE(world.dashboard.hitsValue(), u"1"_s);
+        QCOMPARE(world.dashboard.hitsText(), u"nye i dag"_s);
+    }
+
+    void errorsAreShownUnlessNobodyIsSignedIn() {
+        World world;
+        world.lastPollWas(0, {u"søk 3: SAS-søk krever avreisedato."_s});
+        QCOMPARE(world.dashboard.errorText(), u"søk 3: SAS-søk krever avreisedato."_s);
+        world.lastPollWas(0, {u"a"_s, u"b"_s, u"c"_s});
+        QCOMPARE(world.dashboard.errorText(), u"3 søk feilet ved siste sjekk — se Overvåkere."_s);
+        world.session.setLoggedOut(false);
+        QCOMPARE(world.dashboard.errorText(), QString());
+    }
+
+    void thePanelTellsHowTheHuntGoes() {
+        World world;
+        QCOMPARE(world.panel.headline(), u"Ingen aktive overvåkere"_s);
+        QCOMPARE(world.panel.countText(), u"0 overvåkere"_s);
+        QVERIFY(!world.panel.hasLatest());
+        world.addWatcher();
+        QCOMPARE(world.panel.headline(), u"Jakten er i gang"_s);
+        QCOMPARE(world.panel.countText(), u"1 overvåker"_s);
+        world.addWatcher();
+        world.airline.answer = [](const QString&, const QString&, const QString&) {
+            return std::optional(QByteArray("{}"));
+        };
+        world.panel.checkNow();
+        QCOMPARE(world.panel.countText(), u"2 overvåkere · sjekker nå…"_s);
+        settle();
+        QCOMPARE(world.panel.countText(), u"2 overvåkere"_s);
+    }
+
+    void theLatestFindIsTheNewestThatCanBeBooked() {
+        World world;
+        world.addMatch([](Match& m) { m.toCity = u"Boston"_s; });
+        world.addMatch([](Match& m) {
+            m.soldOut = true;
+            m.toCity = u"Miami"_s;
+        });
+        QCOMPARE(world.panel.latestRoute(), u"Oslo → Boston"_s);
+        QCOMPARE(world.panel.latestText(), u"Business · 2 seter · 60\u00a0000 poeng"_s);
+        QVERIFY(world.panel.canBook());
+        world.panel.book();
+        QCOMPARE(world.desktop.opened.size(), 1);
+        world.addMatch([](Match& m) { m.bookingURL = u"https://evil.example/"_s; });
+        QVERIFY(!world.panel.canBook());
+        world.panel.book();
+        QCOMPARE(world.desktop.opened.size(), 1);
+    }
+
+    void theSignInIsCheckedWhenNoRoundWill() {
+        World world;
+        world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
+        RootView root(world.state, world.database, world.airline, false);
+        root.start();
+        root.start();
+        QCOMPARE(world.airline.verifications, 1);
+        world.addWatcher();
+        RootView busy(world.state, world.database, world.airline, false);
+        busy.start();
+        QCOMPARE(world.airline.verifications, 1);
+        settle();
+    }
+
+    void theFrameFollowsTheState() {
+        World world;
+        RootView root(world.state, world.database, world.airline, false);
+        root.select(RootView::hits);
+        QCOMPARE(root.selection(), int(RootView::hits));
+        root.select(17);
+        QCOMPARE(root.selection(), int(RootView::dashboard));
+        QCOMPARE(root.hitsBadge(), QString());
+        QCOMPARE(root.notice(), QString());
+        world.addMatch();
+        QCOMPARE(root.hitsBadge(), u"1 nye"_s);
+    }
+
+    void closingTheWindowWithATrayGoesOnAndSaysSoOnce() {
+        World world;
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database);
+        life.showWindow();
+        QVERIFY(life.isWindowShown());
+        life.closeWindow();
+        QVERIFY(!life.isWindowShown());
+        QVERIFY(!life.isAsking());
+        QCOMPARE(world.center.posted.size(), 1);
+        life.showWindow();
+        life.closeWindow();
+        QCOMPARE(world.center.posted.size(), 1);
+        QCOMPARE(world.tray.status, u"Ingen aktive overvåkere · 0 overvåkere"_s);
+        // A tray that goes away must not take the program with it.
+        world.tray.isThere = false;
+        Q_EMIT world.tray.availabilityChanged();
+        QVERIFY(life.isWindowShown());
+    }
+
+    void closingTheWindowWithoutATrayAsks() {
+        World world;
+        world.tray.isThere = false;
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database);
+        const QSignalSpy quit(&life, &LifeCycle::quitRequested);
+        life.showWindow();
+        life.closeWindow();
+        QVERIFY(life.isAsking());
+        QVERIFY(life.isWindowShown());
+        life.stay();
+        QVERIFY(life.isWindowShown());
+        life.closeWindow();
+        life.keepHunting();
+        QVERIFY(!life.isWindowShown());
+        QVERIFY(quit.isEmpty());
+        // A second start of Tindra asks for the window again.
+        life.showWindow();
+        QVERIFY(life.isWindowShown());
+        life.closeWindow();
+        life.quit();
+        QCOMPARE(quit.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWindowModels)
+#include "test_window_models.moc"

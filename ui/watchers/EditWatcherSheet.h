@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/Search.h"
+#include "ui/search/AirportField.h"
+#include "ui/search/CabinChips.h"
+#include "ui/search/DateWindowField.h"
+
+#include <QDate>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <algorithm>
+
+class AppState;
+class Clock;
+class Database;
+
+/// The date windows that a watcher is edited with. What it does not hold as valid dates is chosen:
+/// the outbound window starts `today`, the return window with the outbound one, and both end 60
+/// days after they start.
+struct EditedWindows {
+    QDate dateFrom;
+    QDate dateTo;
+    QDate retFrom;
+    QDate retTo;
+    bool operator==(const EditedWindows&) const = default;
+
+    static EditedWindows of(const Search& watcher, QDate today);
+};
+
+/// A watcher while the user changes what it watches. Nothing is stored before `save`.
+class EditWatcherSheet : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(EditWatcherSheetModel)
+    QML_UNCREATABLE("made by WatchersSection")
+
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(AirportField* origin READ origin CONSTANT)
+    Q_PROPERTY(AirportField* destination READ destination CONSTANT)
+    Q_PROPERTY(DateWindowField* outbound READ outbound CONSTANT)
+    Q_PROPERTY(DateWindowField* homebound READ homebound CONSTANT)
+    Q_PROPERTY(CabinChips* cabins READ cabins CONSTANT)
+    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed)
+    Q_PROPERTY(bool roundTrip MEMBER m_roundTrip NOTIFY changed)
+    /// 1 to 9.
+    Q_PROPERTY(int minSeats READ minSeats WRITE setMinSeats NOTIFY changed)
+    /// 0 to 3.
+    Q_PROPERTY(int maxStops READ maxStops WRITE setMaxStops NOTIFY changed)
+    Q_PROPERTY(bool includePartners MEMBER m_includePartners NOTIFY changed)
+    /// False while a place is missing.
+    Q_PROPERTY(bool canSave READ canSave NOTIFY changed)
+public:
+    /// `state`, `database` and `clock` must outlive the sheet.
+    EditWatcherSheet(AppState& state, Database& database, const Clock& clock,
+                     const Search& original, QObject* parent = nullptr);
+
+    QString title() const;
+    AirportField* origin() { return &m_origin; }
+    AirportField* destination() { return &m_destination; }
+    DateWindowField* outbound() { return &m_outbound; }
+    DateWindowField* homebound() { return &m_homebound; }
+    CabinChips* cabins() { return &m_cabins; }
+    int minSeats() const { return m_minSeats; }
+    void setMinSeats(int seats);
+    int maxStops() const { return m_maxStops; }
+    void setMaxStops(int stops);
+    bool canSave() const;
+
+    /// The watcher as it would be stored.
+    Search edited() const;
+    /// Stores it, unless it cannot be, and is `finished` with.
+    Q_INVOKABLE void save();
+
+Q_SIGNALS:
+    void changed();
+    void finished();
+
+private:
+    AppState& m_state;
+    Database& m_database;
+    const Search m_original;
+    QString m_name;
+    AirportField m_origin{AirportField::Field::from};
+    AirportField m_destination{AirportField::Field::to};
+    CabinChips m_cabins;
+    int m_minSeats;
+    int m_maxStops;
+    bool m_includePartners;
+    bool m_roundTrip;
+    DateWindowField m_outbound;
+    DateWindowField m_homebound;
+};

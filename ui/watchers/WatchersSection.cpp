@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "ui/watchers/WatchersSection.h"
+
+#include "app/AppState.h"
+#include "core/Database.h"
+#include "polling/Worker.h"
+#include "ui/watchers/Numbers.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+WatchersSection::WatchersSection(AppState& state, Worker& worker, Database& database, Clock& clock)
+    : m_state(state)
+    , m_worker(worker)
+    , m_database(database)
+    , m_clock(clock)
+    , m_activity(state, worker, clock)
+    , m_lastCheck(state) {
+    connect(&state, &AppState::searchesChanged, this, &WatchersSection::refresh);
+    connect(&state, &AppState::matchCountsChanged, this, &WatchersSection::refresh);
+    connect(&worker, &Worker::changed, this, &WatchersSection::changed);
+    refresh();
+}
+
+void WatchersSection::refresh() {
+    QList<WatcherCard> cards;
+    for (const Search& search : m_state.searches())
+        cards.append(
+            WatcherCard::of(search, m_state.matchCounts().value(search.id), m_clock.now()));
+    m_cards.update(cards);
+    Q_EMIT changed();
+}
+
+void WatchersSection::setShown(bool shown) {
+    if (std::exchange(m_isShown, shown) == shown)
+        return;
+    m_minute.reset();
+    if (shown)
+        keepTime();
+    Q_EMIT shownChanged();
+}
+
+void WatchersSection::keepTime() {
+    refresh();
+    m_minute = m_clock.after(1min, [this] { keepTime(); });
+}
+
+int WatchersSection::active() const {
+    const auto& cards = m_cards.cards();
+    return static_cast<int>(std::count_if(
+        cards.begin(), cards.end(), [](const WatcherCard& card) { return card.search.enabled; }));
+}
+
+QString WatchersSection::activeText() const {
+    return norwegian(active()) + u" aktive"_s;
+}
+
+bool WatchersSection::isEmpty() const {
+    return m_cards.cards().isEmpty();
+}
+
+bool WatchersSection::canCheck() const {
+    return isActive() && !m_worker.isRunning() && !m_isBeginning;
+}
+
+void WatchersSection::checkAll() {
+    if (!canCheck())
+        return;
+    m_isBeginning = true;
+    Q_EMIT changed();
+    m_worker.pollOnce().then([self = QPointer(this)](const PollSummary&) {
+        if (!self)
+            return;
+        self->m_isBeginning = false;
+        Q_EMIT self->changed();
+    });
+}
+
+void WatchersSection::toggle(qint64 id) {
+    m_database.toggleSearch(id);
+    m_state.reload();
+}
+
+void WatchersSection::setWatching(qint64 id, bool on) {
+    const WatcherCard* card = m_cards.find(id);
+    if (card && card->search.enabled != on)
+        toggle(id);
+}
+
+void WatchersSection::rename(qint64 id, const QString& name) {
+    m_database.renameSearch(id, name);
+    m_state.reload();
+}
+
+void WatchersSection::remove(qint64 id) {
+    const WatcherCard* card = m_cards.find(id);
+    const QString name = card ? card->quotedTitle() : QString();
+    const bool isTaken = m_database.takeSearch(id);
+    m_state.reload();
+    if (isTaken)
+        Q_EMIT removed(u"Overvåkeren «%1» er slettet"_s.arg(name));
+}
+
+void WatchersSection::undoRemove() {
+    m_database.restoreSearch();
+    m_state.reload();
+}
+
+void WatchersSection::edit(qint64 id) {
+    const WatcherCard* card = m_cards.find(id);
+    if (!card || m_sheet)
+        return;
+    m_sheet = new EditWatcherSheet(m_state, m_database, m_clock, card->search, this);
+    Q_EMIT sheetChanged();
+}
+
+void WatchersSection::closeSheet() {
+    // It may be the one that has asked for it.
+    if (EditWatcherSheet* old = std::exchange(m_sheet, nullptr))
+        old->deleteLater();
+    Q_EMIT sheetChanged();
+}

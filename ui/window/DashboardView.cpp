@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "ui/window/DashboardView.h"
+
+#include "airline/SessionState.h"
+#include "app/AppState.h"
+#include "ui/window/Norwegian.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+DashboardView::DashboardView(AppState& state, SessionState& session)
+    : m_state(state), m_session(session) {
+    connect(&state, &AppState::searchesChanged, this, &DashboardView::changed);
+    connect(&state, &AppState::matchesChanged, this, &DashboardView::changed);
+    connect(&state, &AppState::lastPollChanged, this, &DashboardView::changed);
+    connect(&session, &SessionState::loginStatusChanged, this, &DashboardView::changed);
+}
+
+QString DashboardView::errorText() const {
+    if (!m_state.lastPoll() || m_session.loginStatus().isLoggedOut())
+        return {};
+    const QStringList& errors = m_state.lastPoll()->errors;
+    if (errors.size() <= 1)
+        return errors.value(0);
+    return u"%1 søk feilet ved siste sjekk — se Overvåkere."_s.arg(errors.size());
+}
+
+QString DashboardView::watchersValue() const {
+    return Norwegian::number(enabledCount(m_state.searches()));
+}
+
+QString DashboardView::pausedText() const {
+    const auto paused = m_state.searches().size() - enabledCount(m_state.searches());
+    return paused == 0 ? u"aktive"_s : u"aktive · %1 pauset"_s.arg(paused);
+}
+
+QString DashboardView::hitsValue() const {
+    return Norwegian::number(m_state.newToday());
+}
+
+QString DashboardView::hitsText() const {
+    return hasNewHits() ? u"nye i dag"_s : u"ingen nye i dag"_s;
+}
+
+bool DashboardView::hasNewHits() const {
+    return m_state.newToday() > 0;
+}
+
+QString DashboardView::lastCheckValue() const {
+    return m_state.lastPoll() ? Norwegian::time(m_state.lastPoll()->at) : u"–"_s;
+}
+
+QString DashboardView::lastCheckSub() const {
+    if (!m_state.lastPoll())
+        return u"ikke kjørt enda"_s;
+    return Norwegian::number(m_state.lastPoll()->fetched) + u" reiser gjennomgått"_s;
+}

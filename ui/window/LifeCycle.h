@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+class Database;
+class MenuBarPanel;
+class Notifier;
+class Tray;
+
+/// When the window comes and goes, and what becomes of the hunt then.
+class LifeCycle : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(LifeCycleModel)
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(bool windowShown READ isWindowShown NOTIFY windowShownChanged)
+    /// The user has closed the window and is asked whether to go on without one.
+    Q_PROPERTY(bool isAsking READ isAsking NOTIFY askingChanged)
+    Q_PROPERTY(bool hasTray READ hasTray NOTIFY hasTrayChanged)
+public:
+    /// All must outlive the object.
+    LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Database& database);
+
+    bool isWindowShown() const { return m_isWindowShown; }
+    bool isAsking() const { return m_isAsking; }
+    bool hasTray() const;
+
+    /// Brings the window to the front, and makes it if need be.
+    Q_INVOKABLE void showWindow();
+    /// The user has closed the window: where there is a tray the hunt goes on, and that is said
+    /// once in a lifetime; elsewhere the user is asked.
+    Q_INVOKABLE void closeWindow();
+    /// The answers.
+    Q_INVOKABLE void keepHunting();
+    Q_INVOKABLE void stay();
+    Q_INVOKABLE void quit() { Q_EMIT quitRequested(); }
+    /// `panelRequested` from a button of the window, where there is no icon to press.
+    Q_INVOKABLE void showPanel() { Q_EMIT panelRequested({}); }
+
+Q_SIGNALS:
+    void windowShownChanged();
+    void askingChanged();
+    void hasTrayChanged();
+    /// The window, shown already, is wanted in front.
+    void raiseRequested();
+    /// At `place` on the screen, or in a corner when that is absent.
+    void panelRequested(std::optional<QPoint> place);
+    void quitRequested();
+
+private:
+    void setWindowShown(bool shown);
+    void setAsking(bool asking);
+
+    Tray& m_tray;
+    Notifier& m_notifier;
+    Database& m_database;
+    bool m_isWindowShown = false;
+    bool m_isAsking = false;
+};

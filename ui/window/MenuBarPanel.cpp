@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "ui/window/MenuBarPanel.h"
+
+#include "airline/SessionState.h"
+#include "app/AppState.h"
+#include "core/Cabin.h"
+#include "platform/Desktop.h"
+#include "polling/Worker.h"
+#include "ui/window/Norwegian.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SessionState& session, Desktop& desktop,
+                           Site site)
+    : m_state(state)
+    , m_worker(worker)
+    , m_session(session)
+    , m_desktop(desktop)
+    , m_site(std::move(site)) {
+    connect(&state, &AppState::searchesChanged, this, &MenuBarPanel::changed);
+    connect(&state, &AppState::matchesChanged, this, &MenuBarPanel::changed);
+    connect(&worker, &Worker::changed, this, &MenuBarPanel::changed);
+    connect(&session, &SessionState::loginStatusChanged, this, &MenuBarPanel::changed);
+}
+
+bool MenuBarPanel::isHunting() const {
+    return enabledCount(m_state.searches()) > 0;
+}
+
+QString MenuBarPanel::headline() const {
+    return isHunting() ? u"Jakten er i gang"_s : u"Ingen aktive overvåkere"_s;
+}
+
+QString MenuBarPanel::countText() const {
+    const auto active = enabledCount(m_state.searches());
+    QString text = Norwegian::number(active) + (active == 1 ? u" overvåker"_s : u" overvåkere"_s);
+    if (m_worker.isRunning())
+        text += u" · sjekker nå…"_s;
+    return text;
+}
+
+bool MenuBarPanel::isLoggedOut() const {
+    return m_session.loginStatus().isLoggedOut();
+}
+
+QString MenuBarPanel::latestRoute() const {
+    const Match* match = latest();
+    return match ? match->fromCity + u" → "_s + match->toCity : QString();
+}
+
+QString MenuBarPanel::latestText() const {
+    const Match* match = latest();
+    if (!match)
+        return {};
+    return u"%1 · %2 seter · %3 poeng"_s.arg(cabinLabel(match->cabin),
+                                             Norwegian::number(match->seats),
+                                             Norwegian::number(match->points));
+}
+
+bool MenuBarPanel::canBook() const {
+    return address().has_value();
+}
+
+void MenuBarPanel::book() {
+    if (const auto url = address())
+        m_desktop.open(*url);
+}
+
+void MenuBarPanel::checkNow() {
+    m_worker.pollOnce();
+}
+
+const Match* MenuBarPanel::latest() const {
+    const auto& matches = m_state.matches();
+    const auto match =
+        std::find_if(matches.begin(), matches.end(), [](const Match& one) { return !one.soldOut; });
+    return match == matches.end() ? nullptr : &*match;
+}
+
+std::optional<QUrl> MenuBarPanel::address() const {
+    const Match* match = latest();
+    return match ? m_site.bookingAddress(match->bookingURL) : std::nullopt;
+}

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "ui/window/RootView.h"
+
+#include "airline/LegFetcher.h"
+#include "app/AppState.h"
+#include "core/Database.h"
+#include "ui/window/Norwegian.h"
+
+using namespace Qt::StringLiterals;
+
+RootView::RootView(AppState& state, Database& database, LegFetcher& fetcher, bool isDemo)
+    : m_state(state), m_database(database), m_fetcher(fetcher), m_isDemo(isDemo) {
+    connect(&state, &AppState::onboardedChanged, this, &RootView::onboardedChanged);
+    connect(&state, &AppState::matchesChanged, this, &RootView::hitsBadgeChanged);
+    // Every reload has asked the database, which then knows how it is.
+    connect(&state, &AppState::reloaded, this, &RootView::noticeChanged);
+}
+
+void RootView::select(int section) {
+    const int known = section >= dashboard && section <= settings ? section : dashboard;
+    if (std::exchange(m_selection, known) != known)
+        Q_EMIT selectionChanged();
+}
+
+bool RootView::onboarded() const {
+    return m_state.onboarded();
+}
+
+QString RootView::hitsBadge() const {
+    const int count = m_state.newToday();
+    return count > 0 ? u"%1 nye"_s.arg(count) : QString();
+}
+
+QString RootView::notice() const {
+    return m_database.problem().value_or(QString());
+}
+
+void RootView::start() {
+    if (!std::exchange(m_isStarted, true) && enabledCount(m_state.searches()) == 0)
+        m_fetcher.verifyLogin();
+}

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "ui/window/Windows.h"
+
+#include "ui/theme/Theme.h"
+#include "ui/window/LifeCycle.h"
+#include "ui/window/PanelPlacement.h"
+
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize usualSize{1120, 880};
+constexpr QSize leastSize{880, 600};
+
+/// The ground shows before the content does, and round it while the window grows.
+void paintGround(QQuickView& view, const Theme& theme) {
+    const auto paint = [&view, &theme] { view.setColor(theme.window()); };
+    QObject::connect(&theme, &Theme::coloursChanged, &view, paint);
+    paint();
+}
+
+} // namespace
+
+MainWindow::MainWindow(QQmlEngine& engine, LifeCycle& life, const Theme& theme,
+                       const QVariantMap& properties)
+    : QQuickView(&engine, nullptr), m_life(life) {
+    setTitle(u"Tindra"_s);
+    setResizeMode(SizeRootObjectToView);
+    setMinimumSize(leastSize);
+    // No larger than what is free, on a laptop's screen.
+    resize(usualSize.boundedTo(screen()->availableSize()).expandedTo(leastSize));
+    paintGround(*this, theme);
+    setInitialProperties(properties);
+    setSource(QUrl(u"qrc:/qt/qml/Tindra/Window/MainContent.qml"_s));
+    connect(&life, &LifeCycle::windowShownChanged, this, &MainWindow::follow);
+    connect(&life, &LifeCycle::raiseRequested, this, &MainWindow::raise);
+    follow();
+}
+
+bool MainWindow::event(QEvent* event) {
+    if (event->type() != QEvent::Close)
+        return QQuickView::event(event);
+    event->ignore();
+    m_life.closeWindow();
+    return true;
+}
+
+void MainWindow::follow() {
+    setVisible(m_life.isWindowShown());
+}
+
+void MainWindow::raise() {
+    if (windowStates() & Qt::WindowMinimized)
+        showNormal();
+    QQuickView::raise();
+    requestActivate();
+}
+
+PanelWindow::PanelWindow(QQmlEngine& engine, const Theme& theme, const QVariantMap& properties)
+    : QQuickView(&engine, nullptr) {
+    setTitle(u"Tindra"_s);
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setResizeMode(SizeViewToRootObject);
+    paintGround(*this, theme);
+    setInitialProperties(properties);
+    setSource(QUrl(u"qrc:/qt/qml/Tindra/Window/MenuBarPanel.qml"_s));
+    if (rootObject())
+        connect(rootObject(), SIGNAL(done()), this, SLOT(hidePanel()));
+}
+
+void PanelWindow::toggle(std::optional<QPoint> place) {
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    const QScreen* on = place ? screen()->virtualSiblingAt(*place) : screen();
+    setPosition(panelPlacement(place, (on ? on : screen())->availableGeometry(), size()));
+    show();
+    raise();
+    requestActivate();
+}
+
+bool PanelWindow::event(QEvent* event) {
+    const bool isEscape = event->type() == QEvent::KeyPress &&
+                          static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+    if (event->type() == QEvent::FocusOut || isEscape)
+        hide();
+    return QQuickView::event(event);
+}
