@@ -21,6 +21,7 @@ QList<Result> measureCaptures();
 QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
+QList<Result> measureHits();
 QList<Result> measureState();
 QList<Result> measureWatchers();
 QList<Result> measureMemory();

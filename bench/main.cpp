@@ -21,6 +21,7 @@ int main(int argc, char* argv[]) {
         {u"lookups"_s, measureLookups},   {u"rounds"_s, measureRounds},
         {u"state"_s, measureState},       {u"memory"_s, measureMemory},
         {u"captures"_s, measureCaptures}, {u"watchers"_s, measureWatchers},
+        {u"hits"_s, measureHits},
     };
     QList<Result> results;
     for (const auto& [name, measure] : subjects) {

@@ -236,8 +236,25 @@ void Database::deleteMatch(qint64 id) {
     m_db.change("DELETE FROM matches WHERE id = ?", id);
 }
 
-void Database::clearMatches() {
-    m_db.change("DELETE FROM matches");
+bool Database::takeMatches() {
+    bool isThere = false;
+    const bool isTaken = transaction([&] {
+        m_db.execute("DROP TABLE IF EXISTS temp.taken_offers;"
+                     "CREATE TEMP TABLE taken_offers AS SELECT * FROM matches;");
+        isThere = m_db.change("DELETE FROM matches") > 0;
+    });
+    return isTaken && isThere;
+}
+
+bool Database::restoreMatches() {
+    bool isThere = false;
+    m_db.query("SELECT 1 FROM sqlite_temp_master WHERE name = 'taken_offers'",
+               [&isThere](const SqliteRow&) { isThere = true; });
+    return isThere && transaction([this] {
+               m_db.execute("INSERT INTO matches SELECT * FROM temp.taken_offers "
+                            "WHERE search_id = -1 OR search_id IN (SELECT id FROM searches);"
+                            "DROP TABLE temp.taken_offers;");
+           });
 }
 
 QMap<QString, Database::Seen> Database::seenCabins(qint64 searchId) {

@@ -94,8 +94,12 @@ public:
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
     void deleteMatch(qint64 id);
-    /// Forgets all offers, but not that they were seen.
-    void clearMatches();
+    /// Forgets all offers, but not that they were seen, and keeps them aside for `restoreMatches`
+    /// until they are next taken. False when there were none or they could not be forgotten.
+    bool takeMatches();
+    /// Puts back what `takeMatches` took last, under the same ids, once; the offers of watchers
+    /// deleted meanwhile stay away. False when there is nothing or it could not be stored.
+    bool restoreMatches();
 
     /// What the watcher has seen, by fare key.
     QMap<QString, Seen> seenCabins(qint64 searchId);

@@ -184,7 +184,7 @@ private Q_SLOTS:
 
         // Not again, not even after a restart and after the offers were cleared; nor is what the
         // user's own watcher had found.
-        world.database.clearMatches();
+        world.database.takeMatches();
         AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
         awaited(next.refreshCommunity());
         QCOMPARE(world.center.posted.size(), 1);

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -132,8 +133,22 @@ private Q_SLOTS:
 
         database.upsertSeen(1, u"a"_s, {u"first"_s, u"business"_s}, u"merke"_s);
         database.upsertSeen(1, u"a"_s, {u"first"_s}, u"merke"_s);
-        database.clearMatches();
+        // What is taken can be put back exactly, past dates too, except for a deleted watcher's.
+        database.addSearch(watcher(u"OSL"_s, u"NRT"_s));
+        database.recordMatch(offer(2, u"orphan"_s));
+        QVERIFY(database.takeMatches());
         QVERIFY(database.recentMatches(10).isEmpty());
+        database.recordMatch(offer(1, u"meanwhile"_s));
+        database.deleteSearch(2);
+        QVERIFY(database.restoreMatches());
+        QVERIFY(!database.restoreMatches());
+        QCOMPARE(database.recentMatches(10).mid(1), recent);
+        QCOMPARE(keys(database.recentMatches(1)), QStringList{u"meanwhile"_s});
+        m_clock.advance(-24h);
+        QVERIFY(keys(database.recentMatches(10)).contains(u"yesterday"_s));
+        m_clock.advance(24h);
+        QVERIFY(database.takeMatches());
+        QVERIFY(!database.takeMatches());
         QCOMPARE(database.seenCabins(1),
                  (QMap<QString, Database::Seen>{{u"a"_s, {{u"first"_s}, u"merke"_s}}}));
         database.recordMatch(offer(1, u"a"_s));
@@ -283,6 +298,7 @@ private Q_SLOTS:
         database.addSearch(watcher(u"BGO"_s, u"BKK"_s));
         QVERIFY(log().contains("addSearch FEILET: no such table: searches (BGO->BKK)\n"));
         QCOMPARE(log().count("lagring feilet"), 1);
+        QVERIFY(!database.takeMatches() && !database.restoreMatches());
     }
 
     void aFileThatCannotBeUsed_data() {

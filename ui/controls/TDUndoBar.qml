@@ -8,6 +8,8 @@ Rectangle {
     id: bar
 
     property string text
+    /** False for news that cannot be undone. */
+    property bool undoable: true
     /** How long it stays, in milliseconds; it stays longer while it is pointed at or focused. */
     property int timeout: 8000
     signal undone
@@ -63,6 +65,7 @@ Rectangle {
         }
         TDButton {
             id: undo
+            visible: bar.undoable
             kind: "plain"
             text: "Angre"
             focusPolicy: Qt.TabFocus

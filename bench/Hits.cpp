@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// The page "Treff" with as many offers as the application ever shows, in the software renderer.
+#include "airports/Airports.h"
+#include "bench/Results.h"
+#include "core/DateFmt.h"
+#include "tests/support/AppWorld.h"
+#include "tests/support/FakeDesktop.h"
+#include "tests/ui/support/PageWindow.h"
+#include "ui/hits/HitsPage.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int offers = 2000;
+constexpr int journeys = 300;
+constexpr int repetitions = 5;
+
+double millisecondsOf(const std::function<void()>& work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+double best(const std::function<double()>& measure) {
+    double least = measure();
+    for (int i = 1; i < repetitions; ++i)
+        least = std::min(least, measure());
+    return least;
+}
+
+/// A full list: every third journey both ways, every eighth offer sold out.
+class Hits {
+public:
+    Hits() {
+        m_world.http.answer = [](const HttpRequest&) { return std::nullopt; };
+        m_world.addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = u"2027-06-01"_s; });
+        m_world.database.transaction([this] {
+            for (int i = 0; i < offers; ++i)
+                store(i);
+        });
+        m_world.state.reload();
+    }
+
+    void store(int number) {
+        const auto& airports = Airports::kuraterte();
+        const int journey = number % journeys;
+        Airports::Airport from{u"OSL"_s, u"Oslo"_s};
+        Airports::Airport to = Airports::genererte()[journey * 7];
+        if (journey < airports.size() - 20)
+            to = airports[journey + 20];
+        if (journey % 3 == 0 && number / journeys % 2 == 1)
+            std::swap(from, to);
+        Match m;
+        m.searchId = 1;
+        m.travelDate = DateFmt::iso(QDate(2027, 2, 1).addDays(number % 97));
+        m.route = from.code + u'-' + to.code;
+        m.flight = u"SK%1,SK%2"_s.arg(900 + number).arg(1400 + number);
+        m.key = u"%1-%2-%3"_s.arg(m.travelDate, m.route, m.flight);
+        m.fromCity = from.city;
+        m.toCity = to.city;
+        m.depart = m.travelDate.mid(8) + u'.' + m.travelDate.mid(5, 2) + u" 11:05"_s;
+        m.arrive = m.depart.left(6) + u"23:20"_s;
+        m.stopsText = u"1 stopp (CPH)"_s;
+        m.durationMinutes = 735;
+        m.cabin = u"business"_s;
+        m.seats = 1 + number % 4;
+        m.points = 50000 + number % 13 * 2500;
+        m.bookingURL = u"https://www.sas.no/book/flights/?search=OW_"_s + m.route;
+        m.soldOut = number % 8 == 0;
+        if (m.soldOut) {
+            m.route += u' ' + m.flight;
+            m.key += u":soldout"_s;
+        }
+        m.foundAt = m_world.clock.now() - std::chrono::minutes((offers - number) * 3);
+        m_world.database.recordMatch(m);
+    }
+
+    double group() {
+        const auto& state = m_world.state;
+        return millisecondsOf([&state] {
+            const auto filtered = Journeys::filtered(state.matches(), {}, {});
+            const auto groups = Journeys::grouped(
+                filtered, Journeys::SortOrder::region, Journeys::CardOrder::travel,
+                [&state](const Match& m) { return state.direction(m) == u"Utreise"_s; });
+            if (Journeys::regionSections(groups).isEmpty())
+                qFatal("nothing grouped");
+        });
+    }
+
+    void openAll() {
+        for (const JourneyGroup& journey : QList(m_page.journeys()))
+            m_page.toggle(journey.id);
+    }
+
+    /// Three new offers, from the database to the rows.
+    double news() {
+        for (int i = 0; i < 3; ++i)
+            store(offers + m_news++);
+        return millisecondsOf([this] {
+            m_world.state.reload();
+            QCoreApplication::sendPostedEvents(&m_page);
+        });
+    }
+
+    HitsPage& page() { return m_page; }
+    QVariantMap properties() { return {{u"page"_s, QVariant::fromValue(&m_page)}}; }
+
+private:
+    AppWorld m_world;
+    FakeDesktop m_desktop;
+    HitsPage m_page{m_world.state, m_world.database, m_desktop, m_world.clock, Site{}};
+    int m_news = 0;
+};
+
+/// All that one frame takes, apart from the waiting.
+double frame(PageWindow& window, const std::function<void()>& change) {
+    return millisecondsOf([&] {
+        change();
+        QEvent update(QEvent::UpdateRequest);
+        QCoreApplication::sendEvent(&window.window(), &update);
+    });
+}
+
+/// The longest frame of a long scroll. Each frame counts with the best of several scrolls, so that
+/// what else the machine does is not measured.
+double longestFrame(PageWindow& window) {
+    QQuickItem& list = *window.find(u"list"_s);
+    constexpr int frames = 400;
+    constexpr double pixels = 53;
+    QList<double> times(frames, 1e9);
+    for (int i = 0; i < repetitions; ++i) {
+        list.setProperty("contentY", 0);
+        settle();
+        for (int step = 0; step < frames; ++step)
+            times[step] =
+                std::min(times[step],
+                         frame(window, [&] { list.setProperty("contentY", (step + 1) * pixels); }));
+    }
+    return *std::max_element(times.begin(), times.end());
+}
+
+Result line(const QString& subject, double milliseconds, double goal) {
+    return {subject, u"%1 ms"_s.arg(milliseconds, 0, 'f', 1), u"< %1 ms"_s.arg(goal),
+            milliseconds < goal};
+}
+
+} // namespace
+
+QList<Result> measureHits() {
+    Hits hits;
+    QList<Result> results{line(u"2000 offers to %1 journeys, sorted, under regions"_s.arg(journeys),
+                               best([&hits] { return hits.group(); }), 8)};
+
+    PageWindow window(u"Tindra.Hits"_s, u"HitsView"_s, hits.properties());
+    results += line(u"to the page \"Treff\", with the offers to group"_s, best([&] {
+                        window.root()->setVisible(false);
+                        hits.store(offers);
+                        settle();
+                        return frame(window, [&] { window.root()->setVisible(true); });
+                    }),
+                    100);
+    results += line(u"longest frame scrolling %1 closed journeys"_s.arg(journeys),
+                    longestFrame(window), 16);
+    results += line(u"three new offers, stored to shown rows"_s,
+                    best([&hits] { return hits.news(); }), 16);
+    hits.openAll();
+    settle();
+    results += line(u"longest frame scrolling all their cards"_s, longestFrame(window), 16);
+    results += line(u"three new offers with every journey open"_s,
+                    best([&hits] { return hits.news(); }), 16);
+    return results;
+}

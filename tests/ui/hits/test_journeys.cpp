@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+#include "ui/hits/CardText.h"
+#include "ui/hits/Journeys.h"
+
+#include <QTest>
+#include <QTimeZone>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using namespace Journeys;
+
+namespace {
+
+Match offer(const QString& route, const std::function<void(Match&)>& change = {}) {
+    Match match;
+    match.route = route;
+    match.fromCity = route.left(3).toLower();
+    match.toCity = route.right(3).toLower();
+    match.travelDate = u"2025-03-07"_s;
+    match.points = 60000;
+    if (change)
+        change(match);
+    return match;
+}
+
+Match soldOut(const QString& key) {
+    return offer(u"OSL-EWR 07.03.25 · SK907"_s, [&key](Match& m) {
+        m.soldOut = true;
+        m.key = key;
+        m.fromCity = m.toCity = QString();
+    });
+}
+
+Instant at(double seconds) {
+    return instantFromSeconds(1'800'000'000 + seconds);
+}
+
+bool leavesHome(const Match& match) {
+    return !match.soldOut && match.route.startsWith(u"OSL");
+}
+
+QList<JourneyGroup> group(const QList<Match>& offers, SortOrder order = SortOrder::region,
+                          CardOrder cards = CardOrder::travel) {
+    return grouped(offers, order, cards, leavesHome);
+}
+
+QStringList titles(const QList<JourneyGroup>& journeys) {
+    QStringList titles;
+    for (const JourneyGroup& journey : journeys)
+        titles.append(journey.title);
+    return titles;
+}
+
+} // namespace
+
+class TestJourneys : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        qputenv("TZ", "Europe/Oslo");
+        tzset();
+    }
+
+    void codesOfAnOffer_data() {
+        QTest::addColumn<Match>("match");
+        QTest::addColumn<QString>("codes");
+        QTest::newRow("route") << offer(u"OSL-EWR"_s) << u"OSL>EWR"_s;
+        QTest::newRow("more dashes") << offer(u"-OSL--EWR-"_s) << u"OSL>EWR"_s;
+        QTest::newRow("three places") << offer(u"OSL-CPH-EWR"_s) << QString();
+        QTest::newRow("long code") << offer(u"OSLO-EWR"_s) << QString();
+        QTest::newRow("empty") << offer({}) << QString();
+        QTest::newRow("sold out, codes first")
+            << soldOut(u"OSL-EWR-2025-03-07-SK907"_s) << u"OSL>EWR"_s;
+        QTest::newRow("sold out, date first")
+            << soldOut(u"2025-03-01-OSL-BKK-SK1467,TG955:soldout"_s) << u"OSL>BKK"_s;
+        QTest::newRow("sold out, four pieces") << soldOut(u"OSL-EWR-2025-03"_s) << QString();
+        QTest::newRow("sold out, a date and one code")
+            << soldOut(u"2025-03-01-OSL-SK1467"_s) << QString();
+        QTest::newRow("sold out, no date and no code")
+            << soldOut(u"2025-13-01-OSL-BKK-1"_s) << QString();
+    }
+    void codesOfAnOffer() {
+        QFETCH(Match, match);
+        QTEST(pairCodes(match).value_or(QStringList()).join(u'>'), "codes");
+    }
+
+    void bothDirectionsAndNeighbouringAirportsMakeOneJourney() {
+        QCOMPARE(pairKey({u"JFK"_s, u"OSL"_s}), pairKey({u"OSL"_s, u"EWR"_s}));
+        QCOMPARE(pairKeyDirected({u"xyz"_s, u"OSL"_s}), u"XYZ>Oslo"_s);
+        const auto journeys = group({offer(u"JFK-OSL"_s), offer(u"OSL-EWR"_s), offer(u"OSL-JFK"_s),
+                                     soldOut(u"2025-03-01-OSL-LGA-SK1:soldout"_s)});
+        QCOMPARE(titles(journeys), QStringList{u"osl ⇄ ewr"_s});
+        QCOMPARE(journeys[0].region, Airports::Region::usa);
+        QCOMPARE(journeys[0].out.size(), 3);
+        QCOMPARE(journeys[0].ret.size(), 1);
+    }
+
+    void theAnchorSaysWhichWayIsOut_data() {
+        QTest::addColumn<QList<Match>>("offers");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<int>("out");
+        const Match home = offer(u"EWR-OSL"_s);
+        const Match gone = soldOut(u"2025-03-01-BKK-CPH-SK1:soldout"_s);
+        QTest::newRow("only homebound") << QList{home, home} << u"ewr → osl"_s << 2;
+        QTest::newRow("first not sold out")
+            << QList{gone, offer(u"CPH-BKK"_s)} << u"cph ⇄ bkk"_s << 1;
+        QTest::newRow("all sold out, without names") << QList{gone} << u"BKK → CPH"_s << 1;
+    }
+    void theAnchorSaysWhichWayIsOut() {
+        QFETCH(QList<Match>, offers);
+        const auto journeys = group(offers);
+        QCOMPARE(journeys.size(), 1);
+        QTEST(journeys[0].title, "title");
+        QTEST(static_cast<int>(journeys[0].out.size()), "out");
+    }
+
+    void whatHasNoCodesIsKeptLast() {
+        const auto found = [](double seconds) {
+            return [seconds](Match& m) { m.foundAt = at(seconds); };
+        };
+        const auto journeys = group({offer({}, found(1)), offer(u"OSL"_s, found(2))});
+        QCOMPARE(titles(journeys), QStringList{u"Annet"_s});
+        QCOMPARE(journeys[0].id, u"annet"_s);
+        QCOMPARE(journeys[0].region, Airports::Region::other);
+        QCOMPARE(journeys[0].out.first().foundAt, at(2));
+    }
+
+    void journeysAndCardsAreSorted() {
+        const auto with = [](double seconds, int points, const QString& date) {
+            return [=](Match& m) {
+                m.foundAt = at(seconds);
+                m.points = points;
+                m.travelDate = date;
+            };
+        };
+        const QList offers{offer(u"OSL-BKK"_s, with(1, 0, u"2025-05-02"_s)),
+                           offer(u"OSL-BKK"_s, with(5, 0, u"2025-05-03"_s)),
+                           offer(u"OSL-BKK"_s, with(2, 0, u"2025-05-01"_s)),
+                           offer(u"OSL-NRT"_s, with(4, 90000, {})),
+                           offer(u"OSL-LHR"_s, with(4, 20000, {}))};
+        QCOMPARE(titles(group(offers)),
+                 QStringList({u"osl → bkk"_s, u"osl → lhr"_s, u"osl → nrt"_s}));
+        QCOMPARE(titles(group(offers, SortOrder::cheapest)),
+                 QStringList({u"osl → lhr"_s, u"osl → nrt"_s, u"osl → bkk"_s}));
+        // Equal journeys stay in the order of their keys, in whatever order they were found.
+        QList backwards = offers;
+        std::reverse(backwards.begin(), backwards.end());
+        QCOMPARE(titles(group(backwards)), titles(group(offers)));
+
+        QCOMPARE(group(offers)[0].out.first().travelDate, u"2025-05-01"_s);
+        QCOMPARE(group(offers, SortOrder::found, CardOrder::found)[0].out.first().foundAt, at(5));
+
+        const auto sections = regionSections(group(offers));
+        QCOMPARE(sections.size(), 2);
+        QCOMPARE(sections[0].first, Airports::Region::asia);
+        QCOMPARE(titles(sections[0].second), QStringList({u"osl → bkk"_s, u"osl → nrt"_s}));
+    }
+
+    void filters() {
+        const auto of = [](qint64 watcher, bool gone) {
+            return offer(u"OSL-EWR"_s, [=](Match& m) {
+                m.searchId = watcher;
+                m.soldOut = gone;
+            });
+        };
+        const QList matches{of(1, false), of(2, true), of(1, true)};
+        const QList community{of(Match::communitySearchId, false)};
+        QCOMPARE(filtered(matches, community, {}), matches + community);
+        QCOMPARE(filtered(matches, community, {1, false}), QList({matches[0], matches[2]}));
+        QCOMPARE(filtered(matches, community, {1, true}), QList({matches[0]}));
+        QCOMPARE(filtered(matches, community, {{}, true}), QList({matches[0], community[0]}));
+    }
+
+    void figuresOfAJourney() {
+        const auto dated = [](const QString& date, int points = 0) {
+            return offer(u"OSL-EWR"_s, [=](Match& m) {
+                m.travelDate = date;
+                m.points = points;
+            });
+        };
+        JourneyGroup journey;
+        QVERIFY(!journey.newest() && !journey.cheapest() && !journey.dateSpan());
+        journey.out = {dated(u"2025-03-07"_s)};
+        journey.ret = {soldOut(u"x"_s)};
+        journey.ret[0].travelDate = u"2025-09-09"_s;
+        journey.ret[0].foundAt = at(3);
+        QCOMPARE(journey.activeCount(), 1);
+        QCOMPARE(journey.soldOutCount(), 1);
+        QCOMPARE(journey.newest(), at(3));
+        QVERIFY(!journey.cheapest());
+        QCOMPARE(journey.dateSpan(), u"07.03"_s);
+        journey.ret += {dated(u"2025-04-01"_s, 70000), dated({}, 50000)};
+        QCOMPARE(journey.cheapest(), 50000);
+        QCOMPARE(journey.dateSpan(), u"07.03 – 01.04"_s);
+        journey.out[0].travelDate = u"2025-3"_s;
+        QCOMPARE(journey.dateSpan(), u"01.04 – 2025-3"_s);
+    }
+
+    void foundTexts_data() {
+        QTest::addColumn<double>("age");
+        QTest::addColumn<QString>("text");
+        // It is 13:00 in Oslo on 15 January 2027.
+        QTest::newRow("future") << -100.0 << u"Funnet akkurat nå"_s;
+        QTest::newRow("now") << 59.9 << u"Funnet akkurat nå"_s;
+        QTest::newRow("minutes") << 3599.0 << u"Funnet for 59 min siden"_s;
+        QTest::newRow("today") << 13 * 3600.0 << u"Funnet i dag 00:00"_s;
+        QTest::newRow("yesterday") << 13 * 3600 + 1.0 << u"Funnet 14. jan. 23:59"_s;
+        QTest::newRow("long ago") << 1'800'014'400.0 << u"Funnet 1. jan. 01:00"_s;
+    }
+    void foundTexts() {
+        QFETCH(double, age);
+        const Instant now = instantFromSeconds(1'800'014'400);
+        QTEST(CardText::found(now - Ticks(age), now, QDate(2027, 1, 15)), "text");
+    }
+
+    void ages() {
+        const Instant now = at(0);
+        constexpr double hour = 3600;
+        Match match = offer(u"OSL-EWR"_s);
+        const auto freshness = [now](double age) {
+            return CardText::freshness(now - Ticks(age), now);
+        };
+        QCOMPARE(freshness(hour - 1), CardText::Freshness::hour);
+        QCOMPARE(freshness(hour), CardText::Freshness::sixHours);
+        QCOMPARE(freshness(6 * hour), CardText::Freshness::older);
+        match.foundAt = now - Ticks(12 * hour - 1);
+        QCOMPARE(CardText::border(match, now), CardText::Border::fresh);
+        match.foundAt = now - Ticks(12 * hour);
+        QCOMPARE(CardText::border(match, now), CardText::Border::none);
+        match.soldOut = true;
+        QCOMPARE(CardText::border(match, now), CardText::Border::soldOut);
+        match.foundAt = instantFromSeconds(-std::numeric_limits<double>::infinity());
+        QVERIFY(CardText::found(match.foundAt, now, {}).startsWith(u"Funnet "));
+    }
+
+    void fares_data() {
+        QTest::addColumn<QString>("cabin");
+        QTest::addColumn<int>("seats");
+        QTest::addColumn<int>("points");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("usual") << u"business"_s << 2 << 60000
+                               << u"Business · 2 seter · 60 000 poeng"_s;
+        QTest::newRow("one seat, no price") << u"premeco"_s << 1 << 0 << u"Premium · 1 sete"_s;
+        QTest::newRow("unknown cabin") << u"suite"_s << 0 << 1 << u"suite · 0 seter · 1 poeng"_s;
+        QTest::newRow("nothing sensible") << QString() << -3 << -1 << QString();
+    }
+    void fares() {
+        QFETCH(QString, cabin);
+        QFETCH(int, seats);
+        QFETCH(int, points);
+        Match match;
+        match.cabin = cabin;
+        match.seats = seats;
+        match.points = points;
+        QTEST(CardText::fare(match).replace(QChar::Nbsp, u' '), "text");
+    }
+
+    void flights_data() {
+        QTest::addColumn<QString>("depart");
+        QTest::addColumn<QString>("arrive");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("same day") << u"07.03 11:00"_s << u"07.03 13:10"_s
+                                  << u"11:00|OSL · 07.03|13:10|EWR · 07.03|"_s;
+        QTest::newRow("next day") << u"07.03 23:00"_s << u"08.03 06:10"_s
+                                  << u"23:00|OSL · 07.03|06:10|EWR · 08.03|+1"_s;
+        QTest::newRow("days later")
+            << u"28.02 23:00"_s << u"02.03 06:10"_s << u"23:00|OSL · 28.02|06:10|EWR · 02.03|+1"_s;
+        QTest::newRow("no dates") << u"11:00"_s << u"2025-03-08 13:10"_s
+                                  << u"11:00|OSL|13:10|EWR · 2025-03-08|"_s;
+        QTest::newRow("other words") << u"a b c"_s << QString() << u"a b c|OSL||EWR|"_s;
+    }
+    void flights() {
+        QFETCH(QString, depart);
+        QFETCH(QString, arrive);
+        Match match = offer(u"OSL-EWR"_s);
+        match.depart = depart;
+        match.arrive = arrive;
+        const auto from = CardText::departure(match);
+        const auto to = CardText::arrival(match);
+        const QString later = CardText::arrivesLater(match) ? u"+1"_s : QString();
+        QTEST(QStringList({from.time, from.place, to.time, to.place, later}).join(u'|'), "shown");
+    }
+
+    void whatIsMissingHasAStandIn() {
+        Match match;
+        QCOMPARE(CardText::cities(match), u"? → ?"_s);
+        QCOMPARE(CardText::duration(match), QString());
+        QCOMPARE(CardText::departure(match), CardText::Endpoint());
+        match.route = u"OSL-EWR"_s;
+        match.toCity = u"New York"_s;
+        match.stopsText = u"direkte"_s;
+        QCOMPARE(CardText::cities(match), u"OSL → New York"_s);
+        QCOMPARE(CardText::duration(match), u"direkte"_s);
+        match.durationMinutes = 455;
+        QCOMPARE(CardText::duration(match), u"7t 35m · direkte"_s);
+        match.cabin = u"business,first"_s;
+        QCOMPARE(CardText::soldOut(match), u"Business,first er ikke lenger tilgjengelig"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestJourneys)
+#include "test_journeys.moc"

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "ui/hits/CardText.h"
+
+#include "core/Cabin.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString dot = u" · "_s;
+
+const QLocale& norwegian() {
+    // The interface is Norwegian, so its numbers and dates are too.
+    static const QLocale locale(QLocale::NorwegianBokmal, QLocale::Norway);
+    return locale;
+}
+
+QString joined(QStringList pieces) {
+    pieces.removeAll(QString());
+    return pieces.join(dot);
+}
+
+QString placeIn(const QString& route, bool atEnd) {
+    const QStringList places = route.split(u'-', Qt::SkipEmptyParts);
+    if (places.isEmpty())
+        return {};
+    return atEnd ? places.last() : places.first();
+}
+
+CardText::Endpoint endpoint(const QString& place, const QString& text) {
+    const QStringList pieces = text.split(u' ', Qt::SkipEmptyParts);
+    if (pieces.size() != 2)
+        return {text, place};
+    return {pieces[1], joined({place, pieces[0]})};
+}
+
+/// Absent unless the text begins with a day and a month such as "07.03".
+std::optional<std::pair<int, int>> dayAndMonth(const QString& text) {
+    const QStringList pieces = text.section(u' ', 0, 0, QString::SectionSkipEmpty).split(u'.');
+    if (pieces.size() != 2)
+        return std::nullopt;
+    bool isDay = false;
+    bool isMonth = false;
+    const std::pair date(pieces[0].toInt(&isDay), pieces[1].toInt(&isMonth));
+    return isDay && isMonth ? std::optional(date) : std::nullopt;
+}
+
+} // namespace
+
+namespace CardText {
+
+QDateTime utc(Instant instant) {
+    constexpr double farthest = 1e11;
+    const double seconds = std::clamp(secondsSince1970(instant), -farthest, farthest);
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC);
+}
+
+QString number(int value) {
+    return norwegian().toString(value);
+}
+
+QString found(Instant foundAt, Instant now, QDate today) {
+    const double age = (now - foundAt).count();
+    if (age < 60)
+        return u"Funnet akkurat nå"_s;
+    if (age < 3600)
+        return u"Funnet for %1 min siden"_s.arg(static_cast<int>(age / 60));
+    const QDateTime local = utc(foundAt).toLocalTime();
+    const QString time = norwegian().toString(local.time(), QLocale::ShortFormat);
+    if (local.date() == today)
+        return u"Funnet i dag "_s + time;
+    return u"Funnet %1 %2"_s.arg(norwegian().toString(local.date(), u"d. MMM"_s), time);
+}
+
+QString fare(const Match& match) {
+    const QString seats =
+        u"%1 %2"_s.arg(QString::number(match.seats), match.seats == 1 ? u"sete"_s : u"seter"_s);
+    return joined({cabinLabel(match.cabin), match.seats < 0 ? QString() : seats,
+                   match.points < 1 ? QString() : number(match.points) + u" poeng"_s});
+}
+
+QString cities(const Match& match) {
+    const auto name = [&match](const QString& city, bool atEnd) {
+        const QString place = city.isEmpty() ? placeIn(match.route, atEnd) : city;
+        return place.isEmpty() ? u"?"_s : place;
+    };
+    return name(match.fromCity, false) + u" → "_s + name(match.toCity, true);
+}
+
+QString duration(const Match& match) {
+    return joined({match.durationText().value_or(QString()), match.stopsText});
+}
+
+QString soldOut(const Match& match) {
+    const QString text = (match.cabin + u" er ikke lenger tilgjengelig"_s).trimmed();
+    return text.left(1).toUpper() + text.mid(1);
+}
+
+Endpoint departure(const Match& match) {
+    return endpoint(placeIn(match.route, false), match.depart);
+}
+
+Endpoint arrival(const Match& match) {
+    return endpoint(placeIn(match.route, true), match.arrive);
+}
+
+bool arrivesLater(const Match& match) {
+    const auto start = dayAndMonth(match.depart);
+    const auto end = dayAndMonth(match.arrive);
+    return start && end && *start != *end;
+}
+
+Freshness freshness(Instant foundAt, Instant now) {
+    const auto age = now - foundAt;
+    if (age < 1h)
+        return Freshness::hour;
+    return age < 6h ? Freshness::sixHours : Freshness::older;
+}
+
+Border border(const Match& match, Instant now) {
+    if (match.soldOut)
+        return Border::soldOut;
+    return now - match.foundAt < 12h ? Border::fresh : Border::none;
+}
+
+} // namespace CardText

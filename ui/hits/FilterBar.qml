@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Tindra.Controls
+import Tindra.Theme
+import Tindra.Hits
+
+/** What is shown and in which order, and what can be done with all of it. */
+Flow {
+    id: bar
+
+    required property HitsPage page
+
+    spacing: TD.m
+
+    TDComboBox {
+        objectName: "watcherPicker"
+        width: 220
+        label: "Overvåker"
+        model: bar.page.watcherNames
+        currentIndex: bar.page.watcherIndex
+        onActivated: index => bar.page.watcherIndex = index
+    }
+    TDSegmented {
+        objectName: "sortPicker"
+        width: 320
+        label: "Sortering"
+        model: bar.page.sortOrders
+        currentIndex: bar.page.sortOrder
+        onPicked: index => bar.page.sortOrder = index
+    }
+    Row {
+        spacing: TD.s
+        TDLabel {
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Kort:"
+            color: TD.textSecondary
+            Accessible.ignored: true
+        }
+        TDComboBox {
+            id: cards
+            objectName: "cardPicker"
+            label: "Kort:"
+            model: bar.page.cardOrders
+            currentIndex: bar.page.cardOrder
+            Accessible.description: tip.text
+            onActivated: index => bar.page.cardOrder = index
+            TDToolTip {
+                id: tip
+                text: "Rekkefølgen på kortene i hver reisegruppe"
+                shown: cards.hovered && !cards.popup.visible
+            }
+        }
+    }
+    TDCheckBox {
+        id: hide
+        objectName: "hideSoldOut"
+        height: TD.controlHeight
+        text: "Skjul utsolgte"
+        checked: bar.page.hideSoldOut
+        onToggled: bar.page.hideSoldOut = checked
+    }
+    // What follows stands at the right end of the last line.
+    Item {
+        readonly property real rest: bar.width - hide.x - hide.width - bar.spacing
+        width: rest >= actions.width ? rest : bar.width
+        height: actions.height
+        Row {
+            id: actions
+            anchors.right: parent.right
+            spacing: TD.m
+            TDLabel {
+                objectName: "count"
+                anchors.verticalCenter: parent.verticalCenter
+                text: bar.page.countText
+                color: TD.textSecondary
+            }
+            TDIconButton {
+                objectName: "exportTable"
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "square.and.arrow.up"
+                label: "Lagre treffene som CSV"
+                enabled: bar.page.emptyText === ""
+                onClicked: bar.page.exportTable()
+            }
+            TDButton {
+                objectName: "clear"
+                text: "Tøm treff"
+                enabled: bar.page.hasMatches
+                onClicked: bar.page.confirmClear = true
+            }
+        }
+    }
+}

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include "ui/hits/HitsPage.h"
+
+#include "app/AppState.h"
+#include "core/Database.h"
+#include "core/DateFmt.h"
+#include "platform/Desktop.h"
+#include "ui/hits/Export.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+HitsPage::HitsPage(AppState& state, Database& database, Desktop& desktop, Clock& clock,
+                   const Site& site)
+    : m_state(state)
+    , m_database(database)
+    , m_desktop(desktop)
+    , m_clock(clock)
+    , m_site(site)
+    , m_rows(clock, site) {
+    connect(&state, &AppState::matchesChanged, this, &HitsPage::scheduleRegroup);
+    connect(&state, &AppState::communityHitsChanged, this, &HitsPage::scheduleRegroup);
+    connect(&state, &AppState::searchesChanged, this, [this] {
+        readWatchers();
+        scheduleRegroup();
+    });
+    readWatchers();
+}
+
+HitsPage::~HitsPage() = default;
+
+void HitsPage::readWatchers() {
+    QStringList names{u"Alle overvåkere"_s};
+    bool isChosenThere = false;
+    for (const Search& watcher : m_state.searches()) {
+        names.append(watcher.displayName());
+        isChosenThere = isChosenThere || watcher.id == m_filter.watcher;
+    }
+    if (std::exchange(m_watcherNames, names) != names)
+        Q_EMIT watcherNamesChanged();
+    if (!isChosenThere)
+        m_filter.watcher.reset();
+    Q_EMIT choiceChanged();
+}
+
+int HitsPage::watcherIndex() const {
+    const auto& watchers = m_state.searches();
+    const auto chosen = std::find_if(watchers.begin(), watchers.end(),
+                                     [this](const Search& s) { return s.id == m_filter.watcher; });
+    return chosen == watchers.end() ? 0 : static_cast<int>(chosen - watchers.begin()) + 1;
+}
+
+void HitsPage::setWatcherIndex(int index) {
+    const auto& watchers = m_state.searches();
+    if (index == watcherIndex() || index < 0 || index > watchers.size())
+        return;
+    m_filter.watcher = index == 0 ? std::nullopt : std::optional(watchers[index - 1].id);
+    regroup();
+    Q_EMIT choiceChanged();
+}
+
+QStringList HitsPage::sortOrders() {
+    return {u"Per region"_s, u"Nyest funnet"_s, u"Billigst"_s};
+}
+
+QStringList HitsPage::cardOrders() {
+    return {u"Avreisedato"_s, u"Nyest først"_s};
+}
+
+void HitsPage::setSortOrder(int order) {
+    if (order == sortOrder() || order < 0 || order >= sortOrders().size())
+        return;
+    m_sortOrder = static_cast<Journeys::SortOrder>(order);
+    m_layout.hasRegions = m_sortOrder == Journeys::SortOrder::region;
+    regroup();
+    Q_EMIT choiceChanged();
+}
+
+void HitsPage::setCardOrder(int order) {
+    if (order == cardOrder() || order < 0 || order >= cardOrders().size())
+        return;
+    m_cardOrder = static_cast<Journeys::CardOrder>(order);
+    regroup();
+    Q_EMIT choiceChanged();
+}
+
+void HitsPage::setHideSoldOut(bool hide) {
+    if (std::exchange(m_filter.hideSoldOut, hide) == hide)
+        return;
+    regroup();
+    Q_EMIT choiceChanged();
+}
+
+void HitsPage::setColumns(int columns) {
+    const int atLeastOne = std::max(columns, 1);
+    if (std::exchange(m_layout.columns, atLeastOne) == atLeastOne)
+        return;
+    if (!m_isStale)
+        layOut();
+    Q_EMIT choiceChanged();
+}
+
+/// A reload tells of several changes in a row; they are worth one new grouping.
+void HitsPage::scheduleRegroup() {
+    m_isStale = true;
+    if (!m_shown || std::exchange(m_isScheduled, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isScheduled = false;
+            if (m_isStale && m_shown)
+                regroup();
+        },
+        Qt::QueuedConnection);
+}
+
+void HitsPage::regroup() {
+    m_isStale = false;
+    m_filtered = Journeys::filtered(m_state.matches(), m_state.communityHits(), m_filter);
+    m_journeys =
+        Journeys::grouped(m_filtered, m_sortOrder, m_cardOrder, [this](const Match& match) {
+            return m_state.direction(match) == u"Utreise"_s;
+        });
+    layOut();
+    Q_EMIT contentChanged();
+}
+
+void HitsPage::layOut() {
+    m_rows.setRows(hitsRows(m_journeys, m_layout, [this](const Match& match) {
+        return m_state.direction(match).value_or(QString());
+    }));
+}
+
+QString HitsPage::countText() const {
+    return u"%1 treff"_s.arg(m_filtered.size());
+}
+
+QString HitsPage::emptyText() const {
+    if (!m_filtered.isEmpty())
+        return {};
+    return m_state.matches().isEmpty()
+               ? u"Ingen treff ennå. Når et søk finner ny saver-plass, dukker reisen opp her."_s
+               : u"Ingen treff matcher filtrene."_s;
+}
+
+bool HitsPage::hasMatches() const {
+    return !m_state.matches().isEmpty();
+}
+
+void HitsPage::setConfirmClear(bool confirm) {
+    if (std::exchange(m_confirmClear, confirm) != confirm)
+        Q_EMIT confirmClearChanged();
+}
+
+void HitsPage::clearAll() {
+    setConfirmClear(false);
+    const bool isTaken = m_database.takeMatches();
+    m_state.reload();
+    if (isTaken)
+        say(u"Alle treff er slettet."_s, true);
+}
+
+void HitsPage::undoClear() {
+    if (!m_canUndo)
+        return;
+    if (m_database.restoreMatches()) {
+        dismissNotice();
+        m_state.reload();
+    } else {
+        say(u"Treffene kunne ikke legges tilbake. Prøv igjen."_s, true);
+    }
+}
+
+void HitsPage::dismissNotice() {
+    say({});
+}
+
+/// Whatever is said, there is a way back only from what was said last.
+void HitsPage::say(const QString& text, bool canUndo) {
+    m_notice = text;
+    m_canUndo = canUndo;
+    Q_EMIT noticeChanged();
+}
+
+void HitsPage::toggle(const QString& journey) {
+    if (!m_layout.open.remove(journey))
+        m_layout.open.insert(journey);
+    layOut();
+}
+
+int HitsPage::nextStop(int row, int step) const {
+    const auto& rows = m_rows.rows();
+    const int direction = step < 0 ? -1 : 1;
+    for (int next = row + direction; next >= 0 && next < rows.size(); next += direction) {
+        const HitsRow::Kind kind = rows[next].kind;
+        if (kind == HitsRow::Kind::journey || kind == HitsRow::Kind::cards)
+            return next;
+    }
+    return row;
+}
+
+void HitsPage::book(int row, int column) {
+    const Match* offer = m_rows.offer(row, column);
+    const auto address = offer ? m_rows.bookingAddress(*offer) : std::nullopt;
+    if (address && !m_desktop.open(*address))
+        say(u"Fant ingen nettleser som kunne åpne siden."_s);
+}
+
+void HitsPage::copy(int row, int column) {
+    const Match* offer = m_rows.offer(row, column);
+    if (!offer)
+        return;
+    m_desktop.copy(Export::text(*offer, m_site));
+    say(u"Treffet er kopiert."_s);
+}
+
+void HitsPage::exportJourney(const QString& journey) {
+    const auto group =
+        std::find_if(m_journeys.begin(), m_journeys.end(),
+                     [&journey](const JourneyGroup& one) { return one.id == journey; });
+    if (group != m_journeys.end())
+        save(Export::fileName(group->title, u"ics"_s),
+             Export::calendar(*group, m_site, m_clock.now()));
+}
+
+void HitsPage::exportTable() {
+    save(Export::fileName(u"Tindra treff "_s + DateFmt::iso(m_clock.today()), u"csv"_s),
+         Export::csv(m_filtered, m_site));
+}
+
+void HitsPage::save(const QString& name, const QByteArray& content) {
+    const auto path = m_desktop.download(name, content);
+    say(path ? u"Lagret i %1"_s.arg(*path) : u"Filen kunne ikke lagres."_s);
+}
+
+void HitsPage::setShown(bool shown) {
+    if (std::exchange(m_shown, shown) == shown)
+        return;
+    m_minute.reset();
+    if (shown) {
+        if (m_isStale)
+            regroup();
+        else
+            m_rows.refreshAges();
+        startMinute();
+        m_state.refreshCommunity();
+    }
+    Q_EMIT shownChanged();
+}
+
+void HitsPage::startMinute() {
+    m_minute = m_clock.after(1min, [this] {
+        m_rows.refreshAges();
+        startMinute();
+    });
+}
