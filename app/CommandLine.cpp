@@ -4,6 +4,8 @@
 #include "app/commands/Arguments.h"
 #include "core/Err.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -14,9 +16,16 @@ const QStringList dataCommands{u"watchers"_s, u"hits"_s, u"backup"_s, u"restore"
 
 CommandLine CommandLine::parse(const QStringList& arguments) {
     CommandLine line;
-    if (arguments.isEmpty())
-        throw Err{u"Si hva Tindra skal gjøre, for eksempel «tindra hunt --demo --once». "
-                  u"«tindra --help» viser alt."_s};
+    const QStringList windowFlags{u"--demo"_s, u"--hidden"_s};
+    const bool isWindow =
+        std::all_of(arguments.begin(), arguments.end(),
+                    [&windowFlags](const QString& word) { return windowFlags.contains(word); });
+    if (isWindow) {
+        line.command = Command::window;
+        line.demo = arguments.contains(u"--demo"_s);
+        line.hidden = arguments.contains(u"--hidden"_s);
+        return line;
+    }
     const QString& first = arguments.first();
     if (first == u"--version" || first == u"--help" || first == u"-h") {
         if (arguments.size() > 1)
@@ -69,6 +78,7 @@ QString CommandLine::helpText() {
     return uR"(Tindra ser etter bonusplasser på reisene du overvåker, og sier fra når de dukker opp.
 
 Bruk:
+  tindra [--hidden] [--demo]
   tindra hunt [--once] [--json] [--demo]
   tindra sign-in [--demo]
   tindra watchers list [--json] [--demo]
@@ -79,12 +89,15 @@ Bruk:
   tindra restore FIL
   tindra --help | --version
 
+Uten kommando åpner Tindra vinduet sitt og jakter. Kjører den alt, kommer vinduet frem.
+  --hidden Uten å vise vinduet; det åpnes fra systemstatusfeltet.
+  --demo   Bruker et innebygd liksom-flyselskap, tre ferdige overvåkere og en egen datamappe.
+           Dine egne data røres ikke.
+
 hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for hvert intervall,
            til den avbrytes. Det som skjer underveis, skrives til standard feil.
   --once   Én runde, og så slutt.
   --json   Skriver resultatet av hver runde som ett JSON-objekt.
-  --demo   Bruker et innebygd liksom-flyselskap, tre ferdige overvåkere og en egen datamappe.
-           Dine egne data røres ikke.
 
 sign-in    Åpner et vindu der du logger inn på EuroBonus. Når du er ferdig, bekreftes økten med et
            ekte oppslag.

@@ -10,9 +10,11 @@
 
 /// What the user asked for on the command line.
 struct CommandLine {
-    enum class Command { help, version, hunt, signIn, data, restore };
+    enum class Command { help, version, window, hunt, signIn, data, restore };
 
     Command command = Command::help;
+    /// With Command::window: begin without showing it.
+    bool hidden = false;
     /// One round instead of the loop.
     bool once = false;
     /// Results as JSON on standard output.

@@ -18,9 +18,12 @@ public:
     using MakeHunt = std::function<std::unique_ptr<Hunt>(bool json, Hunt::Output output)>;
     using RunData = std::function<CommandAnswer(const DataCommand& command)>;
 
+    /// Shows the window; what it returns says why there is none, and is empty otherwise.
+    using ShowWindow = std::function<QString()>;
+
     /// All must outlive this object.
-    PassedCommands(MakeHunt makeHunt, RunData runData, SignIn& signIn, Worker& worker,
-                   Clock& clock);
+    PassedCommands(MakeHunt makeHunt, RunData runData, ShowWindow showWindow, SignIn& signIn,
+                   Worker& worker, Clock& clock);
 
     QCoro::Task<CommandAnswer> run(QStringList arguments);
 
@@ -30,6 +33,7 @@ private:
 
     MakeHunt m_makeHunt;
     RunData m_runData;
+    ShowWindow m_showWindow;
     SignIn& m_signIn;
     Worker& m_worker;
     Clock& m_clock;

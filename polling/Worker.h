@@ -30,6 +30,8 @@ public:
     Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock, Site site);
 
     bool isRunning() const { return m_isRunning; }
+    /// A round runs, or the session is being revived for one: `pollOnce` would do nothing.
+    bool isBusy() const { return m_busy; }
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }
