@@ -271,6 +271,28 @@ private Q_SLOTS:
         QCOMPARE(files(u"tindra-*"_s), QStringList());
     }
 
+    void aLogThatACrashLeftGoesWithItsDatabase() {
+        const QString backup = m_dir->path() + u"/backup.sqlite"_s;
+        const QString crashed = m_dir->path() + u"/crashed"_s;
+        QVERIFY(QDir().mkpath(crashed));
+        {
+            Database database(folder(), m_clock);
+            addWatcher(database, u"a"_s);
+            QVERIFY(!database.copyTo(backup));
+            addWatcher(database, u"b"_s);
+            for (const QString& name : {u"/tindra.sqlite"_s, u"/tindra.sqlite-wal"_s})
+                QVERIFY(QFile::copy(folder() + name, crashed + name));
+        }
+        const QString replaced = DatabaseCopies::restore(crashed, backup, m_clock).value();
+        {
+            Database database(crashed, m_clock);
+            QCOMPARE(names(database), QStringList{u"a"_s});
+        }
+        DatabaseCopies::restore(crashed, replaced, m_clock);
+        Database database(crashed, m_clock);
+        QCOMPARE(names(database), QStringList({u"a"_s, u"b"_s}));
+    }
+
     void restoringChecksFirst() {
         const QString backup = m_dir->path() + u"/backup.sqlite"_s;
         {

@@ -2,6 +2,7 @@
 #include "ui/hits/HitsPage.h"
 
 #include "app/AppState.h"
+#include "app/MatchTable.h"
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "platform/Desktop.h"
@@ -259,7 +260,7 @@ void HitsPage::exportJourney(const QString& journey) {
 
 void HitsPage::exportTable() {
     save(Export::fileName(u"Tindra treff "_s + DateFmt::iso(m_clock.today()), u"csv"_s),
-         Export::csv(m_filtered, m_site));
+         MatchTable::csv(m_filtered, m_site));
 }
 
 void HitsPage::save(const QString& name, const QByteArray& content) {
