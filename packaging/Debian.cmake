@@ -31,7 +31,8 @@ journeys that you want to make with your EuroBonus points, in an embedded
 browser that is signed in as you, and tells you the moment a seat opens.
 The interface is Norwegian.")
 # Beside the libraries: what WebKit builds its sandbox with, and what the windows import.
-set(needed bubblewrap hicolor-icon-theme qml6-module-qtqml-workerscript qml6-module-qtquick
+set(needed bubblewrap hicolor-icon-theme qml6-module-qt-labs-qmlmodels
+    qml6-module-qtqml-workerscript qml6-module-qtquick
     qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
     qml6-module-qtquick-templates qml6-module-qtquick-window xdg-dbus-proxy)
 list(JOIN needed ", " CPACK_DEBIAN_TINDRA_PACKAGE_DEPENDS)
