@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/commands/DataCommand.h"
+
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// What the user asked for on the command line.
 struct CommandLine {
-    enum class Command { help, version, hunt, signIn };
+    enum class Command { help, version, hunt, signIn, data, restore };
 
     Command command = Command::help;
     /// One round instead of the loop.
@@ -15,6 +19,10 @@ struct CommandLine {
     bool json = false;
     /// The stand-in airline and a data folder of its own.
     bool demo = false;
+    /// With Command::data only.
+    std::optional<DataCommand> data{};
+    /// With Command::restore only.
+    Restore restore{};
 
     bool operator==(const CommandLine&) const = default;
 
@@ -22,4 +30,8 @@ struct CommandLine {
     /// no sense.
     static CommandLine parse(const QStringList& arguments);
     static QString helpText();
+
+private:
+    void parseWeb(const QString& name, const QStringList& words);
+    void parseData(const QString& name, const QStringList& words);
 };

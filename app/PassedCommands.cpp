@@ -18,8 +18,13 @@ constexpr auto waitStep = 200ms;
 
 } // namespace
 
-PassedCommands::PassedCommands(MakeHunt makeHunt, SignIn& signIn, Worker& worker, Clock& clock)
-    : m_makeHunt(std::move(makeHunt)), m_signIn(signIn), m_worker(worker), m_clock(clock) {}
+PassedCommands::PassedCommands(MakeHunt makeHunt, RunData runData, SignIn& signIn, Worker& worker,
+                               Clock& clock)
+    : m_makeHunt(std::move(makeHunt))
+    , m_runData(std::move(runData))
+    , m_signIn(signIn)
+    , m_worker(worker)
+    , m_clock(clock) {}
 
 QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
     CommandAnswer refusal{Hunt::wrongUsage, {}, u"Tindra som kjører, forstår ikke kommandoen."_s};
@@ -34,6 +39,8 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         co_return co_await hunt(line.json);
     if (line.command == CommandLine::Command::signIn)
         co_return co_await signIn();
+    if (line.command == CommandLine::Command::data)
+        co_return m_runData(*line.data);
     co_return refusal;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/Hunt.h"
+#include "app/commands/DataCommand.h"
 #include "platform/Instance.h"
 
 #include <QObject>
@@ -15,9 +16,11 @@ class PassedCommands : public QObject {
     Q_OBJECT
 public:
     using MakeHunt = std::function<std::unique_ptr<Hunt>(bool json, Hunt::Output output)>;
+    using RunData = std::function<CommandAnswer(const DataCommand& command)>;
 
     /// All must outlive this object.
-    PassedCommands(MakeHunt makeHunt, SignIn& signIn, Worker& worker, Clock& clock);
+    PassedCommands(MakeHunt makeHunt, RunData runData, SignIn& signIn, Worker& worker,
+                   Clock& clock);
 
     QCoro::Task<CommandAnswer> run(QStringList arguments);
 
@@ -26,6 +29,7 @@ private:
     QCoro::Task<CommandAnswer> signIn();
 
     MakeHunt m_makeHunt;
+    RunData m_runData;
     SignIn& m_signIn;
     Worker& m_worker;
     Clock& m_clock;

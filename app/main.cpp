@@ -8,10 +8,12 @@
 #include "app/CommandLine.h"
 #include "app/Demo.h"
 #include "app/DemoHunters.h"
+#include "app/EngineAge.h"
 #include "app/Hunt.h"
 #include "app/PassedCommands.h"
 #include "app/Sharing.h"
 #include "app/SignIn.h"
+#include "app/commands/DataCommand.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
 #include "core/Err.h"
@@ -97,7 +99,7 @@ std::unique_ptr<SecretStore> openSecrets(const CommandLine& line, Clock& clock) 
     return std::make_unique<SecretServiceStore>(clock);
 }
 
-std::unique_ptr<WebKitRuntime> startWebKit(const Folders& folders) {
+std::unique_ptr<WebKitRuntime> startWebKit(const Folders& folders, const Clock& clock) {
     QString problem;
     auto webKit = WebKitRuntime::start(folders, problem);
     if (!webKit)
@@ -105,6 +107,8 @@ std::unique_ptr<WebKitRuntime> startWebKit(const Folders& folders) {
     if (!webKit->isSandboxed())
         sayAndNote(u"Nettleserdelen kjører uten sandkasse: bwrap eller xdg-dbus-proxy virker ikke "
                    u"her. Installer bubblewrap og xdg-dbus-proxy."_s);
+    if (const auto warning = EngineAge::warning(WebKitRuntime::version(), clock.today()))
+        TDLog::note(*warning);
     return webKit;
 }
 
@@ -116,12 +120,14 @@ struct Tindra {
         , demo(startDemo(line, folders, database, clock))
         , site(demo ? demo->site()
                     : Site::fromEnvironment(QProcessEnvironment::systemEnvironment()))
-        , webKit(startWebKit(folders)) {
+        , webKit(startWebKit(folders, clock)) {
         QObject::connect(secrets.get(), &SecretStore::unavailable, sayAndNote);
         QObject::connect(&notifications, &NotificationCenter::unavailable, sayAndNote);
         QObject::connect(
             &state, &SessionState::notice,
             [this](const QString& title, const QString& body) { notifier.post(title, body); });
+        // Each process makes one soon after its start, and one that runs for long every day.
+        QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
         engine.setRoundQuestion([this] { return worker.isRunning(); });
         notifier.requestPermission();
         // With a service of their own choice, people are among real hunters.
@@ -174,6 +180,11 @@ int hunt(Tindra& tindra, Instance& instance) {
     });
     PassedCommands passed(
         [&tindra](bool json, const Hunt::Output& output) { return tindra.makeHunt(json, output); },
+        [&tindra](const DataCommand& command) {
+            const CommandAnswer answer = run(command, {tindra.database, tindra.clock, tindra.site});
+            tindra.appState.reload();
+            return answer;
+        },
         tindra.signIn, tindra.worker, tindra.clock);
     QObject::connect(
         &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
@@ -205,9 +216,14 @@ int signIn(Tindra& tindra) {
     return QCoreApplication::exec();
 }
 
-/// Lets the Tindra that has the data folder do the work.
-int passOn(Instance& instance) {
-    say(u"Tindra kjører allerede, og tar seg av det."_s);
+int print(const CommandAnswer& answer) {
+    std::fputs(answer.err.toUtf8().constData(), stderr);
+    std::fwrite(answer.out.constData(), 1, static_cast<size_t>(answer.out.size()), stdout);
+    return answer.exitCode;
+}
+
+/// Lets the Tindra that has the data folder do the work; absent when it does not take it.
+std::optional<CommandAnswer> passOn(Instance& instance) {
     std::optional<CommandAnswer> answer;
     QTimer::singleShot(0, [&] {
         instance.pass(QCoreApplication::arguments().sliced(1)).then([&answer](const auto& given) {
@@ -217,20 +233,42 @@ int passOn(Instance& instance) {
     });
     const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [] { QCoreApplication::quit(); });
     QCoreApplication::exec();
-    if (!answer)
-        throw Err{u"Tindra som kjører, tok ikke imot kommandoen. Vent til den er ferdig, eller "
-                  u"avslutt den."_s};
-    std::fputs(answer->err.toUtf8().constData(), stderr);
-    std::fwrite(answer->out.constData(), 1, static_cast<size_t>(answer->out.size()), stdout);
-    return answer->exitCode;
+    return answer;
+}
+
+/// A change is for the Tindra that runs, so that it notices. One that takes no commands, such as a
+/// single round, reads the watchers afresh anyway.
+int runData(const CommandLine& line, const Folders& folders, Instance& instance) {
+    if (!instance.isFirst() && changesData(*line.data)) {
+        if (const auto answer = passOn(instance))
+            return print(*answer);
+    }
+    const LinuxClock clock;
+    const Logging logging(folders, clock);
+    Database database(folders.data(), clock,
+                      instance.isFirst() ? Database::Access::owner : Database::Access::guest);
+    if (line.demo && instance.isFirst())
+        Demo::seedWatchers(database, clock.today());
+    return print(
+        run(*line.data,
+            {database, clock, Site::fromEnvironment(QProcessEnvironment::systemEnvironment())}));
+}
+
+int restore(const CommandLine& line, const Folders& folders, Instance& instance) {
+    if (!instance.isFirst())
+        throw Err{u"Tindra kjører. Avslutt den før du henter inn en sikkerhetskopi."_s};
+    const LinuxClock clock;
+    const Logging logging(folders, clock);
+    return print(line.restore.run(folders.data(), clock));
 }
 
 int run(const CommandLine& line) {
-    if (line.command == CommandLine::Command::help) {
+    using Command = CommandLine::Command;
+    if (line.command == Command::help) {
         writeLine(stdout, CommandLine::helpText().trimmed().toUtf8());
         return 0;
     }
-    if (line.command == CommandLine::Command::version) {
+    if (line.command == Command::version) {
         writeLine(stdout, u"tindra %1 (WebKitGTK %2)"_s
                               .arg(QCoreApplication::applicationVersion(), WebKitRuntime::version())
                               .toUtf8());
@@ -238,10 +276,19 @@ int run(const CommandLine& line) {
     }
     const LinuxFolders folders(line.demo ? Demo::folderName() : u"Tindra"_s);
     DBusInstance instance(folders.data(), QDBusConnection::sessionBus());
-    if (!instance.isFirst())
-        return passOn(instance);
+    if (line.command == Command::data)
+        return runData(line, folders, instance);
+    if (line.command == Command::restore)
+        return restore(line, folders, instance);
+    if (!instance.isFirst()) {
+        say(u"Tindra kjører allerede, og tar seg av det."_s);
+        if (const auto answer = passOn(instance))
+            return print(*answer);
+        throw Err{u"Tindra som kjører, tok ikke imot kommandoen. Vent til den er ferdig, eller "
+                  u"avslutt den."_s};
+    }
     Tindra tindra(line, folders);
-    return line.command == CommandLine::Command::hunt ? hunt(tindra, instance) : signIn(tindra);
+    return line.command == Command::hunt ? hunt(tindra, instance) : signIn(tindra);
 }
 
 /// Everything that Tindra and its web view write is its owner's alone, and no memory with a

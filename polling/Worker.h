@@ -40,8 +40,11 @@ public:
     int rotationTotal() const { return m_rotationTotal; }
 
     /// Starts the loop afresh: a round at once, then one whenever the interval has passed. The
-    /// setting `poll_interval_min` goes before `intervalMinutes`; never less than a minute.
+    /// setting `poll_interval_min` goes before `intervalMinutes`.
     void startTimer(double intervalMinutes);
+    /// The minutes between rounds: the setting as stored, or `otherwise` where that is no number;
+    /// from one minute to a week.
+    static double intervalMinutes(const std::optional<QString>& stored, double otherwise);
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 
