@@ -8,11 +8,11 @@ AboutTindra::AboutTindra(Desktop& desktop, Sources sources)
 
 void AboutTindra::open() {
     m_copied = false;
-    refresh();
+    Q_EMIT changed();
 }
 
 void AboutTindra::copyDiagnosis() {
     m_desktop.copy(m_sources.diagnosis());
     m_copied = true;
-    refresh();
+    Q_EMIT changed();
 }

@@ -19,8 +19,6 @@ class AboutTindra : public QObject {
     Q_PROPERTY(QString dataFolder READ dataFolder CONSTANT)
     /// Why the web engine is not safe enough, and what to do; empty when it is.
     Q_PROPERTY(QString engineWarning READ engineWarning NOTIFY changed)
-    /// What is wrong with the storage; empty when all is well.
-    Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY changed)
     /// The diagnosis has been copied since the page was opened.
     Q_PROPERTY(bool isCopied READ isCopied NOTIFY changed)
 public:
@@ -29,7 +27,6 @@ public:
         QString engineVersion;
         QString dataFolder;
         std::function<std::optional<QString>()> engineWarning;
-        std::function<std::optional<QString>()> storageNotice;
         /// Versions, state and the last log lines without anything private.
         std::function<QString()> diagnosis;
     };
@@ -41,12 +38,10 @@ public:
     const QString& engineVersion() const { return m_sources.engineVersion; }
     const QString& dataFolder() const { return m_sources.dataFolder; }
     QString engineWarning() const { return m_sources.engineWarning().value_or(QString()); }
-    QString storageNotice() const { return m_sources.storageNotice().value_or(QString()); }
     bool isCopied() const { return m_copied; }
 
-    void open();
     /// Asks all sources again.
-    void refresh() { Q_EMIT changed(); }
+    void open();
     Q_INVOKABLE void copyDiagnosis();
 
 Q_SIGNALS:

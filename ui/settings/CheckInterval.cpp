@@ -7,12 +7,10 @@
 
 using namespace Qt::StringLiterals;
 
-QList<double> CheckInterval::choices(double stored) {
-    constexpr double least = 1;
-    constexpr double most = 7 * 24 * 60;
+QList<double> CheckInterval::choices(double current) {
     QList<double> intervals{5, 10, 30};
-    if (stored >= least && stored <= most && !intervals.contains(stored))
-        intervals.insert(std::upper_bound(intervals.cbegin(), intervals.cend(), stored), stored);
+    if (!intervals.contains(current))
+        intervals.insert(std::upper_bound(intervals.cbegin(), intervals.cend(), current), current);
     return intervals;
 }
 

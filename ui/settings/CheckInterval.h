@@ -7,8 +7,8 @@
 /// How often the watchers are checked, as a choice; all in minutes.
 namespace CheckInterval {
 
-/// 5, 10 and 30, and `stored` among them where it is another sensible one (1 minute to a week).
-QList<double> choices(double stored);
+/// 5, 10 and 30, and `current` among them where it is another.
+QList<double> choices(double current);
 /// "10 min".
 QString label(double minutes);
 /// As the setting holds it, with at least one fractional digit: "10.0".

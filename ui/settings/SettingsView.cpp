@@ -33,6 +33,7 @@ SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airl
     , m_about(about)
     , m_intervals(CheckInterval::choices(state.pollIntervalMin())) {
     connect(&state, &AppState::notifyOnChanged, this, &SettingsView::changed);
+    connect(&state, &AppState::storageChanged, this, &SettingsView::storageChanged);
     connect(&state, &AppState::pollIntervalMinChanged, this, [this] {
         if (!m_intervals.contains(m_state.pollIntervalMin()))
             offerIntervals();
@@ -98,8 +99,27 @@ void SettingsView::setAutostartOn(bool on) {
 
 void SettingsView::store(const QString& key, bool on) {
     m_database.set(key, on ? u"1"_s : u"0"_s);
-    m_about.refresh();
+    noteStorage();
     Q_EMIT changed();
+}
+
+/// A change that failed, or worked again, is news to the state.
+void SettingsView::noteStorage() {
+    if (m_database.problem().value_or(QString()) != m_state.storageProblem())
+        m_state.reload();
+}
+
+QString SettingsView::storageWarning() const {
+    const QString& problem = m_state.storageProblem();
+    return problem.isEmpty() ? m_state.storageNotice() : problem;
+}
+
+bool SettingsView::canDismissStorage() const {
+    return m_state.storageProblem().isEmpty() && !m_state.storageNotice().isEmpty();
+}
+
+void SettingsView::dismissStorage() {
+    m_state.dismissStorageNotice();
 }
 
 void SettingsView::checkLogin() {
@@ -128,7 +148,7 @@ void SettingsView::pickInterval(int index) {
     const double minutes = m_intervals[index];
     const QString text = CheckInterval::toStore(minutes);
     m_database.set(intervalKey, text);
-    m_about.refresh();
+    noteStorage();
     if (m_database.get(intervalKey) == text)
         m_state.setPollIntervalMin(minutes);
 }

@@ -29,8 +29,10 @@ class SettingsView : public QObject {
     Q_PROPERTY(bool autostartOn READ autostartOn WRITE setAutostartOn NOTIFY changed)
     /// Why the start at sign-in could not be switched; empty otherwise.
     Q_PROPERTY(QString autostartProblem READ autostartProblem NOTIFY changed)
+    /// What is wrong with the storage, or what has happened to it; empty when all is well.
+    Q_PROPERTY(QString storageWarning READ storageWarning NOTIFY storageChanged)
+    Q_PROPERTY(bool canDismissStorage READ canDismissStorage NOTIFY storageChanged)
     Q_PROPERTY(QStringList intervalLabels READ intervalLabels NOTIFY intervalsChanged)
-    /// -1 when the interval is none of the choices.
     Q_PROPERTY(int intervalIndex READ intervalIndex NOTIFY intervalIndexChanged)
 public:
     /// All must outlive the view.
@@ -47,6 +49,9 @@ public:
     bool shareHits() const;
     bool autostartOn() const;
     const QString& autostartProblem() const { return m_autostartProblem; }
+    QString storageWarning() const;
+    /// What has happened can be dismissed, what is wrong cannot.
+    bool canDismissStorage() const;
     QStringList intervalLabels() const;
     int intervalIndex() const;
 
@@ -63,14 +68,17 @@ public:
     Q_INVOKABLE void checkLogin();
     Q_INVOKABLE void testNotification();
     Q_INVOKABLE void pickInterval(int index);
+    Q_INVOKABLE void dismissStorage();
 
 Q_SIGNALS:
     void changed();
+    void storageChanged();
     void intervalsChanged();
     void intervalIndexChanged();
 
 private:
     void store(const QString& key, bool on);
+    void noteStorage();
     void offerIntervals();
 
     AppState& m_state;

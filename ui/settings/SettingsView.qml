@@ -20,11 +20,11 @@ TDScrollPage {
 
     TDCard {
         objectName: "storageNotice"
-        visible: page.model.about.storageNotice !== ""
+        visible: page.model.storageWarning !== ""
         width: parent.width
         borderColor: TD.tint(TD.warn, 0.6)
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: page.model.about.storageNotice
+        Accessible.name: page.model.storageWarning
         RowLayout {
             width: parent.width
             spacing: TD.m
@@ -34,8 +34,15 @@ TDScrollPage {
             }
             TDLabel {
                 Layout.fillWidth: true
-                text: page.model.about.storageNotice
+                text: page.model.storageWarning
                 wrapMode: Text.Wrap
+            }
+            TDIconButton {
+                objectName: "dismissStorage"
+                visible: page.model.canDismissStorage
+                symbol: "xmark"
+                label: "Skjul meldingen"
+                onClicked: page.model.dismissStorage()
             }
         }
     }

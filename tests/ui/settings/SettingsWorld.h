@@ -45,15 +45,12 @@ struct SettingsWorld : AppWorld {
     FakeAutostart autostart;
     int loginsOpened = 0;
     std::optional<QString> engineWarning;
-    /// Of the storage; where there is none, the database is asked.
-    std::optional<QString> notice;
     SASLoginPill pill{session, [this] { ++loginsOpened; }};
     SignInDetails details{keychain, secrets};
     AboutTindra about{
         desktop,
         {QStringLiteral("WebKitGTK 2.50.6"), QStringLiteral("/home/kari/.local/share/Tindra"),
-         [this] { return engineWarning; }, [this] { return notice ? notice : database.problem(); },
-         [] { return QStringLiteral("Tindra\nalt er bra"); }}};
+         [this] { return engineWarning; }, [] { return QStringLiteral("Tindra\nalt er bra"); }}};
     SettingsView view{state, database, airline, notifier, autostart, pill, details, about};
 
     void storeDetails(const QString& user, const QString& password) {

@@ -123,6 +123,7 @@ private Q_SLOTS:
         QCOMPARE(world.state.pollIntervalMin(), 10);
         QCOMPARE(page.find(u"interval"_s)->property("currentIndex").toInt(), 1);
         QVERIFY(page.isShown(*world.database.problem()));
+        QVERIFY(!page.find(u"dismissStorage"_s));
         page.verifyNoWarnings();
     }
 
