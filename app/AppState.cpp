@@ -22,6 +22,8 @@ namespace {
 constexpr int mostMatches = 2000;
 constexpr double usualIntervalMinutes = 10;
 constexpr std::chrono::duration<double> freshness{30 * 60};
+/// Strangers' finds that are announced at once; the others wait for the next refresh.
+constexpr qsizetype mostFreshAtOnce = 20;
 /// Finds compared with the watchers in one turn of the event loop.
 constexpr qsizetype findsPerTurn = 20;
 const QString hub = u"CPH"_s;
@@ -46,6 +48,7 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     , m_pollIntervalMin(
           Worker::intervalMinutes(database.get(u"poll_interval_min"_s), usualIntervalMinutes)) {
     connect(&worker, &Worker::stored, this, &AppState::reload);
+    database.forgetTravelledCommunityFinds();
     reload();
 }
 
@@ -143,12 +146,14 @@ void AppState::finishOnboarding() {
 
 QCoro::Task<> AppState::refreshCommunity() {
     const QPointer self(this);
+    // An older answer that comes later than a newer one says nothing any more.
+    const int number = ++m_refreshes;
     const QStringList routes = watchedRoutes();
     const auto answer = co_await m_community.fetchHits(routes);
-    if (!self)
+    if (!self || number != m_refreshes)
         co_return;
-    QList<Match> hits = co_await concerning(answer.value_or(QList<Match>()));
-    if (!self)
+    QList<Match> hits = co_await concerning(answer ? answer->hits : QList<Match>());
+    if (!self || number != m_refreshes)
         co_return;
     // Sharing may have been switched off meanwhile.
     if (!m_community.isSharing()) {
@@ -162,13 +167,22 @@ QCoro::Task<> AppState::refreshCommunity() {
 }
 
 /// What others have found and then sold out is no longer offered.
-void AppState::removeGone(const QList<Match>& answer, const QStringList& asked) {
-    const auto gone = CommunityFind::gone(m_matches, answer, asked, m_clock.now());
+void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked) {
+    const auto service = m_community.base();
+    if (std::exchange(m_service, service) != service)
+        m_served.clear();
+    const auto gone =
+        answer.isWhole ? CommunityFind::gone(m_matches, answer.hits, asked, m_served, m_clock.now())
+                       : QList<Match>();
+    for (const Match& hit : answer.hits)
+        m_served.insert(CommunityFind::identity(hit));
     if (gone.isEmpty())
         return;
     m_database.transaction([&] {
-        for (const Match& match : gone)
+        for (const Match& match : gone) {
+            m_served.remove(CommunityFind::identity(match));
             m_database.deleteMatch(match.id);
+        }
     });
     reload();
 }
@@ -195,7 +209,8 @@ void AppState::notifyFreshCommunityHits() {
     QSet<QString> taken;
     for (const Match& hit : std::as_const(m_communityHits)) {
         const QString key = CommunityFind::identity(hit);
-        if (hit.foundAt > oldest && !seen.contains(key) && !taken.contains(key)) {
+        if (fresh.size() < mostFreshAtOnce && hit.foundAt > oldest && !seen.contains(key) &&
+            !taken.contains(key)) {
             taken.insert(key);
             fresh.append(hit);
         }
@@ -225,7 +240,7 @@ void AppState::notifyFreshCommunityHits() {
         m_notifier.notifyCommunityFare(hit);
         Q_EMIT communityFound(hit);
     }
-    setMatches(m_database.recentMatches(mostMatches));
+    reload();
     setCommunityHits(m_communityHits);
 }
 

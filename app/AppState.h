@@ -9,6 +9,8 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSet>
+#include <QUrl>
 
 #include <optional>
 
@@ -17,6 +19,7 @@ class Community;
 class Database;
 class Notifier;
 class Worker;
+struct FoundByOthers;
 
 /// What all screens share: a cache over the database, refreshed by `reload`, and the three
 /// settings that they bind to. Every change goes to the database first. Main thread only.
@@ -26,7 +29,7 @@ class AppState : public QObject {
     Q_PROPERTY(bool notifyOn READ notifyOn WRITE setNotifyOn NOTIFY notifyOnChanged)
     Q_PROPERTY(double pollIntervalMin READ pollIntervalMin WRITE setPollIntervalMin NOTIFY
                    pollIntervalMinChanged)
-    Q_PROPERTY(int newToday READ newToday NOTIFY matchesChanged)
+    Q_PROPERTY(int newToday READ newToday NOTIFY reloaded)
     Q_PROPERTY(QString storageProblem READ storageProblem NOTIFY storageChanged)
     Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageChanged)
 public:
@@ -100,7 +103,7 @@ private:
     void setMatches(QList<Match> matches);
     void setCommunityHits(QList<Match> hits);
     QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
-    void removeGone(const QList<Match>& answer, const QStringList& asked);
+    void removeGone(const FoundByOthers& answer, const QStringList& asked);
     void notifyFreshCommunityHits();
 
     Database& m_database;
@@ -115,6 +118,10 @@ private:
     std::optional<PollSummary> m_lastPoll;
     QMap<qint64, int> m_matchCounts;
     QList<Match> m_communityHits;
+    int m_refreshes = 0;
+    /// What the service has had in this run, by identity, and which service that is.
+    QSet<QString> m_served;
+    std::optional<QUrl> m_service;
     bool m_onboarded = false;
     bool m_notifyOn = true;
     double m_pollIntervalMin = 10;

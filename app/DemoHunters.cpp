@@ -3,11 +3,13 @@
 
 #include "airline/SAS.h"
 #include "app/Demo.h"
+#include "core/Database.h"
 #include "core/DateFmt.h"
 #include "polling/Community.h"
 
 #include <QPointer>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -41,12 +43,28 @@ constexpr std::array wishes{
 
 } // namespace
 
-DemoHunters::DemoHunters(Community& community, Clock& clock, Site site)
-    : m_community(community), m_clock(clock), m_site(std::move(site)) {}
+DemoHunters::DemoHunters(Community& community, Database& database, Clock& clock, Site site)
+    : m_community(community), m_database(database), m_clock(clock), m_site(std::move(site)) {}
 
-Match DemoHunters::find(int number, QDate today, Instant foundAt, const Site& site) {
+/// The demo's own, with the windows that they have now.
+QList<Search> DemoHunters::watchers() const {
+    QList<Search> result = Demo::watchers(m_clock.today());
+    const auto stored = m_database.listSearches();
+    for (Search& watcher : result) {
+        const auto same = std::find_if(stored.begin(), stored.end(), [&](const Search& one) {
+            return one.origin == watcher.origin && one.destination == watcher.destination &&
+                   DateFmt::parseIso(one.dateFrom) && DateFmt::parseIso(one.dateTo);
+        });
+        if (same != stored.end())
+            watcher = *same;
+    }
+    return result;
+}
+
+Match DemoHunters::find(int number, const QList<Search>& watchers, Instant foundAt,
+                        const Site& site) {
     const Wish& wish = wishes[static_cast<size_t>(number) % wishes.size()];
-    const Search watcher = Demo::watchers(today)[wish.watcher];
+    const Search& watcher = watchers[wish.watcher];
     const QDate first = *DateFmt::parseIso(watcher.dateFrom);
     const auto days = first.daysTo(*DateFmt::parseIso(watcher.dateTo)) + 1;
     const QDateTime departs(first.addDays(number % days), QTime(8 + number % 12, 25), Qt::UTC);
@@ -83,7 +101,7 @@ QCoro::Task<> DemoHunters::start() {
         if (self)
             co_await report(++number, 0min);
         if (self && number % goneEvery == 0) {
-            const Match gone = find(number - 1, m_clock.today(), m_clock.now(), m_site);
+            const Match gone = find(number - 1, watchers(), m_clock.now(), m_site);
             const CabinSet cabins{gone.cabin};
             co_await m_community.reportSoldOut(gone.key, cabins);
         }
@@ -91,6 +109,6 @@ QCoro::Task<> DemoHunters::start() {
 }
 
 QCoro::Task<> DemoHunters::report(int number, std::chrono::minutes ago) {
-    const QList<Match> finds{find(number, m_clock.today(), m_clock.now() - ago, m_site)};
+    const QList<Match> finds{find(number, watchers(), m_clock.now() - ago, m_site)};
     co_await m_community.report(finds);
 }

@@ -27,16 +27,18 @@ QCoro::Task<> Sharing::shareRound(QList<Match> found) {
 void Sharing::start(QCoro::Task<> exchange) {
     ++m_underWay;
     exchange.then([self = QPointer(this)] {
-        if (self && --self->m_underWay == 0)
-            self->m_end.resolve(true);
+        if (!self || --self->m_underWay > 0)
+            return;
+        for (const auto& end : std::exchange(self->m_waiting, {}))
+            end.resolve(true);
     });
 }
 
 QCoro::Task<> Sharing::finished(std::chrono::milliseconds patience) {
     if (m_underWay == 0)
         co_return;
-    m_end = {};
-    const OneShot<bool> end = m_end;
+    const OneShot<bool> end;
+    m_waiting.append(end);
     const auto timer = m_clock.after(patience, [end] { end.resolve(false); });
     co_await end;
 }

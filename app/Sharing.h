@@ -34,5 +34,5 @@ private:
     AppState& m_state;
     Clock& m_clock;
     int m_underWay = 0;
-    OneShot<bool> m_end;
+    QList<OneShot<bool>> m_waiting;
 };

@@ -73,8 +73,10 @@ const Api::Endpoint* Api::endpointOf(std::string_view target) {
 
 std::optional<Response> Api::refused(Request& request) {
     const Endpoint* const endpoint = endpointOf(request.target);
+    // A round tells of many cabins that are gone, one a request.
+    const double cost = endpoint && endpoint->path == "/v1/soldout" ? 1 / findsPerToken : 1;
     if (!endpoint || !endpoint->isFree)
-        if (const int wait = m_limiter.take(request.sender, 1, m_clock()))
+        if (const int wait = m_limiter.take(request.sender, cost, m_clock()))
             return tooMany(wait);
     if (!endpoint)
         return refusal(404, "There is nothing at this address.");

@@ -134,7 +134,12 @@ void Connection::takeHead() {
     m_request.target = viewOf(message.target());
     m_request.contentType = viewOf(message[http::field::content_type]);
     m_request.hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
-    m_request.sender = senderOf(m_peer, viewOf(message["X-Forwarded-For"]), m_all.trustedProxies());
+    // A balancer may add a line of its own after the client's.
+    std::string forwardedFor;
+    const auto lines = message.equal_range("X-Forwarded-For");
+    for (auto line = lines.first; line != lines.second; ++line)
+        forwardedFor.append(viewOf(line->value())).append(",");
+    m_request.sender = senderOf(m_peer, forwardedFor, m_all.trustedProxies());
     message.clear();
     welcome(isAwaited);
 }

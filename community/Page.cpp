@@ -10,14 +10,15 @@ namespace {
 
 constexpr std::string_view opening = R"({"hits":[)";
 constexpr std::string_view closing = "]}";
+constexpr std::string_view closingWithMore = R"(],"more":true})";
 
 struct Piece {
     std::string_view json;
     Time reported;
 };
 
-PagePtr written(const std::vector<Piece>& pieces, std::size_t mostBytes) {
-    std::size_t bytes = opening.size() + closing.size();
+PagePtr written(const std::vector<Piece>& pieces, std::size_t mostBytes, bool hasMore) {
+    std::size_t bytes = opening.size() + closingWithMore.size();
     std::size_t count = 0;
     while (count < pieces.size() && bytes + pieces[count].json.size() + 1 <= mostBytes)
         bytes += pieces[count++].json.size() + 1;
@@ -32,7 +33,8 @@ PagePtr written(const std::vector<Piece>& pieces, std::size_t mostBytes) {
                                std::uint32_t(pieces[i].json.size())});
         page->json += pieces[i].json;
     }
-    page->json += closing;
+    page->hasMore = hasMore || count < pieces.size();
+    page->json += page->hasMore ? closingWithMore : closing;
     return page;
 }
 
@@ -43,18 +45,20 @@ PagePtr pageOf(const std::vector<StoredFind>& finds, std::size_t mostBytes) {
     pieces.reserve(finds.size());
     for (const StoredFind& find : finds)
         pieces.push_back({find.json, find.reported});
-    return written(pieces, mostBytes);
+    return written(pieces, mostBytes, finds.size() >= Store::mostOfRoute);
 }
 
 PagePtr merged(const std::vector<PagePtr>& pages, std::size_t mostBytes) {
     std::vector<Piece> pieces;
+    const bool hasMore =
+        std::any_of(pages.begin(), pages.end(), [](const PagePtr& page) { return page->hasMore; });
     for (const PagePtr& page : pages)
         for (const Page::Entry& find : page->finds)
             pieces.push_back(
                 {std::string_view(page->json).substr(find.begin, find.size), find.reported});
     std::stable_sort(pieces.begin(), pieces.end(),
                      [](const Piece& a, const Piece& b) { return a.reported > b.reported; });
-    return written(pieces, mostBytes);
+    return written(pieces, mostBytes, hasMore);
 }
 
 } // namespace community

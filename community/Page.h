@@ -10,7 +10,8 @@
 
 namespace community {
 
-/// A whole answer, {"hits":[…]}, newest find first, and where its finds are in it.
+/// A whole answer, {"hits":[…]}, newest find first, and where its finds are in it. One that leaves
+/// finds out for want of room has "more":true too.
 struct Page {
     struct Entry {
         Time reported;
@@ -20,6 +21,7 @@ struct Page {
 
     std::string json;
     std::vector<Entry> finds;
+    bool hasMore = false;
 };
 
 using PagePtr = std::shared_ptr<const Page>;

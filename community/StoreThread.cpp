@@ -13,6 +13,7 @@ namespace {
 
 // In one batch, so that one store call is short and its answer small.
 constexpr std::size_t changesAtOnce = 2000;
+constexpr std::chrono::milliseconds restAfterTrouble{500};
 constexpr std::size_t readsAtOnce = 32;
 // Waiting altogether.
 constexpr std::size_t mostChanges = 6000;
@@ -104,6 +105,9 @@ void StoreThread::perform(Batch batch) {
     std::vector<PagePtr> pages(batch.reads.size());
     bool isDone = false;
     try {
+        // A store that does not answer costs its patience once a while, not once a batch.
+        if (std::chrono::steady_clock::now() < m_retryAt)
+            throw StoreError(m_trouble);
         const Time now = m_clock();
         if (!batch.reads.empty()) {
             std::vector<std::string> routes;
@@ -124,6 +128,8 @@ void StoreThread::perform(Batch batch) {
         isDone = true;
         note({});
     } catch (const StoreError& error) {
+        if (std::chrono::steady_clock::now() >= m_retryAt)
+            m_retryAt = std::chrono::steady_clock::now() + restAfterTrouble;
         note(error.what());
     }
     m_post([batch = std::move(batch), pages = std::move(pages), isDone] {
@@ -143,6 +149,7 @@ void StoreThread::note(const std::string& trouble) {
     else if (m_log && !trouble.empty() && !m_isInTrouble)
         m_log("the store does not answer: " + trouble);
     m_isInTrouble = !trouble.empty();
+    m_trouble = trouble;
 }
 
 } // namespace community

@@ -65,6 +65,9 @@ private:
     Post m_post;
     Log m_log;
     bool m_isInTrouble = false;
+    /// What the store said last, and when it is asked again.
+    std::string m_trouble;
+    std::chrono::steady_clock::time_point m_retryAt;
 
     std::mutex m_mutex;
     std::condition_variable m_wakeUp;

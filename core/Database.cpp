@@ -232,6 +232,13 @@ QMap<qint64, int> Database::activeMatchCounts() {
     return counts;
 }
 
+void Database::forgetTravelledCommunityFinds() {
+    // Fare keys begin with the date.
+    m_db.change("DELETE FROM seen WHERE search_id = ? AND fare_key < ? "
+                "AND fare_key GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]-*'",
+                Match::communitySearchId, DateFmt::iso(m_clock.today()));
+}
+
 void Database::deleteMatch(qint64 id) {
     m_db.change("DELETE FROM matches WHERE id = ?", id);
 }

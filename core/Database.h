@@ -94,6 +94,8 @@ public:
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
     void deleteMatch(qint64 id);
+    /// Forgets that others' finds were seen whose travel date is past.
+    void forgetTravelledCommunityFinds();
     /// Forgets all offers, but not that they were seen, and keeps them aside for `restoreMatches`
     /// until they are next taken. False when there were none or they could not be forgotten.
     bool takeMatches();

@@ -15,6 +15,8 @@ namespace {
 
 /// The service takes no more in one request.
 constexpr qsizetype findsPerRequest = 200;
+/// Finds that are read of one answer.
+constexpr qsizetype mostFinds = 5000;
 /// Finds read in one turn of the event loop, so that a long answer holds nobody up.
 constexpr qsizetype findsPerTurn = 200;
 constexpr int ok = 200;
@@ -29,10 +31,12 @@ QUrl address(QUrl base, const QString& path) {
 
 } // namespace
 
-Community::Community(Database& database, HttpSession& session, Clock& clock, QString builtInBase)
+Community::Community(Database& database, HttpSession& session, Clock& clock, Site site,
+                     QString builtInBase)
     : m_database(database)
     , m_session(session)
     , m_clock(clock)
+    , m_site(std::move(site))
     , m_builtInBase(std::move(builtInBase)) {}
 
 QString Community::builtInBaseAddress() {
@@ -55,12 +59,12 @@ std::optional<QUrl> Community::base() const {
     return url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
 }
 
-QCoro::Task<std::optional<QList<Match>>> Community::fetchHits(QStringList routes) {
+QCoro::Task<std::optional<FoundByOthers>> Community::fetchHits(QStringList routes) {
     const QPointer self(this);
-    std::optional<QList<Match>> hits;
+    std::optional<FoundByOthers> found;
     const auto base = this->base();
     if (!isSharing() || !base || routes.isEmpty())
-        co_return hits;
+        co_return found;
     HttpRequest request;
     request.url = address(*base, u"v1/hits"_s);
     QUrlQuery query;
@@ -68,20 +72,24 @@ QCoro::Task<std::optional<QList<Match>>> Community::fetchHits(QStringList routes
     request.url.setQuery(query);
     const auto response = co_await m_session.send(request);
     if (!self || !response || response->status != ok)
-        co_return hits;
-    const auto objects = CommunityFind::objects(response->body);
-    if (!objects)
-        co_return hits;
-    hits.emplace();
-    for (qsizetype i = 0; i < objects->size(); ++i) {
-        if (auto match = CommunityFind::fromJson(objects->at(i), m_clock.now()))
-            hits->append(std::move(*match));
+        co_return found;
+    const auto answer = CommunityFind::read(response->body);
+    if (!answer)
+        co_return found;
+    found.emplace();
+    found->isWhole = answer->isWhole && answer->finds.size() <= mostFinds;
+    for (qsizetype i = 0; i < std::min(answer->finds.size(), mostFinds); ++i) {
+        auto match = CommunityFind::fromJson(answer->finds.at(i), m_clock.now());
+        if (match && !m_site.bookingAddress(match->bookingURL))
+            match->bookingURL.clear();
+        if (match)
+            found->hits.append(std::move(*match));
         if (i % findsPerTurn == findsPerTurn - 1)
             co_await nextTurn();
         if (!self)
-            co_return hits;
+            co_return found;
     }
-    co_return hits;
+    co_return found;
 }
 
 QCoro::Task<> Community::report(QList<Match> matches) {
@@ -89,7 +97,8 @@ QCoro::Task<> Community::report(QList<Match> matches) {
     const auto base = this->base();
     if (!isSharing() || !base)
         co_return;
-    matches.removeIf([](const Match& match) { return match.soldOut; });
+    matches.removeIf(
+        [](const Match& match) { return match.soldOut || !CommunityFind::isShareable(match); });
     while (!matches.isEmpty()) {
         QJsonArray finds;
         while (!matches.isEmpty() && finds.size() < findsPerRequest)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "polling/CommunityFind.h"
 
+#include "core/DateFmt.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -13,17 +15,23 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype longestText = 200;
+/// What the service takes; a name's letters may be two bytes each.
+constexpr qsizetype longestName = 40;
+constexpr qsizetype longestKey = 120;
 constexpr qsizetype longestAddress = 2000;
 constexpr double largestNumber = 10'000'000;
 /// The service keeps a find for 90 minutes from when it was reported, which is after it was found;
 /// the rest is for clocks that disagree.
 constexpr std::chrono::minutes certainLife{80};
-/// With so many finds of a route, the service leaves out the oldest.
-constexpr int fullRoute = 150;
 
 QString cut(QString text, qsizetype length = longestText) {
     text.truncate(length);
-    text.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
+    // Characters that control, turn the text around or break the line are no part of a name.
+    text.removeIf([](QChar c) {
+        const auto category = c.category();
+        return category == QChar::Other_Control || category == QChar::Other_Format ||
+               category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
+    });
     // Half of a pair is no character.
     if (!text.isEmpty() && text.back().isHighSurrogate())
         text.chop(1);
@@ -47,11 +55,11 @@ QJsonObject CommunityFind::toJson(const Match& match) {
     return {{u"key"_s, match.key},
             {u"cabin"_s, match.cabin},
             {u"route"_s, match.route},
-            {u"fromCity"_s, match.fromCity},
-            {u"toCity"_s, match.toCity},
-            {u"depart"_s, match.depart},
-            {u"arrive"_s, match.arrive},
-            {u"stopsText"_s, match.stopsText},
+            {u"fromCity"_s, cut(match.fromCity, longestName)},
+            {u"toCity"_s, cut(match.toCity, longestName)},
+            {u"depart"_s, cut(match.depart, longestName)},
+            {u"arrive"_s, cut(match.arrive, longestName)},
+            {u"stopsText"_s, cut(match.stopsText, longestName)},
             {u"flight"_s, match.flight},
             {u"durationMin"_s, match.durationMinutes},
             {u"seats"_s, match.seats},
@@ -82,6 +90,8 @@ std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant 
     match.seats = wholeNumber(object["seats"_L1]);
     match.points = wholeNumber(object["points"_L1]);
     match.travelDate = text("travelDate"_L1);
+    if (!DateFmt::parseIso(match.travelDate))
+        match.travelDate.clear();
     match.bookingURL = cut(object["bookingUrl"_L1].toString(), longestAddress);
     match.foundAt =
         instantFromSeconds(std::clamp(object["foundAt"_L1].toDouble(), 0.0, secondsSince1970(now)));
@@ -90,33 +100,38 @@ std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant 
     return match;
 }
 
-std::optional<QList<QJsonObject>> CommunityFind::objects(const QByteArray& answer) {
-    const QJsonValue hits = QJsonDocument::fromJson(answer).object()["hits"_L1];
-    if (!hits.isArray())
+bool CommunityFind::isShareable(const Match& match) {
+    const QString begin = match.travelDate + u'-' + match.route + u'-';
+    return DateFmt::parseIso(match.travelDate) && match.key.startsWith(begin) &&
+           match.key.size() > begin.size() && match.key.size() <= longestKey;
+}
+
+std::optional<CommunityFind::Answer> CommunityFind::read(const QByteArray& text) {
+    const QJsonObject object = QJsonDocument::fromJson(text).object();
+    if (!object["hits"_L1].isArray())
         return std::nullopt;
-    QList<QJsonObject> result;
-    const QJsonArray array = hits.toArray();
+    Answer answer{{}, !object["more"_L1].toBool()};
+    const QJsonArray array = object["hits"_L1].toArray();
     for (const QJsonValue& value : array) {
         if (!value.isObject())
             return std::nullopt;
-        result.append(value.toObject());
+        answer.finds.append(value.toObject());
     }
-    return result;
+    return answer;
 }
 
 QList<Match> CommunityFind::gone(const QList<Match>& stored, const QList<Match>& answer,
-                                 const QStringList& asked, Instant now) {
+                                 const QStringList& asked, const QSet<QString>& served,
+                                 Instant now) {
     QSet<QString> present;
-    QHash<QString, int> ofRoute;
-    for (const Match& find : answer) {
+    for (const Match& find : answer)
         present.insert(identity(find));
-        ++ofRoute[find.route];
-    }
     QList<Match> result;
     for (const Match& match : stored) {
-        const bool wasAsked = match.searchId == Match::communitySearchId && !match.soldOut &&
-                              asked.contains(match.route) && ofRoute.value(match.route) < fullRoute;
-        if (wasAsked && now - match.foundAt < certainLife && !present.contains(identity(match)))
+        const QString key = identity(match);
+        const bool isTheirs = match.searchId == Match::communitySearchId && !match.soldOut;
+        if (isTheirs && asked.contains(match.route) && served.contains(key) &&
+            !present.contains(key) && now - match.foundAt < certainLife)
             result.append(match);
     }
     return result;

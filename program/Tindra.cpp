@@ -67,7 +67,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders)
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , secrets(openSecrets(line, clock))
     , notifications(QDBusConnection::sessionBus())
-    , community(database, network, clock, communityBase(demo.get())) {
+    , community(database, network, clock, site, communityBase(demo.get())) {
     QObject::connect(secrets.get(), &SecretStore::unavailable, sayAndNote);
     QObject::connect(&notifications, &NotificationCenter::unavailable, sayAndNote);
     QObject::connect(
@@ -79,7 +79,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders)
     notifier.requestPermission();
     // With a service of their own choice, people are among real hunters.
     if (demo && communityBase(demo.get()) == demo->community()) {
-        hunters = std::make_unique<DemoHunters>(community, clock, site);
+        hunters = std::make_unique<DemoHunters>(community, database, clock, site);
         hunters->start();
     }
 }

@@ -91,10 +91,6 @@ AboutTindra::Sources WindowProgram::aboutSources() const {
     const QString engine = WebKitRuntime::version();
     return {engine, m_tindra.folders.data(),
             [this, engine] { return EngineAge::warning(engine, m_tindra.clock.today()); },
-            [this] {
-                const auto problem = m_tindra.database.problem();
-                return problem ? problem : m_tindra.database.notice();
-            },
             [this, engine] {
                 const Diagnosis::Program program{engine, m_tindra.webKit->isSandboxed(),
                                                  m_tindra.folders.data(), QDir::homePath(),

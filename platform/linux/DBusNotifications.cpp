@@ -7,6 +7,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QVariantMap>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,10 @@ DBusNotifications::DBusNotifications(QDBusConnection bus, QObject* parent)
                   SLOT(chosen(uint, QString)));
     m_bus.connect({}, objectPath, interfaceName, u"NotificationClosed"_s, this,
                   SLOT(closed(uint, uint)));
+    // A new service counts its notifications afresh.
+    auto* owner = new QDBusServiceWatcher(interfaceName, m_bus,
+                                          QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] { m_subjects.clear(); });
 }
 
 void DBusNotifications::requestAuthorization() {

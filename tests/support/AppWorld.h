@@ -24,7 +24,7 @@ struct AppWorld {
     FakeLegFetcher airline;
     Worker worker{database, airline, notifier, clock, Site{}};
     FakeHttpSession http;
-    Community community{database, http, clock, QStringLiteral("https://community.test")};
+    Community community{database, http, clock, Site{}, QStringLiteral("https://community.test")};
     AppState state{database, worker, community, notifier, clock};
 
     AppWorld() = default;

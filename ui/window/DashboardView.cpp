@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 DashboardView::DashboardView(AppState& state, SessionState& session)
     : m_state(state), m_session(session) {
     connect(&state, &AppState::searchesChanged, this, &DashboardView::changed);
-    connect(&state, &AppState::matchesChanged, this, &DashboardView::changed);
+    connect(&state, &AppState::reloaded, this, &DashboardView::changed);
     connect(&state, &AppState::lastPollChanged, this, &DashboardView::changed);
     connect(&session, &SessionState::loginStatusChanged, this, &DashboardView::changed);
 }

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 RootView::RootView(AppState& state, Database& database, LegFetcher& fetcher, bool isDemo)
     : m_state(state), m_database(database), m_fetcher(fetcher), m_isDemo(isDemo) {
     connect(&state, &AppState::onboardedChanged, this, &RootView::onboardedChanged);
-    connect(&state, &AppState::matchesChanged, this, &RootView::hitsBadgeChanged);
+    connect(&state, &AppState::reloaded, this, &RootView::hitsBadgeChanged);
     // Every reload has asked the database, which then knows how it is.
     connect(&state, &AppState::reloaded, this, &RootView::noticeChanged);
 }
