@@ -14,7 +14,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -26,12 +25,6 @@ constexpr std::chrono::duration<double> freshness{30 * 60};
 /// Finds compared with the watchers in one turn of the event loop.
 constexpr qsizetype findsPerTurn = 20;
 const QString hub = u"CPH"_s;
-
-double intervalOf(const std::optional<QString>& text) {
-    bool isNumber = false;
-    const double minutes = text.value_or(QString()).toDouble(&isNumber);
-    return isNumber && std::isfinite(minutes) ? minutes : usualIntervalMinutes;
-}
 
 /// Where a find of a stranger belongs once it is stored.
 Match asStored(Match hit) {
@@ -50,7 +43,8 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     , m_clock(clock)
     , m_onboarded(database.isOn(u"onboarded"_s, false))
     , m_notifyOn(database.isOn(u"native_notify"_s, true))
-    , m_pollIntervalMin(intervalOf(database.get(u"poll_interval_min"_s))) {
+    , m_pollIntervalMin(
+          Worker::intervalMinutes(database.get(u"poll_interval_min"_s), usualIntervalMinutes)) {
     connect(&worker, &Worker::stored, this, &AppState::reload);
     reload();
 }
@@ -117,7 +111,22 @@ void AppState::reload() {
     const auto lastPoll = Worker::loadSummary(m_database);
     if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
         Q_EMIT lastPollChanged();
+    noteStorage();
     Q_EMIT reloaded();
+}
+
+void AppState::noteStorage() {
+    const QString problem = m_database.problem().value_or(QString());
+    const QString notice = m_database.notice().value_or(QString());
+    const bool isProblemNew = std::exchange(m_storageProblem, problem) != problem;
+    const bool isNoticeNew = std::exchange(m_storageNotice, notice) != notice;
+    if (isProblemNew || isNoticeNew)
+        Q_EMIT storageChanged();
+}
+
+void AppState::dismissStorageNotice() {
+    m_database.dismissNotice();
+    noteStorage();
 }
 
 void AppState::addSearchAndRun(const Search& search) {

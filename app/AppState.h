@@ -27,6 +27,8 @@ class AppState : public QObject {
     Q_PROPERTY(double pollIntervalMin READ pollIntervalMin WRITE setPollIntervalMin NOTIFY
                    pollIntervalMinChanged)
     Q_PROPERTY(int newToday READ newToday NOTIFY matchesChanged)
+    Q_PROPERTY(QString storageProblem READ storageProblem NOTIFY storageChanged)
+    Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageChanged)
 public:
     /// Loads the settings and everything else. All must outlive the state.
     AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
@@ -46,6 +48,11 @@ public:
     bool notifyOn() const { return m_notifyOn; }
     /// Minutes.
     double pollIntervalMin() const { return m_pollIntervalMin; }
+    /// Why nothing can be stored, in Norwegian; empty when all is well.
+    const QString& storageProblem() const { return m_storageProblem; }
+    /// What has happened to the stored data, in Norwegian, until it is dismissed; mostly empty.
+    const QString& storageNotice() const { return m_storageNotice; }
+    Q_INVOKABLE void dismissStorageNotice();
 
     /// These two change what is shown; whoever offers the choice stores it.
     void setNotifyOn(bool on);
@@ -79,6 +86,7 @@ Q_SIGNALS:
     void onboardedChanged();
     void notifyOnChanged();
     void pollIntervalMinChanged();
+    void storageChanged();
 
 private:
     /// What `direction` needs of a watcher.
@@ -87,6 +95,7 @@ private:
         QStringList codes;
     };
 
+    void noteStorage();
     void setSearches(QList<Search> searches);
     void setMatches(QList<Match> matches);
     void setCommunityHits(QList<Match> hits);
@@ -109,4 +118,6 @@ private:
     bool m_onboarded = false;
     bool m_notifyOn = true;
     double m_pollIntervalMin = 10;
+    QString m_storageProblem;
+    QString m_storageNotice;
 };

@@ -1,20 +1,30 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/commands/DataCommand.h"
+
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// What the user asked for on the command line.
 struct CommandLine {
-    enum class Command { help, version, hunt, signIn };
+    enum class Command { help, version, window, hunt, signIn, data, restore };
 
     Command command = Command::help;
+    /// With Command::window: begin without showing it.
+    bool hidden = false;
     /// One round instead of the loop.
     bool once = false;
     /// Results as JSON on standard output.
     bool json = false;
     /// The stand-in airline and a data folder of its own.
     bool demo = false;
+    /// With Command::data only.
+    std::optional<DataCommand> data{};
+    /// With Command::restore only.
+    Restore restore{};
 
     bool operator==(const CommandLine&) const = default;
 
@@ -22,4 +32,8 @@ struct CommandLine {
     /// no sense.
     static CommandLine parse(const QStringList& arguments);
     static QString helpText();
+
+private:
+    void parseWeb(const QString& name, const QStringList& words);
+    void parseData(const QString& name, const QStringList& words);
 };

@@ -94,6 +94,9 @@ void Hunt::sayWhatIsMissing() {
     sayIfNothingIsStored();
     if (m_saidProblem)
         return;
+    // Until the user has seen it in the window.
+    if (const auto notice = m_database.notice())
+        m_output.progress(*notice);
     const auto searches = m_database.listSearches();
     if (std::none_of(searches.begin(), searches.end(),
                      [](const Search& search) { return search.enabled; }))

@@ -1,69 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "app/HuntReport.h"
 
-#include "core/Cabin.h"
-#include "core/DateFmt.h"
+#include "app/MatchOutput.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QJsonObject json(const Match& m) {
-    return {{u"id"_s, m.id},
-            {u"searchId"_s, m.searchId},
-            {u"key"_s, m.key},
-            {u"route"_s, m.route},
-            {u"fromCity"_s, m.fromCity},
-            {u"toCity"_s, m.toCity},
-            {u"depart"_s, m.depart},
-            {u"arrive"_s, m.arrive},
-            {u"stopsText"_s, m.stopsText},
-            {u"flight"_s, m.flight},
-            {u"durationMinutes"_s, m.durationMinutes},
-            {u"cabin"_s, m.cabin},
-            {u"seats"_s, m.seats},
-            {u"points"_s, m.points},
-            {u"travelDate"_s, m.travelDate},
-            {u"bookingURL"_s, m.bookingURL},
-            {u"soldOut"_s, m.soldOut},
-            {u"foundAt"_s, secondsSince1970(m.foundAt)},
-            {u"isCommunity"_s, m.isCommunity}};
-}
-
-QJsonArray json(const QList<Match>& matches) {
-    QJsonArray list;
-    for (const Match& match : matches)
-        list.append(json(match));
-    return list;
-}
-
-QString cabinNames(const QString& cabins) {
-    QStringList names;
-    for (const QString& cabin : cabins.split(u',', Qt::SkipEmptyParts))
-        names.append(cabinLabel(cabin));
-    return names.join(u", "_s);
-}
-
-QString offerLine(const Match& m) {
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
-    const QString points =
-        m.points > 0 ? u"%1 poeng"_s.arg(norwegian.toString(m.points)) : u"pris ukjent"_s;
-    return u"  %1  %2  %3  %4  %5  %6  %7"_s.arg(
-        DateFmt::shortDate(m.travelDate), m.route, cabinLabel(m.cabin).leftJustified(8),
-        u"%1 seter"_s.arg(m.seats), points.rightJustified(14), m.flight, m.stopsText);
-}
-
-} // namespace
-
 QByteArray HuntReport::toJson() const {
     return QJsonDocument(QJsonObject{{u"summary"_s, summary.toJson()},
-                                     {u"new"_s, json(found)},
-                                     {u"soldOut"_s, json(soldOut)}})
+                                     {u"new"_s, MatchOutput::array(found)},
+                                     {u"soldOut"_s, MatchOutput::array(soldOut)}})
         .toJson(QJsonDocument::Compact);
 }
 
@@ -78,11 +26,9 @@ QString HuntReport::toText() const {
     if (!found.isEmpty())
         lines.append(u"Nytt:"_s);
     for (const Match& match : found)
-        lines.append(offerLine(match));
-    if (!soldOut.isEmpty())
-        lines.append(u"Utsolgt:"_s);
-    for (const Match& match : soldOut)
-        lines.append(u"  %1  %2"_s.arg(match.route, cabinNames(match.cabin)));
+        lines.append(MatchOutput::line(match));
+    for (const Match& record : soldOut)
+        lines.append(MatchOutput::line(record));
     if (!summary.errors.isEmpty())
         lines.append(u"Feil:"_s);
     for (const QString& error : summary.errors)

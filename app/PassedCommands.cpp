@@ -18,8 +18,14 @@ constexpr auto waitStep = 200ms;
 
 } // namespace
 
-PassedCommands::PassedCommands(MakeHunt makeHunt, SignIn& signIn, Worker& worker, Clock& clock)
-    : m_makeHunt(std::move(makeHunt)), m_signIn(signIn), m_worker(worker), m_clock(clock) {}
+PassedCommands::PassedCommands(MakeHunt makeHunt, RunData runData, ShowWindow showWindow,
+                               SignIn& signIn, Worker& worker, Clock& clock)
+    : m_makeHunt(std::move(makeHunt))
+    , m_runData(std::move(runData))
+    , m_showWindow(std::move(showWindow))
+    , m_signIn(signIn)
+    , m_worker(worker)
+    , m_clock(clock) {}
 
 QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
     CommandAnswer refusal{Hunt::wrongUsage, {}, u"Tindra som kjører, forstår ikke kommandoen."_s};
@@ -34,6 +40,12 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         co_return co_await hunt(line.json);
     if (line.command == CommandLine::Command::signIn)
         co_return co_await signIn();
+    if (line.command == CommandLine::Command::data)
+        co_return m_runData(*line.data);
+    if (line.command == CommandLine::Command::window) {
+        refusal.err = m_showWindow();
+        refusal.exitCode = refusal.err.isEmpty() ? Hunt::roundEnded : Hunt::cannotStart;
+    }
     co_return refusal;
 }
 
@@ -41,7 +53,7 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
 QCoro::Task<CommandAnswer> PassedCommands::hunt(bool json) {
     const QPointer self(this);
     const auto answer = std::make_shared<CommandAnswer>();
-    while (self && m_worker.isRunning())
+    while (self && m_worker.isBusy())
         co_await m_clock.sleep(waitStep);
     if (!self)
         co_return *answer;

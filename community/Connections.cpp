@@ -8,6 +8,13 @@
 
 namespace community {
 
+namespace {
+
+// Memory is given back soon by most who have some, so nobody is sent away for it at once.
+constexpr std::chrono::milliseconds patience{50};
+
+} // namespace
+
 Connections::Connections(Api& api, const Limits& limits, Clock clock,
                          std::vector<boost::asio::ip::address> trustedProxies)
     : m_api(api)
@@ -33,9 +40,11 @@ void Connections::remove(const std::shared_ptr<Connection>& connection) {
 
 // Returns the memory that it will give back; without anybody to close, 0.
 std::size_t Connections::closeLongestWaiting(bool withMemory) {
+    const auto latest = std::chrono::steady_clock::now() - patience;
     std::shared_ptr<Connection> longest;
     for (const auto& connection : m_open)
-        if (connection->isWaitingForClient() && (!withMemory || connection->taken() > 0) &&
+        if (connection->isWaitingForClient() &&
+            (!withMemory || (connection->taken() > 0 && connection->waitingSince() <= latest)) &&
             (!longest || connection->waitingSince() < longest->waitingSince()))
             longest = connection;
     if (!longest)
@@ -57,6 +66,7 @@ void Connections::tick() {
     for (const auto& connection : open)
         if (connection->isWaitingForClient() && connection->deadline() <= now)
             connection->endWait();
+    m_room.serve();
 }
 
 void Connections::closeAll() {

@@ -37,7 +37,7 @@ public:
     /// The memory that they share.
     Room& room() { return m_room; }
 
-    /// To be called a few times a second: ends what takes too long.
+    /// To be called ten times a second: ends what takes too long.
     void tick();
     void closeAll();
 

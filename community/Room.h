@@ -19,6 +19,9 @@ public:
     /// Calls `proceed` at once or later, when there are `bytes`, which is at most all of the room.
     void take(std::size_t bytes, std::function<void()> proceed);
     void giveBack(std::size_t bytes);
+    /// Lets in who fits, and makes room for the next. To be called now and then too, for with time
+    /// there may be somebody to send away.
+    void serve();
     /// Forgets who stands in line.
     void close() { m_line.clear(); }
 
@@ -29,8 +32,6 @@ private:
         std::size_t bytes;
         std::function<void()> proceed;
     };
-
-    void serve();
 
     std::size_t m_most;
     std::function<std::size_t()> m_evict;

@@ -25,7 +25,7 @@ namespace {
 
 // Of answers that are kept ready.
 constexpr std::size_t mostKeptBytes = 8 * 1024 * 1024;
-constexpr std::chrono::milliseconds tickInterval{250};
+constexpr std::chrono::milliseconds tickInterval{100};
 
 std::unique_ptr<Store> storeOf(const Options& options) {
     if (!options.store.starts_with("redis:"))

@@ -22,7 +22,7 @@ struct Limits {
     std::chrono::milliseconds response{10'000}; ///< for the client to take the whole answer
     std::uint32_t header = 16 * 1024;           ///< bytes
     std::size_t body = 256 * 1024;              ///< bytes
-    std::size_t memory = 12 * 1024 * 1024;      ///< bytes of all bodies and answers on their way
+    std::size_t memory = 20 * 1024 * 1024;      ///< bytes of all bodies and answers on their way
     std::size_t finds = 200'000;                ///< kept in SQLite; then the oldest are dropped
 };
 

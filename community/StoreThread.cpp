@@ -72,19 +72,18 @@ void StoreThread::run() {
     sigaddset(&broken, SIGPIPE);
     pthread_sigmask(SIG_BLOCK, &broken, nullptr);
 
-    for (;;) {
-        Batch batch = take();
-        if (m_isEnding)
-            return;
-        perform(std::move(batch));
-    }
+    while (std::optional<Batch> batch = take())
+        perform(std::move(*batch));
 }
 
-StoreThread::Batch StoreThread::take() {
+// Absent at the end.
+std::optional<StoreThread::Batch> StoreThread::take() {
     std::unique_lock lock(m_mutex);
     m_wakeUp.wait(lock, [this] {
         return m_isEnding || !m_writes.empty() || !m_reads.empty() || !m_pings.empty();
     });
+    if (m_isEnding)
+        return std::nullopt;
     Batch batch;
     std::size_t changes = 0;
     while (!m_writes.empty() && changes < changesAtOnce) {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -55,7 +56,7 @@ private:
     };
 
     void run();
-    Batch take();
+    std::optional<Batch> take();
     void perform(Batch batch);
     void note(const std::string& trouble);
 

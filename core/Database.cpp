@@ -62,12 +62,11 @@ Match readMatch(const SqliteRow& row) {
 
 } // namespace
 
-Database::Database(const QString& folder, const Clock& clock) : m_clock(clock) {
-    open(folder);
-}
-
 bool Database::transaction(const std::function<void()>& work) {
     m_failed = false;
+    // A file that was refused stays so until `recover` has opened it.
+    if (m_problem && !m_isOpen)
+        return false;
     if (!m_db.execute("BEGIN IMMEDIATE"))
         return false;
     auto rollBack = qScopeGuard([this] { m_db.execute("ROLLBACK"); });
@@ -84,7 +83,11 @@ void Database::noteFailure(const QString& message) {
     // Once is enough until something works again.
     if (m_problem)
         return;
-    m_problem = u"Tindra får ikke lagret noe (%1). Det prøves igjen i neste runde."_s.arg(message);
+    m_problem = m_db.isDamaged()
+                    ? u"Databasen er skadet, og Tindra får ikke lagret noe. Start Tindra på nytt, "
+                      "så settes den til side og den siste gode kopien tas i bruk."_s
+                    : u"Tindra får ikke lagret noe (%1). Det prøves igjen i neste runde."_s.arg(
+                          m_db.reason());
     TDLog::note(u"database: lagring feilet: "_s + message);
 }
 

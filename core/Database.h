@@ -27,14 +27,36 @@ public:
         bool operator==(const Seen&) const = default;
     };
 
-    /// Opens `folder`/tindra.sqlite, creating what is missing and upgrading what is old. `clock`
-    /// must outlive the database.
-    Database(const QString& folder, const Clock& clock);
+    enum class Access {
+        /// This process has the folder to itself, apart from `guest`s.
+        owner,
+        /// Another process has the folder: nothing is created, repaired or upgraded here.
+        guest,
+    };
+
+    /// Opens `folder`/tindra.sqlite, creating what is missing, upgrading what is old (after a copy)
+    /// and putting the last good copy, or a fresh file, in the place of one that is damaged. The
+    /// file of a later version is left alone. `clock` must outlive the database.
+    Database(const QString& folder, const Clock& clock, Access access = Access::owner);
     Q_DISABLE_COPY_MOVE(Database)
 
     /// Why nothing can be stored, in Norwegian; absent when all is well, and again when storing
     /// has worked after a failure.
     const std::optional<QString>& problem() const { return m_problem; }
+    /// Tries again where there is a problem, which goes away when storing works.
+    void recover();
+
+    /// What has happened to the user's data, in Norwegian, until they have seen it: the damaged
+    /// file was replaced. Absent when nothing has.
+    std::optional<QString> notice();
+    void dismissNotice();
+
+    /// Makes today's copy where there is none, and keeps three of them. A good file of ordinary
+    /// size takes some milliseconds, one of 13 MB up to 250.
+    void keepDailyCopy();
+    /// Writes everything to a file of its own, which may replace an earlier such file but nothing
+    /// else. Returns why that failed, in Norwegian; absent when the file is there.
+    std::optional<QString> copyTo(const QString& file);
 
     /// Runs `work`; all its changes are stored together, or none of them when one fails. They are
     /// on the disk when this returns true. Not to be nested.
@@ -85,14 +107,29 @@ public:
                     const QString& label);
 
 private:
-    void open(const QString& folder);
+    void open();
+    bool isUsable();
+    bool replaceDamaged();
+    bool copyBeforeUpgrade();
+    void upgrade();
+    std::optional<QString> writeCopy(const QString& file);
+    void refuse(const QString& problem);
     void noteFailure(const QString& message);
     void cleanupMismatchedMatches();
     void cleanupDuplicateMatches();
 
+    QString m_folder;
     const Clock& m_clock;
+    Access m_access;
     SqliteConnection m_db;
     std::optional<QString> m_problem;
+    /// The file was opened, and took changes then.
+    bool m_isOpen = false;
+    /// The file's `user_version` when it was opened.
+    int m_version = 0;
+    /// The last day whose copy was made, or could not be.
+    QDate m_lastCopy;
+    QString m_lastRefusal;
     /// A statement has failed since the transaction began.
     bool m_failed = false;
 };

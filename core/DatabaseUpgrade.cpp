@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How a database file is created, brought up to date and cleaned when it is opened.
+// How a database file is filled, brought up to date and cleaned when it is opened.
 #include "airports/Airports.h"
 #include "core/Database.h"
-#include "core/TDLog.h"
-
-#include <QDir>
-#include <QFile>
-
-#include <sys/stat.h>
+#include "core/DatabaseCopies.h"
+#include "core/DatabaseFile.h"
 
 using namespace Qt::StringLiterals;
 
@@ -61,40 +57,36 @@ CREATE TABLE IF NOT EXISTS kv (key TEXT PRIMARY KEY, value TEXT NOT NULL);
 
 } // namespace
 
-void Database::open(const QString& folder) {
-    if (!QFileInfo::exists(folder)) {
-        QDir().mkpath(folder);
-        ::chmod(QFile::encodeName(folder).constData(), S_IRWXU);
-    }
-    const QString path = folder + u"/tindra.sqlite"_s;
-    QString firstError;
-    m_db.setErrorHandler([&firstError](const QString& message) {
-        if (firstError.isEmpty())
-            firstError = message;
+/// Nothing here harms a file that is up to date already.
+void Database::upgrade() {
+    QString failure;
+    m_db.setErrorHandler([this, &failure](const QString&) {
+        if (failure.isEmpty())
+            failure = m_db.reason();
     });
-    m_db.open(path);
     // What is announced must survive a power cut, so every commit reaches the disk.
     m_db.execute("PRAGMA journal_mode = WAL");
     m_db.execute("PRAGMA synchronous = FULL");
     m_db.execute(schema);
     // A write that changes nothing shows whether the file takes any.
     m_db.execute("DELETE FROM kv WHERE key = ''");
-    if (!firstError.isEmpty()) {
-        m_problem = u"Databasen %1 kan ikke brukes (%2). Ingenting blir lagret. Sjekk at filen er "
-                    u"en Tindra-database og at du har skrivetilgang."_s.arg(path, firstError);
-        TDLog::note(u"database: "_s + *m_problem);
-    } else {
-        // Files of earlier versions lack these; the failure on all others means nothing.
-        m_db.execute("ALTER TABLE matches ADD COLUMN duration_min INTEGER NOT NULL DEFAULT 0");
-        m_db.execute("ALTER TABLE searches ADD COLUMN include_partners INTEGER NOT NULL DEFAULT 0");
-    }
-    m_db.setErrorHandler([this](const QString& message) { noteFailure(message); });
-    if (m_problem)
+    if (!failure.isEmpty()) {
+        refuse(u"Databasen %1 kan ikke brukes (%2). Ingenting blir lagret. Sjekk at filen er "
+               u"en Tindra-database og at du har skrivetilgang."_s.arg(
+                   DatabaseCopies::main(m_folder), failure));
         return;
+    }
+    // Files of earlier versions lack these; the failure on all others means nothing.
+    m_db.execute("ALTER TABLE matches ADD COLUMN duration_min INTEGER NOT NULL DEFAULT 0");
+    m_db.execute("ALTER TABLE searches ADD COLUMN include_partners INTEGER NOT NULL DEFAULT 0");
+    m_db.setErrorHandler([this](const QString& message) { noteFailure(message); });
     cleanupMismatchedMatches();
     cleanupDuplicateMatches();
     m_db.execute("DELETE FROM matches WHERE search_id != -1 AND "
                  "search_id NOT IN (SELECT id FROM searches)");
+    if (m_version < DatabaseFile::schemaVersion && !m_problem)
+        m_db.execute(QByteArray("PRAGMA user_version = ") +
+                     QByteArray::number(DatabaseFile::schemaVersion));
 }
 
 /// Earlier versions could store an offer under the cities of another route.

@@ -9,6 +9,10 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// How long a statement waits for another process that is writing.
@@ -35,10 +39,15 @@ double SqliteRow::real(int column) const {
 }
 
 SqliteConnection::~SqliteConnection() {
-    sqlite3_close(m_db);
+    close();
+}
+
+void SqliteConnection::close() {
+    sqlite3_close(std::exchange(m_db, nullptr));
 }
 
 void SqliteConnection::open(const QString& path) {
+    close();
     const QByteArray file = QFile::encodeName(path);
     // SQLite would create it readable by everybody; its companions take their mode from it.
     const int created = ::open(file.constData(), O_RDONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -50,6 +59,14 @@ void SqliteConnection::open(const QString& path) {
     }
     if (sqlite3_open(file.constData(), &m_db) != SQLITE_OK)
         noteError(); // and every statement on it will fail
+    sqlite3_busy_timeout(m_db, busyTimeoutMs);
+}
+
+void SqliteConnection::openReadOnly(const QString& path) {
+    close();
+    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, SQLITE_OPEN_READONLY,
+                        nullptr) != SQLITE_OK)
+        noteError();
     sqlite3_busy_timeout(m_db, busyTimeoutMs);
 }
 
@@ -69,7 +86,38 @@ qint64 SqliteConnection::lastInsertId() const {
 }
 
 QString SqliteConnection::errorMessage() const {
-    return QString::fromUtf8(sqlite3_errmsg(m_db));
+    return m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : u"not open"_s;
+}
+
+QString SqliteConnection::reason() const {
+    switch (m_db ? sqlite3_errcode(m_db) & 0xff : SQLITE_MISUSE) {
+    case SQLITE_FULL:
+        return u"disken er full"_s;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        return u"filen eller mappen er skrivebeskyttet"_s;
+    case SQLITE_CANTOPEN:
+        return u"filen kan ikke åpnes"_s;
+    case SQLITE_IOERR:
+        return u"disken svarer med feil, eller er full"_s;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return u"et annet program bruker den"_s;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return u"filen er skadet eller ikke en database"_s;
+    default:
+        return errorMessage();
+    }
+}
+
+bool SqliteConnection::isDamaged() const {
+    const int code = m_db ? sqlite3_errcode(m_db) & 0xff : SQLITE_MISUSE;
+    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
+}
+
+QString SqliteConnection::version() {
+    return QString::fromLatin1(sqlite3_libversion());
 }
 
 void SqliteConnection::setErrorHandler(std::function<void(const QString&)> handler) {

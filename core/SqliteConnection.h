@@ -35,6 +35,10 @@ public:
 
     /// Opens `path`, creating the file readable and writable by its owner only.
     void open(const QString& path);
+    /// Opens a file that must be there, and never changes it.
+    void openReadOnly(const QString& path);
+    /// From now on every statement fails.
+    void close();
 
     /// Executes a script without parameters. False when it failed.
     bool execute(const char* script);
@@ -57,6 +61,12 @@ public:
     qint64 lastInsertId() const;
     /// What SQLite says of the last failed call, in English.
     QString errorMessage() const;
+    /// The same as a few Norwegian words, where it is one of the failures that a user can meet.
+    QString reason() const;
+    /// Whether the last failed call failed because the file is broken, or no database.
+    bool isDamaged() const;
+    /// SQLite's, such as "3.40.1".
+    static QString version();
     /// Called with that after every failure; none at first.
     void setErrorHandler(std::function<void(const QString&)> handler);
 

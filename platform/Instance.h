@@ -34,8 +34,9 @@ public:
     /// From now on `handler` carries out what later processes pass on. For the first only.
     virtual void serve(Handler handler) = 0;
     /// Lets the desktop start and activate this process by the application's own name: `activate`
-    /// brings the window to the front. For the first only, after `serve`.
-    virtual void answerDesktop(std::function<void()> activate) = 0;
+    /// brings the window to the front, `checkNow` is the launcher's action "check-now". For the
+    /// first only, after `serve`.
+    virtual void answerDesktop(std::function<void()> activate, std::function<void()> checkNow) = 0;
     /// Lets the first process carry out a command, however long it takes; absent when it takes
     /// none, or ends meanwhile.
     virtual QCoro::Task<std::optional<CommandAnswer>> pass(QStringList arguments) = 0;

@@ -47,6 +47,13 @@ void Worker::stopTimer() {
     m_pause.interrupt();
 }
 
+double Worker::intervalMinutes(const std::optional<QString>& stored, double otherwise) {
+    bool isNumber = false;
+    const double minutes = stored.value_or(QString()).toDouble(&isNumber);
+    return std::clamp(isNumber && std::isfinite(minutes) ? minutes : otherwise,
+                      shortestIntervalMinutes, longestIntervalMinutes);
+}
+
 QCoro::Task<> Worker::loop(double intervalMinutes) {
     const QPointer self(this);
     const int number = m_loopNumber;
@@ -54,12 +61,8 @@ QCoro::Task<> Worker::loop(double intervalMinutes) {
         co_await pollOnce();
         if (!self || number != m_loopNumber)
             co_return;
-        bool isNumber = false;
-        const double stored =
-            m_database.get(u"poll_interval_min"_s).value_or(QString()).toDouble(&isNumber);
         const double minutes =
-            std::clamp(isNumber && std::isfinite(stored) ? stored : intervalMinutes,
-                       shortestIntervalMinutes, longestIntervalMinutes);
+            Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), intervalMinutes);
         const bool slept =
             co_await m_pause.start(std::chrono::duration_cast<std::chrono::milliseconds>(
                 std::chrono::duration<double, std::ratio<60>>(minutes)));
@@ -103,6 +106,7 @@ QCoro::Task<PollSummary> Worker::round() {
     summary.at = m_clock.now();
     QList<Match> found;
     m_isRunning = true;
+    m_database.recover();
     QList<Search> watchers = m_database.listSearches();
     watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
     const int total = static_cast<int>(watchers.size());

@@ -30,6 +30,8 @@ public:
     Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock, Site site);
 
     bool isRunning() const { return m_isRunning; }
+    /// A round runs, or the session is being revived for one: `pollOnce` would do nothing.
+    bool isBusy() const { return m_busy; }
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }
@@ -40,8 +42,11 @@ public:
     int rotationTotal() const { return m_rotationTotal; }
 
     /// Starts the loop afresh: a round at once, then one whenever the interval has passed. The
-    /// setting `poll_interval_min` goes before `intervalMinutes`; never less than a minute.
+    /// setting `poll_interval_min` goes before `intervalMinutes`.
     void startTimer(double intervalMinutes);
+    /// The minutes between rounds: the setting as stored, or `otherwise` where that is no number;
+    /// from one minute to a week.
+    static double intervalMinutes(const std::optional<QString>& stored, double otherwise);
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 

@@ -34,15 +34,20 @@ class DesktopCalls final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
-    DesktopCalls(std::function<void()> activate, QObject* object)
-        : QDBusAbstractAdaptor(object), m_activate(std::move(activate)) {}
+    DesktopCalls(std::function<void()> activate, std::function<void()> checkNow, QObject* object)
+        : QDBusAbstractAdaptor(object)
+        , m_activate(std::move(activate))
+        , m_checkNow(std::move(checkNow)) {}
 
 public Q_SLOTS:
     void Activate(const QVariantMap& platformData) { activate(platformData); }
     /// Tindra opens no files.
     void Open(const QStringList&, const QVariantMap& platformData) { activate(platformData); }
-    void ActivateAction(const QString&, const QVariantList&, const QVariantMap& platformData) {
-        activate(platformData);
+    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData) {
+        if (name == u"check-now")
+            m_checkNow();
+        else
+            activate(platformData);
     }
 
 private:
@@ -55,6 +60,7 @@ private:
     }
 
     std::function<void()> m_activate;
+    std::function<void()> m_checkNow;
 };
 
 /// The object on the bus.
@@ -105,8 +111,8 @@ void DBusInstance::serve(Handler handler) {
     m_bus.registerService(m_name);
 }
 
-void DBusInstance::answerDesktop(std::function<void()> activate) {
-    new DesktopCalls(std::move(activate), m_object);
+void DBusInstance::answerDesktop(std::function<void()> activate, std::function<void()> checkNow) {
+    new DesktopCalls(std::move(activate), std::move(checkNow), m_object);
     m_bus.registerService(QStringLiteral(TINDRA_BUNDLE_ID));
 }
 

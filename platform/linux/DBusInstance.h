@@ -17,7 +17,7 @@ public:
 
     bool isFirst() const override { return m_isFirst; }
     void serve(Handler handler) override;
-    void answerDesktop(std::function<void()> activate) override;
+    void answerDesktop(std::function<void()> activate, std::function<void()> checkNow) override;
     QCoro::Task<std::optional<CommandAnswer>> pass(QStringList arguments) override;
 
 private:

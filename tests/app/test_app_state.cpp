@@ -226,6 +226,39 @@ private Q_SLOTS:
         QCOMPARE(world.state.communityHits().size(), 1);
         QVERIFY(world.center.posted.isEmpty());
     }
+
+    void whatIsWrongWithStoringIsShown() {
+        AppWorld world;
+        QSignalSpy changed(&world.state, &AppState::storageChanged);
+        world.database.set(u"storage_notice"_s, u"skadet"_s);
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        world.database.set(u"x"_s, u"1"_s);
+        world.state.reload();
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(world.state.storageProblem().contains(u"no room"_s));
+        QCOMPARE(world.state.storageNotice(), u"skadet"_s);
+        world.state.dismissStorageNotice();
+        QCOMPARE(world.state.storageNotice(), QString());
+
+        // The next round finds that there is room again.
+        runOn(world.dir.path(), "DROP TRIGGER refuse;");
+        world.worker.pollOnce();
+        settle();
+        QCOMPARE(world.state.storageProblem(), QString());
+    }
+
+    void aWildIntervalIsCut() {
+        for (const auto& [stored, expected] :
+             {std::pair(u"2.5"_s, 2.5), std::pair(u"-3"_s, 1.0), std::pair(u"1e300"_s, 10080.0),
+              std::pair(u"nan"_s, 10.0), std::pair(u"abc"_s, 10.0)}) {
+            AppWorld world;
+            world.database.set(u"poll_interval_min"_s, stored);
+            const AppState state(world.database, world.worker, world.community, world.notifier,
+                                 world.clock);
+            QCOMPARE(state.pollIntervalMin(), expected);
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(TestAppState)

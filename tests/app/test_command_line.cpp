@@ -18,15 +18,24 @@ class TestCommandLine : public QObject {
 private Q_SLOTS:
     void commands() {
         using Command = CommandLine::Command;
-        QCOMPARE(CommandLine::parse({u"hunt"_s}),
-                 (CommandLine{Command::hunt, false, false, false}));
+        QCOMPARE(CommandLine::parse({u"hunt"_s}), (CommandLine{.command = Command::hunt}));
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--json"_s, u"--demo"_s, u"--once"_s}),
-                 (CommandLine{Command::hunt, true, true, true}));
+                 (CommandLine{.command = Command::hunt, .once = true, .json = true, .demo = true}));
         QCOMPARE(CommandLine::parse({u"sign-in"_s, u"--demo"_s}),
-                 (CommandLine{Command::signIn, false, false, true}));
+                 (CommandLine{.command = Command::signIn, .demo = true}));
         QCOMPARE(CommandLine::parse({u"--version"_s}).command, Command::version);
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--once"_s, u"--help"_s}).command, Command::help);
-        for (const QString& option : {u"--once"_s, u"--json"_s, u"--demo"_s, u"--version"_s})
+        QCOMPARE(CommandLine::parse({u"hits"_s, u"--csv"_s, u"--all"_s, u"--watcher=3"_s}),
+                 (CommandLine{.command = Command::data,
+                              .data = ListHits{ListHits::Format::csv, 3, true}}));
+        QCOMPARE(CommandLine::parse({u"watchers"_s, u"resume"_s, u"7"_s, u"--demo"_s}),
+                 (CommandLine{.command = Command::data,
+                              .demo = true,
+                              .data = ChangeWatcher{ChangeWatcher::Change::resume, 7}}));
+        QCOMPARE(CommandLine::parse({u"restore"_s, u"--"_s, u"-x"_s}),
+                 (CommandLine{.command = Command::restore, .restore = {u"-x"_s}}));
+        for (const QString& option :
+             {u"--once"_s, u"--json"_s, u"--demo"_s, u"--version"_s, u"--partners"_s, u"--csv"_s})
             QVERIFY(CommandLine::helpText().contains(option));
     }
 
@@ -40,6 +49,11 @@ private Q_SLOTS:
         QTest::newRow("not alone") << QStringList{u"--version"_s, u"x"_s} << u"«--version»"_s;
         QTest::newRow("with help") << QStringList{u"hunt"_s, u"-x"_s, u"--help"_s} << u"«-x»"_s;
         QTest::newRow("two lines") << QStringList{u"hunt"_s, u"a\nb"_s} << u"«a b»"_s;
+        QTest::newRow("two formats")
+            << QStringList{u"hits"_s, u"--json"_s, u"--csv"_s} << u"--csv"_s;
+        QTest::newRow("no verb") << QStringList{u"watchers"_s} << u"pause"_s;
+        QTest::newRow("no file") << QStringList{u"backup"_s} << u"tindra backup"_s;
+        QTest::newRow("two files") << QStringList{u"restore"_s, u"a"_s, u"b"_s} << u"restore"_s;
         QTest::newRow("word") << QStringList{u"hunt"_s, u"OSL"_s} << u"«OSL»"_s;
     }
     void nonsenseIsOneLine() {
@@ -52,6 +66,68 @@ private Q_SLOTS:
             QVERIFY(error.message.contains(named));
             QVERIFY(error.message.contains(u"--help"_s));
             QVERIFY(!error.message.contains(u'\n'));
+        }
+    }
+
+    void newWatchers() {
+        const QStringList least{u"watchers"_s, u"add"_s, u"--from"_s, u"osl"_s,
+                                u"--to"_s,     u"LHR"_s, u"--out"_s,  u"2027-03-01"_s};
+        Search watcher;
+        watcher.origin = u"OSL"_s;
+        watcher.destination = u"LHR"_s;
+        watcher.dateFrom = watcher.dateTo = u"2027-03-01"_s;
+        QCOMPARE(CommandLine::parse(least).data, DataCommand(AddWatcher{watcher}));
+
+        watcher.origin = u"OSL,BGO"_s;
+        watcher.destination = u"EWR,JFK"_s;
+        watcher.dateTo = u"2027-03-31"_s;
+        watcher.returnDateFrom = u"2027-04-01"_s;
+        watcher.returnDateTo = u"2027-04-20"_s;
+        watcher.cabins = {u"first"_s, u"premeco"_s};
+        watcher.minSeats = 2;
+        watcher.maxStops = 0;
+        watcher.includePartners = true;
+        watcher.name = u"New York"_s;
+        const QStringList all =
+            u"watchers|add|--from= osl, bgo ,OSL|--to=EWR,jfk|--out|"
+            u"2027-03-01..2027-03-31|--back|2027-04-01..2027-04-20|--cabins|"
+            u"Premium,first|--seats|2|--stops=0|--partners|--name| New  York "_s.split(u'|');
+        QCOMPARE(CommandLine::parse(all).data, DataCommand(AddWatcher{watcher}));
+    }
+
+    void newWatchersThatMakeNoSense_data() {
+        QTest::addColumn<QString>("changed");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("code") << u"--to=LH1"_s << u"«LH1»"_s;
+        QTest::newRow("letters") << u"--to=ÅØÆ"_s << u"«ÅØÆ»"_s;
+        QTest::newRow("no code") << u"--to=,"_s << u"«--to»"_s;
+        QTest::newRow("both ends") << u"--to=LHR,OSL"_s << u"OSL"_s;
+        QTest::newRow("no such day") << u"--out=2027-02-29"_s << u"2027-02-29"_s;
+        QTest::newRow("backwards") << u"--out=2027-03-02..2027-03-01"_s << u"før den begynner"_s;
+        QTest::newRow("half a range") << u"--out=2027-03-02.."_s << u"--out"_s;
+        QTest::newRow("a year") << u"--out=2027-03-01..2028-03-01"_s << u"330"_s;
+        QTest::newRow("home before out") << u"--back=2027-02-01"_s << u"før utreisen"_s;
+        QTest::newRow("cabin") << u"--cabins=business,luxus"_s << u"«luxus»"_s;
+        QTest::newRow("seats") << u"--seats=0"_s << u"fra 1 til 9"_s;
+        QTest::newRow("stops") << u"--stops=-1"_s << u"fra 0 til 2"_s;
+        QTest::newRow("no value") << u"--name"_s << u"«--name»"_s;
+        QTest::newRow("flag with value") << u"--partners=ja"_s << u"«--partners=ja»"_s;
+        QTest::newRow("twice") << u"--to=EWR|--to=JFK"_s << u"to ganger"_s;
+        QTest::newRow("from where") << u"--from="_s << u"«--from»"_s;
+    }
+    void newWatchersThatMakeNoSense() {
+        QFETCH(QString, changed);
+        QFETCH(QString, named);
+        QStringList words{u"--from=OSL"_s, u"--to=LHR"_s, u"--out=2027-03-01"_s};
+        words.removeIf([&changed](const QString& word) {
+            return changed.startsWith(word.section(u'=', 0, 0));
+        });
+        words += changed.split(u'|');
+        try {
+            CommandLine::parse(QStringList{u"watchers"_s, u"add"_s} + words);
+            QFAIL("accepted");
+        } catch (const Err& error) {
+            QVERIFY2(error.message.contains(named), qPrintable(error.message));
         }
     }
 

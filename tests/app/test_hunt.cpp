@@ -221,10 +221,30 @@ private Q_SLOTS:
             },
             60000));
         QCOMPARE(program->state(), QProcess::Running);
+
+        // What is changed from a terminal is changed by the Tindra that runs, which notices.
+        const QMap<QString, QString> noDisplay{{u"DISPLAY"_s, u""_s}};
+        const Result removed = run({u"watchers"_s, u"remove"_s, u"1"_s, u"--demo"_s}, noDisplay);
+        QVERIFY2(removed.out.contains(u"Overvåker 1 er fjernet"_s), qPrintable(removed.err));
+        const Result list = run({u"watchers"_s, u"list"_s, u"--demo"_s}, noDisplay);
+        QVERIFY2(list.out.contains(u"EWR"_s) && !list.out.contains(u"BKK"_s), qPrintable(list.out));
+        const Result backup = run({u"backup"_s, m_folder + u"/b.sqlite"_s, u"--demo"_s}, noDisplay);
+        QVERIFY2(backup.code == 0, qPrintable(backup.err));
+        const Result refused = run({u"restore"_s, m_folder + u"/b.sqlite"_s, u"--demo"_s});
+        QCOMPARE(refused.code, 1);
+        QVERIFY(refused.err.contains(u"Avslutt"_s));
+        QVERIFY(run({u"hunt"_s, u"--once"_s, u"--demo"_s}).out.contains(u"ferdig: 2 overvåkere"_s));
+
         ::kill(static_cast<pid_t>(program->processId()), SIGINT);
         QVERIFY(program->waitForFinished(10000));
         QCOMPARE(program->exitStatus(), QProcess::NormalExit);
         QCOMPARE(program->exitCode(), 0);
+        QVERIFY(QFile::remove(m_folder + u"/data/Tindra-demo/tindra.sqlite"_s));
+        const Result restored =
+            run({u"restore"_s, m_folder + u"/b.sqlite"_s, u"--demo"_s}, noDisplay);
+        QVERIFY2(restored.out.startsWith(u"2 overvåkere"_s), qPrintable(restored.err));
+        // Each day's first round leaves a copy.
+        QCOMPARE(QDir(m_folder + u"/data/Tindra-demo"_s).entryList({u"tindra-copy-*"_s}).size(), 1);
     }
 };
 

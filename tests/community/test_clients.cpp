@@ -25,7 +25,6 @@ private Q_SLOTS:
     void stalledRequestsEnd();
     void aCrowdIsThinnedOut();
     void bodiesShareTheMemory();
-    void slowReadersShareTheMemory();
     void requestsFollowOneAnother();
     void eachSenderHasABucket();
     void sendersAreToldApart_data();
@@ -98,27 +97,6 @@ void ClientsTest::bodiesShareTheMemory() {
     QCOMPARE(m_http.report({World::find()}), 204);
     QVERIFY(crowd.front()->waitForDisconnected(5000));
     QCOMPARE(crowd.back()->state(), QTcpSocket::ConnectedState);
-}
-
-void ClientsTest::slowReadersShareTheMemory() {
-    serve([](community::Options& options) { options.limits.memory = 1'000'000; });
-    QJsonArray finds;
-    for (int i = 0; i < 200; ++i)
-        finds += World::find(u"OSL-BKK"_s, u"SK%1"_s.arg(i));
-    QCOMPARE(m_http.report(finds), 204);
-    // Asks for 20 MB and takes none of it.
-    std::vector<std::unique_ptr<QTcpSocket>> crowd;
-    for (int i = 0; i < 30; ++i) {
-        crowd.push_back(m_http.open({}));
-        crowd.back()->setReadBufferSize(1);
-        crowd.back()->write(
-            QByteArray("GET /v1/hits?routes=OSL-BKK HTTP/1.1\r\n\r\n").repeated(100));
-        crowd.back()->flush();
-    }
-    for (int i = 0; i < 20; ++i) {
-        QVERIFY(!m_http.hits("OSL-BKK").isEmpty());
-        QCOMPARE(m_http.report({World::find(u"BGO-NYC"_s)}), 204);
-    }
 }
 
 void ClientsTest::requestsFollowOneAnother() {

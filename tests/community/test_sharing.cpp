@@ -158,7 +158,7 @@ void SharingTest::answersAreBoundedAndNewestFirst() {
         const QString route = u"OSL-A"_s + QChar(u'A' + i / 26) + QChar(u'A' + i % 26);
         routes += route.toUtf8();
         QJsonArray finds;
-        for (int flight = 0; flight < 200; ++flight)
+        for (int flight = 0; flight < (i == 0 ? 200 : 50); ++flight)
             finds += World::find(route, u"SK%1"_s.arg(flight));
         m_world->pass(1ms);
         QCOMPARE(http.report(finds), 204);

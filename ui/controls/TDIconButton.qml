@@ -18,6 +18,7 @@ T.Button {
     implicitHeight: implicitWidth
     opacity: enabled ? 1 : 0.5
     hoverEnabled: true
+    Accessible.role: Accessible.Button
     Accessible.name: label
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
@@ -37,5 +38,13 @@ T.Button {
         border { color: TD.hairline; width: button.bordered ? 1 : 0 }
         TDFocusRing { target: button; radius: parent.radius + 3 }
     }
-    TDToolTip { text: button.label; shown: button.hovered || button.visualFocus }
+    // Made when it is wanted: a page has many buttons, and a tool tip is heavier than all of one.
+    Loader {
+        active: button.hovered || button.visualFocus
+        sourceComponent: TDToolTip {
+            parent: button
+            text: button.label
+            shown: true
+        }
+    }
 }

@@ -41,7 +41,9 @@ TDChoice {
                 text: modelData
                 checked: index === segmented.currentIndex
                 hoverEnabled: true
-                focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+                // Where nothing is chosen yet, the keyboard begins at the first; Qt minds when the
+                // part that has the focus may no longer have it.
+                focusPolicy: checked || activeFocus || (index === 0 && segmented.currentIndex < 0) ? Qt.StrongFocus : Qt.ClickFocus
                 font { family: TD.fontFamily; pixelSize: TD.body; weight: checked ? Font.DemiBold : Font.Medium }
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text

@@ -28,15 +28,6 @@ QStringList details(const Match& match, const Site& site) {
     return lines;
 }
 
-QString csvText(const QString& text) {
-    const bool isFormula = !text.isEmpty() && QStringView(u"=+-@\t\r\n").contains(text.front());
-    QString quoted = isFormula ? u'\'' + text : text;
-    static const QRegularExpression special(u"[\",\r\n]"_s);
-    if (!quoted.contains(special))
-        return quoted;
-    return u'"' + quoted.replace(u'"', u"\"\""_s) + u'"';
-}
-
 /// The local time of a text such as "14.03 09:05" on the first such day from the one before
 /// `earliest` on; invalid when the text is of another form.
 QDateTime timeOf(const QString& text, QDate earliest) {
@@ -107,33 +98,6 @@ QString text(const Match& match, const Site& site) {
     QStringList lines = details(match, site);
     lines.prepend(u"%1 (%2)"_s.arg(CardText::cities(match), match.route));
     return lines.join(u'\n');
-}
-
-QByteArray csv(const QList<Match>& offers, const Site& site) {
-    QString table =
-        u"\uFEFFReisedato,Rute,Fra,Til,Avreise,Ankomst,Stopp,Flynummer,"
-        "Reisetid (min),Kabin,Seter,Poeng,Utsolgt,Fellesskap,Funnet (UTC),Adresse\r\n"_s;
-    for (const Match& match : offers) {
-        const auto yes = [](bool is) { return is ? u"ja"_s : u"nei"_s; };
-        const QStringList cells{csvText(match.travelDate),
-                                csvText(match.route),
-                                csvText(match.fromCity),
-                                csvText(match.toCity),
-                                csvText(match.depart),
-                                csvText(match.arrive),
-                                csvText(match.stopsText),
-                                csvText(match.flight),
-                                QString::number(match.durationMinutes),
-                                csvText(cabinLabel(match.cabin)),
-                                QString::number(match.seats),
-                                QString::number(match.points),
-                                yes(match.soldOut),
-                                yes(match.isCommunity),
-                                CardText::utc(match.foundAt).toString(u"yyyy-MM-dd HH:mm"_s),
-                                csvText(address(match, site))};
-        table += cells.join(u',') + u"\r\n"_s;
-    }
-    return table.toUtf8();
 }
 
 QByteArray calendar(const JourneyGroup& journey, const Site& site, Instant now) {

@@ -2,9 +2,11 @@
 #include "ui/hits/HitsPage.h"
 
 #include "app/AppState.h"
+#include "app/MatchTable.h"
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "platform/Desktop.h"
+#include "polling/CommunityFind.h"
 #include "ui/hits/Export.h"
 
 #include <algorithm>
@@ -185,6 +187,36 @@ void HitsPage::say(const QString& text, bool canUndo) {
     Q_EMIT noticeChanged();
 }
 
+void HitsPage::reveal(const QString& subject) {
+    const auto holds = [&subject](const Match& match) {
+        return !match.soldOut && CommunityFind::identity(match) == subject;
+    };
+    const auto isThere = [this, &holds] {
+        return std::any_of(m_filtered.begin(), m_filtered.end(), holds);
+    };
+    regroup();
+    if (!isThere()) {
+        m_filter = {};
+        regroup();
+        Q_EMIT choiceChanged();
+    }
+    if (!isThere())
+        return;
+    const auto journey =
+        std::find_if(m_journeys.begin(), m_journeys.end(), [&holds](const JourneyGroup& group) {
+            return std::any_of(group.out.begin(), group.out.end(), holds) ||
+                   std::any_of(group.ret.begin(), group.ret.end(), holds);
+        });
+    m_layout.open.insert(journey->id);
+    layOut();
+    const auto& rows = m_rows.rows();
+    const auto row = std::find_if(rows.begin(), rows.end(), [&holds](const HitsRow& one) {
+        return std::any_of(one.offers.begin(), one.offers.end(),
+                           [&holds](const CardOffer& offer) { return holds(offer.match); });
+    });
+    Q_EMIT revealed(static_cast<int>(row - rows.begin()));
+}
+
 void HitsPage::toggle(const QString& journey) {
     if (!m_layout.open.remove(journey))
         m_layout.open.insert(journey);
@@ -228,7 +260,7 @@ void HitsPage::exportJourney(const QString& journey) {
 
 void HitsPage::exportTable() {
     save(Export::fileName(u"Tindra treff "_s + DateFmt::iso(m_clock.today()), u"csv"_s),
-         Export::csv(m_filtered, m_site));
+         MatchTable::csv(m_filtered, m_site));
 }
 
 void HitsPage::save(const QString& name, const QByteArray& content) {

@@ -78,6 +78,9 @@ public:
     bool canUndo() const { return m_canUndo; }
     Q_INVOKABLE void dismissNotice();
 
+    /// Opens the journey of the offer called `subject`, its key, "#" and cabin, and asks for it to
+    /// be scrolled to. Filters that hide it are reset; nothing happens when it is not there.
+    void reveal(const QString& subject);
     /// Opens a closed journey and closes an open one.
     Q_INVOKABLE void toggle(const QString& journey);
     /// The nearest row after `row` (before it, with a negative step) that the keyboard stops at,
@@ -104,6 +107,8 @@ Q_SIGNALS:
     void confirmClearChanged();
     void noticeChanged();
     void shownChanged();
+    /// A row is to come into view.
+    void revealed(int row);
 
 private:
     void scheduleRegroup();

@@ -54,6 +54,13 @@ FocusScope {
         visible: list.contentY > list.originY
     }
 
+    Connections {
+        target: view.page
+        // Once the rows have found their places.
+        function onRevealed(row) {
+            Qt.callLater(() => list.positionViewAtIndex(row, ListView.Center));
+        }
+    }
     ListView {
         id: list
         objectName: "list"

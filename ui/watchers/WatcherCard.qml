@@ -33,7 +33,7 @@ TDCard {
 
     function openMenu(place: Item, x: real, y: real) {
         menu.active = true;
-        menu.item.popup(place, x, y);
+        (menu.item as CardMenu).popup(place, x, y);
     }
 
     objectName: "card" + watcherId

@@ -32,7 +32,8 @@ QString RootView::hitsBadge() const {
 }
 
 QString RootView::notice() const {
-    return m_database.problem().value_or(QString());
+    const auto problem = m_database.problem();
+    return (problem ? problem : m_database.notice()).value_or(QString());
 }
 
 void RootView::start() {

@@ -238,22 +238,6 @@ private Q_SLOTS:
         QCOMPARE(w.page.notice(), u"Filen kunne ikke lagres."_s);
     }
 
-    void tablesKeepTheirShape() {
-        Match match;
-        match.travelDate = u"2027-03-05"_s;
-        match.fromCity = u"=HYPERLINK(\"x\")"_s;
-        match.toCity = u"Ålesund, \"ved\"\nsjøen"_s;
-        match.depart = u"@a"_s;
-        match.seats = -2;
-        match.bookingURL = u"file:///etc"_s;
-        const QByteArray table = Export::csv({match}, Site{});
-        QVERIFY(table.startsWith("\xef\xbb\xbfReisedato,"));
-        QCOMPARE(
-            table.mid(table.indexOf('\n') + 1),
-            QByteArray("2027-03-05,,\"'=HYPERLINK(\"\"x\"\")\",\"Ålesund, \"\"ved\"\"\nsjøen\","
-                       "'@a,,,,0,,-2,0,nei,nei,1970-01-01 00:00,\r\n"));
-    }
-
     void calendarTimes_data() {
         QTest::addColumn<QString>("depart");
         QTest::addColumn<QString>("arrive");

@@ -331,12 +331,14 @@ private Q_SLOTS:
         QVERIFY(window.isShown(u"Slettet."_s));
         QTRY_COMPARE(log(window), u"expired"_s);
         QVERIFY(!window.isShown(u"Slettet."_s));
+        bar->setProperty("timeout", 60000);
         show();
         window.click(u"Angre"_s);
         QCOMPARE(log(window), u"expired undone"_s);
         // It does not go while the pointer is on it.
         show();
         window.hover(window.find(u"Slettet."_s));
+        bar->setProperty("timeout", 20);
         QTest::qWait(150);
         QVERIFY(window.isShown(u"Slettet."_s));
         QTest::mouseMove(&window.window(), {5, 5});

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "airline/Capture.h"
+#include "airline/LiveSession.h"
+#include "airline/SASEngine.h"
+#include "airline/SessionState.h"
+#include "app/AppState.h"
+#include "app/CommandLine.h"
+#include "app/Demo.h"
+#include "app/DemoHunters.h"
+#include "app/Hunt.h"
+#include "app/Sharing.h"
+#include "app/SignIn.h"
+#include "core/Database.h"
+#include "core/Keychain.h"
+#include "platform/linux/DBusNotifications.h"
+#include "platform/linux/GtkHostWindow.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/NetworkSession.h"
+#include "platform/linux/WebKitRuntime.h"
+#include "platform/linux/WebKitView.h"
+#include "polling/Community.h"
+#include "polling/Notifier.h"
+#include "polling/Worker.h"
+#include "program/Logging.h"
+
+#include <memory>
+
+/// Everything that hunts, for as long as the program runs, in the order of its making.
+struct Tindra {
+    /// Throws Err when it cannot start. `folders` must outlive it.
+    Tindra(const CommandLine& line, const Folders& folders);
+    ~Tindra();
+    Q_DISABLE_COPY_MOVE(Tindra)
+
+    std::unique_ptr<Hunt> makeHunt(bool json, const Hunt::Output& output);
+
+    CommandLine line;
+    LinuxClock clock;
+    const Folders& folders;
+    Logging logging;
+    Database database;
+    std::unique_ptr<Demo> demo;
+    Site site;
+    std::unique_ptr<WebKitRuntime> webKit;
+    std::unique_ptr<WebKitView> view;
+    GtkHostWindow window;
+    std::unique_ptr<SecretStore> secrets;
+    DBusNotifications notifications;
+    Keychain keychain{*secrets};
+    Notifier notifier{database, notifications, clock};
+    SessionState state;
+    Capture capture{*view, clock, site};
+    LiveSession session{*view, window, clock, database, keychain, state, capture, site};
+    SASEngine engine{*view, clock, database, keychain, state, capture, &session};
+    Worker worker{database, engine, notifier, clock, site};
+    NetworkSession network{clock};
+    Community community;
+    AppState appState{database, worker, community, notifier, clock};
+    Sharing sharing{worker, community, appState, clock};
+    SignIn signIn{session.window(), state, database, engine, worker, clock};
+    std::unique_ptr<DemoHunters> hunters;
+};

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "program/WindowProgram.h"
+
+#include "app/Diagnosis.h"
+#include "app/EngineAge.h"
+#include "ui/controls/Controls.h"
+
+#include <QDBusConnection>
+#include <QDir>
+#include <QIcon>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double usualIntervalMinutes = 10;
+
+QIcon applicationIcon() {
+    return QIcon(u":/icons/tindra.svg"_s);
+}
+
+template<typename T>
+QVariant variant(T& object) {
+    return QVariant::fromValue(&object);
+}
+
+} // namespace
+
+WindowProgram::WindowProgram(Tindra& tindra)
+    : m_tindra(tindra)
+    , m_appearance(QDBusConnection::sessionBus())
+    , m_autostart(QCoreApplication::applicationFilePath())
+    , m_tray(applicationIcon())
+    , m_login(tindra.state, [this] { openLogin(); })
+    , m_form(tindra.appState, tindra.clock)
+    , m_watchers(tindra.appState, tindra.worker, tindra.database, tindra.clock)
+    , m_hits(tindra.appState, tindra.database, m_desktop, tindra.clock, tindra.site)
+    , m_details(tindra.keychain, *tindra.secrets)
+    , m_about(m_desktop, aboutSources())
+    , m_settings(tindra.appState, tindra.database, tindra.engine, tindra.notifier, m_autostart,
+                 m_login, m_details, m_about)
+    , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
+    , m_dashboard(tindra.appState, tindra.state)
+    , m_panel(tindra.appState, tindra.worker, tindra.state, m_desktop, tindra.site)
+    , m_root(tindra.appState, tindra.database, tindra.engine, tindra.line.demo)
+    , m_life(m_tray, m_panel, tindra.notifier, tindra.database)
+    , m_window((setUpEngine(m_engine, m_theme), m_engine), m_life, m_theme, content())
+    , m_panelWindow(m_engine, m_theme, {{u"panel"_s, variant(m_panel)}}) {
+    connect(&m_life, &LifeCycle::panelRequested, &m_panelWindow, &PanelWindow::toggle);
+    connect(&m_life, &LifeCycle::quitRequested, this, &WindowProgram::quitRequested);
+    connect(&tindra.notifications, &NotificationCenter::opened, this, &WindowProgram::showOffer);
+    connect(&tindra.notifications, &NotificationCenter::actionChosen, this,
+            &WindowProgram::bookOffer);
+    m_window.setIcon(applicationIcon());
+}
+
+void WindowProgram::start() {
+    m_tray.show();
+    if (!m_tindra.line.hidden)
+        m_life.showWindow();
+    m_tindra.worker.startTimer(usualIntervalMinutes);
+    m_root.start();
+}
+
+void WindowProgram::openLogin() {
+    m_tindra.session.window().openLogin();
+}
+
+/// From a notification: the find, among the others.
+void WindowProgram::showOffer(const QString& subject) {
+    m_root.select(RootView::hits);
+    m_hits.reveal(subject);
+    m_life.showWindow();
+}
+
+void WindowProgram::bookOffer(const QString& subject) {
+    const auto& matches = m_tindra.appState.matches();
+    const auto match = std::find_if(matches.begin(), matches.end(), [&subject](const Match& one) {
+        return !one.soldOut && Notifier::subject(one) == subject;
+    });
+    const auto address =
+        match == matches.end() ? std::nullopt : m_tindra.site.bookingAddress(match->bookingURL);
+    if (address)
+        m_desktop.open(*address);
+    else
+        showOffer(subject);
+}
+
+AboutTindra::Sources WindowProgram::aboutSources() const {
+    const QString engine = WebKitRuntime::version();
+    return {engine, m_tindra.folders.data(),
+            [this, engine] { return EngineAge::warning(engine, m_tindra.clock.today()); },
+            [this] {
+                const auto problem = m_tindra.database.problem();
+                return problem ? problem : m_tindra.database.notice();
+            },
+            [this, engine] {
+                const Diagnosis::Program program{engine, m_tindra.webKit->isSandboxed(),
+                                                 m_tindra.folders.data(), QDir::homePath(),
+                                                 qEnvironmentVariable("USER")};
+                const auto facts = Diagnosis::collect(m_tindra.database, m_tindra.appState,
+                                                      m_tindra.state, m_tindra.clock, program);
+                return Diagnosis::text(facts, Diagnosis::secrets(m_tindra.appState, program));
+            }};
+}
+
+QVariantMap WindowProgram::content() {
+    return {{u"root"_s, variant(m_root)},         {u"figures"_s, variant(m_dashboard)},
+            {u"form"_s, variant(m_form)},         {u"login"_s, variant(m_login)},
+            {u"watchers"_s, variant(m_watchers)}, {u"hits"_s, variant(m_hits)},
+            {u"settings"_s, variant(m_settings)}, {u"onboarding"_s, variant(m_onboarding)},
+            {u"life"_s, variant(m_life)}};
+}

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+// The only place, with its neighbours in this folder, that creates the long-lived objects and hands
+// them to each other.
+#include "app/PassedCommands.h"
+#include "app/commands/DataCommand.h"
+#include "core/Cabin.h"
+#include "core/Err.h"
+#include "platform/Bundle.h"
+#include "platform/linux/DBusInstance.h"
+#include "platform/linux/LinuxFolders.h"
+#include "platform/linux/UnixSignals.h"
+#include "program/Output.h"
+#include "program/Tindra.h"
+#include "program/WindowProgram.h"
+#include "ui/controls/Controls.h"
+
+#include <QApplication>
+#include <QProcessEnvironment>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What later starts may ask of this one; `showWindow` brings the window to the front, or says why
+/// there is none.
+std::unique_ptr<PassedCommands> passedCommands(Tindra& tindra,
+                                               std::function<QString()> showWindow) {
+    return std::make_unique<PassedCommands>(
+        [&tindra](bool json, const Hunt::Output& output) { return tindra.makeHunt(json, output); },
+        [&tindra](const DataCommand& command) {
+            const CommandAnswer answer = run(command, {tindra.database, tindra.clock, tindra.site});
+            tindra.appState.reload();
+            return answer;
+        },
+        std::move(showWindow), tindra.signIn, tindra.worker, tindra.clock);
+}
+
+int hunt(Tindra& tindra, Instance& instance) {
+    const auto hunt = tindra.makeHunt(tindra.line.json, {writeResult, say});
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [&] {
+        const int code = tindra.line.once ? Hunt::interrupted : Hunt::roundEnded;
+        hunt->stop().then([code] { QCoreApplication::exit(code); });
+    });
+    const auto passed = passedCommands(tindra, [] {
+        return u"Tindra jakter uten vindu. Avslutt den først, eller bruk «tindra hits»."_s;
+    });
+    QObject::connect(
+        &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
+            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
+                                           cabinLabel(find.cabin)));
+        });
+    // From inside the loop: a round without work ends at once, and would end a loop that has not
+    // begun.
+    QTimer::singleShot(0, hunt.get(), [&] {
+        if (tindra.line.once) {
+            hunt->once().then([](int code) { QCoreApplication::exit(code); });
+            return;
+        }
+        instance.serve([&passed](QStringList arguments) { return passed->run(arguments); });
+        hunt->start();
+    });
+    return QCoreApplication::exec();
+}
+
+int window(Tindra& tindra, Instance& instance) {
+    WindowProgram program(tindra);
+    const auto quit = [] { QCoreApplication::exit(Hunt::roundEnded); };
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, quit);
+    QObject::connect(&program, &WindowProgram::quitRequested, &program, quit);
+    const auto passed = passedCommands(tindra, [&program] {
+        program.activate();
+        return QString();
+    });
+    instance.serve([&passed](QStringList arguments) { return passed->run(arguments); });
+    if (!tindra.line.demo)
+        instance.answerDesktop([&program] { program.activate(); },
+                               [&tindra] { tindra.worker.pollOnce(); });
+    program.start();
+    return QCoreApplication::exec();
+}
+
+int signIn(Tindra& tindra) {
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP},
+                                  [] { QCoreApplication::exit(Hunt::interrupted); });
+    QTimer::singleShot(0, &tindra.signIn, [&tindra] {
+        tindra.signIn.run().then([](bool works) {
+            writeResult((works ? SignIn::confirmedText() : SignIn::failedText()).toUtf8());
+            QCoreApplication::exit(works ? Hunt::roundEnded : Hunt::signedOut);
+        });
+    });
+    return QCoreApplication::exec();
+}
+
+int print(const CommandAnswer& answer) {
+    std::fputs(answer.err.toUtf8().constData(), stderr);
+    std::fwrite(answer.out.constData(), 1, static_cast<size_t>(answer.out.size()), stdout);
+    return answer.exitCode;
+}
+
+/// Lets the Tindra that has the data folder do the work; absent when it does not take it.
+std::optional<CommandAnswer> passOn(Instance& instance) {
+    std::optional<CommandAnswer> answer;
+    QTimer::singleShot(0, [&] {
+        instance.pass(QCoreApplication::arguments().sliced(1)).then([&answer](const auto& given) {
+            answer = given;
+            QCoreApplication::quit();
+        });
+    });
+    const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [] { QCoreApplication::quit(); });
+    QCoreApplication::exec();
+    return answer;
+}
+
+/// A change is for the Tindra that runs, so that it notices. One that takes no commands, such as a
+/// single round, reads the watchers afresh anyway.
+int runData(const CommandLine& line, const Folders& folders, Instance& instance) {
+    if (!instance.isFirst() && changesData(*line.data)) {
+        if (const auto answer = passOn(instance))
+            return print(*answer);
+    }
+    const LinuxClock clock;
+    const Logging logging(folders, clock);
+    Database database(folders.data(), clock,
+                      instance.isFirst() ? Database::Access::owner : Database::Access::guest);
+    if (line.demo && instance.isFirst())
+        Demo::seedWatchers(database, clock.today());
+    return print(
+        run(*line.data,
+            {database, clock, Site::fromEnvironment(QProcessEnvironment::systemEnvironment())}));
+}
+
+int restore(const CommandLine& line, const Folders& folders, Instance& instance) {
+    if (!instance.isFirst())
+        throw Err{u"Tindra kjører. Avslutt den før du henter inn en sikkerhetskopi."_s};
+    const LinuxClock clock;
+    const Logging logging(folders, clock);
+    return print(line.restore.run(folders.data(), clock));
+}
+
+int run(const CommandLine& line) {
+    using Command = CommandLine::Command;
+    if (line.command == Command::help) {
+        writeResult(CommandLine::helpText().trimmed().toUtf8());
+        return 0;
+    }
+    if (line.command == Command::version) {
+        writeResult(u"tindra %1 (WebKitGTK %2)"_s
+                        .arg(QCoreApplication::applicationVersion(), WebKitRuntime::version())
+                        .toUtf8());
+        return 0;
+    }
+    const LinuxFolders folders(line.demo ? Demo::folderName() : u"Tindra"_s);
+    DBusInstance instance(folders.data(), QDBusConnection::sessionBus());
+    if (line.command == Command::data)
+        return runData(line, folders, instance);
+    if (line.command == Command::restore)
+        return restore(line, folders, instance);
+    if (!instance.isFirst()) {
+        say(u"Tindra kjører allerede, og tar seg av det."_s);
+        if (const auto answer = passOn(instance))
+            return print(*answer);
+        throw Err{u"Tindra som kjører, tok ikke imot kommandoen. Vent til den er ferdig, eller "
+                  u"avslutt den."_s};
+    }
+    Tindra tindra(line, folders);
+    if (line.command == Command::window)
+        return window(tindra, instance);
+    return line.command == Command::hunt ? hunt(tindra, instance) : signIn(tindra);
+}
+
+/// Everything that Tindra and its web view write is its owner's alone, and no memory with a
+/// password in it is ever written as a core dump.
+void protectSecrets() {
+    ::umask(S_IRWXG | S_IRWXO);
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+    ::prctl(PR_SET_DUMPABLE, 0);
+}
+
+/// The window needs more of Qt than the commands, which also run without a display.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const CommandLine& line) {
+    if (line.command != CommandLine::Command::window)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        throw Err{u"Det er ingen skjerm her. Bruk «tindra hunt», eller start med xvfb-run."_s};
+    prepareInterface();
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
+    return application;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    protectSecrets();
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    CommandLine line;
+    try {
+        line = CommandLine::parse(arguments);
+    } catch (const Err& error) {
+        say(u"tindra: "_s + error.message);
+        return Hunt::wrongUsage;
+    }
+    try {
+        const auto application = makeApplication(argc, argv, line);
+        QCoreApplication::setApplicationVersion(QStringLiteral(TINDRA_VERSION));
+        return run(line);
+    } catch (const Err& error) {
+        say(u"tindra: "_s + error.message);
+        return Hunt::cannotStart;
+    }
+}

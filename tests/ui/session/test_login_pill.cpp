@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "tests/ui/support/PageWindow.h"
+#include "ui/session/SASLoginPill.h"
+
+using namespace Qt::StringLiterals;
+
+class TestLoginPill : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "Europe/Oslo"); }
+
+    void whatIsKnownIsSaid() {
+        SessionState session;
+        int opened = 0;
+        SASLoginPill pill(session, [&opened] { ++opened; });
+        PageWindow page("import QtQuick\nimport Tindra.Session\nColumn { id: all\n"
+                        "required property SASLoginPillModel model\n"
+                        "SASLoginPill { model: all.model; width: 300 }\n"
+                        "LoginBanner { model: all.model; width: 600 }\n"
+                        "LoginWarningCard { model: all.model; width: 190 } }",
+                        {{u"model"_s, QVariant::fromValue(&pill)}}, {640, 300});
+        const auto shown = [&page] { return page.texts(); };
+        const auto alone = [](const QString& text) { return QStringList{text}; };
+
+        QCOMPARE(shown(), alone(u"Innlogging hos SAS ikke bekreftet ennå"_s));
+        session.setLoginStatus(SASLoginStatus::checking());
+        QCOMPARE(shown(), alone(u"Sjekker innlogging hos SAS…"_s));
+        // 2027-01-15 13:05 UTC, in winter.
+        session.setLoginStatus(SASLoginStatus::loggedIn(instantFromSeconds(1800018300)));
+        QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:05"_s));
+        // Confirmed again: the time follows.
+        session.setLoginStatus(SASLoginStatus::loggedIn(instantFromSeconds(1800018360)));
+        QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
+
+        session.setLoginStatus(SASLoginStatus::loggedOut());
+        QCOMPARE(shown().count(u"Ikke innlogget hos SAS"_s), 3);
+        page.click(u"Logg inn på SAS"_s);
+        page.click(u"Logg inn nå"_s);
+        QCOMPARE(opened, 2);
+    }
+};
+
+TINDRA_UI_TEST_MAIN(TestLoginPill)
+#include "test_login_pill.moc"

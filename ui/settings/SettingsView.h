@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/session/SASLoginPill.h"
+#include "ui/settings/AboutTindra.h"
+#include "ui/settings/SignInDetails.h"
+
+#include <QStringList>
+
+class AppState;
+class Autostart;
+class Database;
+class LegFetcher;
+class Notifier;
+
+/// The settings screen. Every change is stored at once; what could not be stored keeps its old
+/// value.
+class SettingsView : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(SettingsViewModel)
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(SASLoginPill* pill READ pill CONSTANT)
+    Q_PROPERTY(SignInDetails* details READ details CONSTANT)
+    Q_PROPERTY(AboutTindra* about READ about CONSTANT)
+    Q_PROPERTY(bool autoLoginOn READ autoLoginOn WRITE setAutoLoginOn NOTIFY changed)
+    Q_PROPERTY(bool notifyOn READ notifyOn WRITE setNotifyOn NOTIFY changed)
+    Q_PROPERTY(bool notifySoldOut READ notifySoldOut WRITE setNotifySoldOut NOTIFY changed)
+    Q_PROPERTY(bool shareHits READ shareHits WRITE setShareHits NOTIFY changed)
+    Q_PROPERTY(bool autostartOn READ autostartOn WRITE setAutostartOn NOTIFY changed)
+    /// Why the start at sign-in could not be switched; empty otherwise.
+    Q_PROPERTY(QString autostartProblem READ autostartProblem NOTIFY changed)
+    /// What is wrong with the storage, or what has happened to it; empty when all is well.
+    Q_PROPERTY(QString storageWarning READ storageWarning NOTIFY storageChanged)
+    Q_PROPERTY(bool canDismissStorage READ canDismissStorage NOTIFY storageChanged)
+    Q_PROPERTY(QStringList intervalLabels READ intervalLabels NOTIFY intervalsChanged)
+    Q_PROPERTY(int intervalIndex READ intervalIndex NOTIFY intervalIndexChanged)
+public:
+    /// All must outlive the view.
+    SettingsView(AppState& state, Database& database, LegFetcher& airline, Notifier& notifier,
+                 Autostart& autostart, SASLoginPill& pill, SignInDetails& details,
+                 AboutTindra& about);
+
+    SASLoginPill* pill() const { return &m_pill; }
+    SignInDetails* details() const { return &m_details; }
+    AboutTindra* about() const { return &m_about; }
+    bool autoLoginOn() const;
+    bool notifyOn() const;
+    bool notifySoldOut() const;
+    bool shareHits() const;
+    bool autostartOn() const;
+    const QString& autostartProblem() const { return m_autostartProblem; }
+    QString storageWarning() const;
+    /// What has happened can be dismissed, what is wrong cannot.
+    bool canDismissStorage() const;
+    QStringList intervalLabels() const;
+    int intervalIndex() const;
+
+    void setAutoLoginOn(bool on);
+    void setNotifyOn(bool on);
+    void setNotifySoldOut(bool on);
+    void setShareHits(bool on);
+    void setAutostartOn(bool on);
+
+    /// The page comes into view: everything is read afresh.
+    Q_INVOKABLE void open();
+    /// The page goes; what was not stored is forgotten.
+    Q_INVOKABLE void close();
+    Q_INVOKABLE void checkLogin();
+    Q_INVOKABLE void testNotification();
+    Q_INVOKABLE void pickInterval(int index);
+    Q_INVOKABLE void dismissStorage();
+
+Q_SIGNALS:
+    void changed();
+    void storageChanged();
+    void intervalsChanged();
+    void intervalIndexChanged();
+
+private:
+    void store(const QString& key, bool on);
+    void noteStorage();
+    void offerIntervals();
+
+    AppState& m_state;
+    Database& m_database;
+    LegFetcher& m_airline;
+    Notifier& m_notifier;
+    Autostart& m_autostart;
+    SASLoginPill& m_pill;
+    SignInDetails& m_details;
+    AboutTindra& m_about;
+    QString m_autostartProblem;
+    /// Minutes. An unusual one stays on offer for as long as the page is open.
+    QList<double> m_intervals;
+};
