@@ -69,7 +69,7 @@ void WindowProgram::openLogin() {
 
 /// From a notification: the find, among the others.
 void WindowProgram::showOffer(const QString& subject) {
-    m_root.select(RootView::hits);
+    m_root.select(RootView::Hits);
     m_hits.reveal(subject);
     m_life.showWindow();
 }

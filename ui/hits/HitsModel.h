@@ -5,6 +5,7 @@
 #include "ui/hits/HitsRows.h"
 
 #include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
 
 class Clock;
 
@@ -12,6 +13,8 @@ class Clock;
 /// the list keeps their place; texts are made when they are shown.
 class HitsModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("part of the page")
 public:
     enum Role {
         /// "region", "journey", "direction" or "cards".

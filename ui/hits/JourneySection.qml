@@ -25,7 +25,8 @@ T.AbstractButton {
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
     Accessible.role: Accessible.Button
-    Accessible.name: [title, countText, soldOut, cheapest, dates].filter(text => text !== "").join(", ")
+    Accessible.name: title + ", " + countText + (soldOut === "" ? "" : ", " + soldOut)
+                     + (cheapest === "" ? "" : ", " + cheapest) + (dates === "" ? "" : ", " + dates)
     Accessible.description: isOpen ? "Åpen" : "Lukket"
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 

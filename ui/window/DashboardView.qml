@@ -31,7 +31,7 @@ FocusScope {
             width: parent.width
             visible: text !== ""
             text: view.figures.errorText
-            onClicked: view.selected(RootViewModel.watchers)
+            onClicked: view.selected(RootViewModel.Watchers)
         }
         BoardingPassSearchCard {
             width: parent.width
@@ -50,7 +50,7 @@ FocusScope {
                 title: "Overvåkere"
                 value: view.figures.watchersValue
                 sub: view.figures.pausedText
-                onClicked: view.selected(RootViewModel.watchers)
+                onClicked: view.selected(RootViewModel.Watchers)
             }
             StatCard {
                 objectName: "statHits"
@@ -61,7 +61,7 @@ FocusScope {
                 value: view.figures.hitsValue
                 sub: view.figures.hitsText
                 accented: view.figures.hasNewHits
-                onClicked: view.selected(RootViewModel.hits)
+                onClicked: view.selected(RootViewModel.Hits)
             }
             StatCard {
                 objectName: "statLastCheck"
@@ -71,7 +71,7 @@ FocusScope {
                 title: "Siste sjekk"
                 value: view.figures.lastCheckValue
                 sub: view.figures.lastCheckSub
-                onClicked: view.selected(RootViewModel.watchers)
+                onClicked: view.selected(RootViewModel.Watchers)
             }
         }
     }

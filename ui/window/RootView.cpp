@@ -17,7 +17,7 @@ RootView::RootView(AppState& state, Database& database, LegFetcher& fetcher, boo
 }
 
 void RootView::select(int section) {
-    const int known = section >= dashboard && section <= settings ? section : dashboard;
+    const int known = section >= Dashboard && section <= Settings ? section : Dashboard;
     if (std::exchange(m_selection, known) != known)
         Q_EMIT selectionChanged();
 }

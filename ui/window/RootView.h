@@ -22,7 +22,7 @@ class RootView : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
 public:
-    enum SidebarSection { dashboard, watchers, hits, settings };
+    enum SidebarSection { Dashboard, Watchers, Hits, Settings };
     Q_ENUM(SidebarSection)
 
     /// All must outlive the view.
@@ -51,6 +51,6 @@ private:
     Database& m_database;
     LegFetcher& m_fetcher;
     bool m_isDemo;
-    int m_selection = dashboard;
+    int m_selection = Dashboard;
     bool m_isStarted = false;
 };

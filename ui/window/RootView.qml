@@ -37,7 +37,7 @@ FocusScope {
 
         DashboardView {
             anchors.fill: parent
-            visible: view.root.selection === RootViewModel.dashboard
+            visible: view.root.selection === RootViewModel.Dashboard
             focus: visible
             figures: view.figures
             form: view.form
@@ -48,7 +48,7 @@ FocusScope {
         Loader {
             id: watchersPage
             anchors.fill: parent
-            readonly property bool chosen: view.root.selection === RootViewModel.watchers
+            readonly property bool chosen: view.root.selection === RootViewModel.Watchers
             property bool wanted: false
             onChosenChanged: if (chosen) wanted = true
             active: wanted || chosen
@@ -57,13 +57,13 @@ FocusScope {
             sourceComponent: WatchersPage {
                 section: view.watchers
                 offersSearch: true
-                onSearchRequested: view.root.selection = RootViewModel.dashboard
+                onSearchRequested: view.root.selection = RootViewModel.Dashboard
             }
         }
         Loader {
             id: hitsPage
             anchors.fill: parent
-            readonly property bool chosen: view.root.selection === RootViewModel.hits
+            readonly property bool chosen: view.root.selection === RootViewModel.Hits
             property bool wanted: false
             onChosenChanged: if (chosen) wanted = true
             active: wanted || chosen
@@ -73,14 +73,14 @@ FocusScope {
         }
         Loader {
             anchors.fill: parent
-            active: view.root.selection === RootViewModel.settings
+            active: view.root.selection === RootViewModel.Settings
             focus: active
             sourceComponent: SettingsView { model: view.settings }
         }
     }
-    Shortcut { sequences: ["Ctrl+1"]; onActivated: view.root.selection = RootViewModel.dashboard }
-    Shortcut { sequences: ["Ctrl+2"]; onActivated: view.root.selection = RootViewModel.watchers }
-    Shortcut { sequences: ["Ctrl+3"]; onActivated: view.root.selection = RootViewModel.hits }
-    Shortcut { sequences: ["Ctrl+,", "Ctrl+4"]; onActivated: view.root.selection = RootViewModel.settings }
+    Shortcut { sequences: ["Ctrl+1"]; onActivated: view.root.selection = RootViewModel.Dashboard }
+    Shortcut { sequences: ["Ctrl+2"]; onActivated: view.root.selection = RootViewModel.Watchers }
+    Shortcut { sequences: ["Ctrl+3"]; onActivated: view.root.selection = RootViewModel.Hits }
+    Shortcut { sequences: ["Ctrl+,", "Ctrl+4"]; onActivated: view.root.selection = RootViewModel.Settings }
     Shortcut { sequences: [StandardKey.Refresh]; onActivated: view.watchers.checkAll() }
 }

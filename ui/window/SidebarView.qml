@@ -54,9 +54,9 @@ Rectangle {
         Repeater {
             id: entries
             model: [
-                { text: "Dashboard", symbol: "gauge.with.needle", section: RootViewModel.dashboard },
-                { text: "Overvåkere", symbol: "scope", section: RootViewModel.watchers },
-                { text: "Treff", symbol: "sparkles", section: RootViewModel.hits }
+                { text: "Dashboard", symbol: "gauge.with.needle", section: RootViewModel.Dashboard },
+                { text: "Overvåkere", symbol: "scope", section: RootViewModel.Watchers },
+                { text: "Treff", symbol: "sparkles", section: RootViewModel.Hits }
             ]
             SidebarEntry {
                 id: entry
@@ -66,7 +66,7 @@ Rectangle {
                 Layout.fillWidth: true
                 text: modelData.text
                 symbol: modelData.symbol
-                badge: modelData.section === RootViewModel.hits ? sidebar.root.hitsBadge : ""
+                badge: modelData.section === RootViewModel.Hits ? sidebar.root.hitsBadge : ""
                 current: sidebar.root.selection === modelData.section
                 onClicked: sidebar.root.selection = modelData.section
                 Keys.onDownPressed: (entries.itemAt(index + 1) ?? settingsButton).forceActiveFocus(Qt.TabFocusReason)
@@ -85,8 +85,8 @@ Rectangle {
             Layout.fillWidth: true
             text: "Innstillinger"
             symbol: "gearshape"
-            current: sidebar.root.selection === RootViewModel.settings
-            onClicked: sidebar.root.selection = RootViewModel.settings
+            current: sidebar.root.selection === RootViewModel.Settings
+            onClicked: sidebar.root.selection = RootViewModel.Settings
             Keys.onUpPressed: entries.itemAt(2).forceActiveFocus(Qt.TabFocusReason)
         }
     }

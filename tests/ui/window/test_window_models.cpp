@@ -132,10 +132,10 @@ private Q_SLOTS:
     void theFrameFollowsTheState() {
         World world;
         RootView root(world.state, world.database, world.airline, false);
-        root.select(RootView::hits);
-        QCOMPARE(root.selection(), int(RootView::hits));
+        root.select(RootView::Hits);
+        QCOMPARE(root.selection(), int(RootView::Hits));
         root.select(17);
-        QCOMPARE(root.selection(), int(RootView::dashboard));
+        QCOMPARE(root.selection(), int(RootView::Dashboard));
         QCOMPARE(root.hitsBadge(), QString());
         QCOMPARE(root.notice(), QString());
         world.addMatch();

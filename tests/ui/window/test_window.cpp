@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+// The main window and the panel, used as a person would.
+#include "tests/ui/support/PageWindow.h"
+#include "tests/ui/window/WindowWorld.h"
+#include "ui/window/PanelPlacement.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+class TestWindow : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "UTC"); }
+
+    void theSidebarLeadsToThePages() {
+        WindowWorld world;
+        world.addWatcher();
+        world.addMatch();
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, world.content());
+        QVERIFY(page.isShown(u"Hvor vil du reise?"_s));
+        QVERIFY(page.isShown(u"1 nye"_s));
+        page.click(u"sidebarOvervåkere"_s);
+        QVERIFY(page.isShown(u"Sjekk alle nå"_s));
+        QVERIFY(!page.isShown(u"Hvor vil du reise?"_s));
+        page.click(u"sidebarTreff"_s);
+        QTRY_VERIFY(page.isShown(u"Oslo → New York"_s));
+        page.click(u"sidebarInnstillinger"_s);
+        QVERIFY(page.isShown(u"SJEKK-INTERVALL"_s));
+        page.key(Qt::Key_1, Qt::ControlModifier);
+        QVERIFY(page.isShown(u"Hvor vil du reise?"_s));
+        page.key(Qt::Key_3, Qt::ControlModifier);
+        QVERIFY(page.isShown(u"Tøm treff"_s));
+    }
+
+    void theDashboardLeadsOn() {
+        WindowWorld world;
+        world.addWatcher();
+        world.lastPollWas(1284, {u"søk 1: SAS-søk krever avreisedato."_s});
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, world.content());
+        QVERIFY(page.isShown(u"søk 1: SAS-søk krever avreisedato."_s));
+        QVERIFY(page.isShown(u"1\u00a0284 reiser gjennomgått"_s));
+        page.click(u"errorStrip"_s);
+        QCOMPARE(world.root.selection(), int(RootView::Watchers));
+        world.root.select(RootView::Dashboard);
+        page.click(u"statHits"_s);
+        QCOMPARE(world.root.selection(), int(RootView::Hits));
+        world.root.select(RootView::Dashboard);
+        // Signed out, that is what is said, here and in the sidebar.
+        world.session.setLoggedOut(false);
+        QVERIFY(!page.isShown(u"søk 1: SAS-søk krever avreisedato."_s));
+        page.click(u"bannerLogin"_s);
+        page.click(u"cardLogin"_s);
+        QCOMPARE(world.loginsOpened, 2);
+    }
+
+    void whatIsWrongIsSaidOnEveryPage() {
+        WindowWorld world(true);
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, world.content(), {880, 600});
+        QVERIFY(page.find(u"demoNote"_s));
+        QVERIFY(!page.find(u"notice"_s));
+        QVERIFY(page.isShown(u"Dashboard"_s));
+    }
+
+    void closingAsksWhereThereIsNoTray() {
+        WindowWorld world;
+        world.tray.isThere = false;
+        world.life.showWindow();
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, world.content());
+        const QSignalSpy quit(&world.life, &LifeCycle::quitRequested);
+        world.life.closeWindow();
+        QTRY_VERIFY(page.isShown(u"Fortsette jakten i bakgrunnen?"_s));
+        page.key(Qt::Key_Escape);
+        QTRY_VERIFY(!world.life.isAsking());
+        QVERIFY(world.life.isWindowShown());
+        world.life.closeWindow();
+        QTRY_VERIFY(page.isShown(u"Fortsett i bakgrunnen"_s));
+        page.click(u"Fortsett i bakgrunnen"_s);
+        QTRY_VERIFY(!world.life.isWindowShown());
+        QVERIFY(quit.isEmpty());
+        world.life.closeWindow();
+        QTRY_VERIFY(page.find(u"quit"_s));
+        page.click(u"quit"_s);
+        QCOMPARE(quit.size(), 1);
+    }
+
+    void theOnboardingComesFirst() {
+        WindowWorld world;
+        world.database.set(u"onboarded"_s, u"0"_s);
+        AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
+        RootView root(state, world.database, world.airline, false);
+        OnboardingView onboarding(state, world.session, world.clock, [] {});
+        QVariantMap content = world.content();
+        content[u"root"_s] = QVariant::fromValue(&root);
+        content[u"onboarding"_s] = QVariant::fromValue(&onboarding);
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, content);
+        QVERIFY(page.isShown(u"Kom i gang"_s));
+        page.click(u"Start jakten →"_s);
+        QTRY_VERIFY(page.isShown(u"Hvor vil du reise?"_s));
+    }
+
+    void thePanel() {
+        WindowWorld world;
+        world.addWatcher();
+        world.addMatch();
+        PageWindow page(u"Tindra.Window"_s, u"MenuBarPanel"_s,
+                        {{u"panel"_s, QVariant::fromValue(&world.panel)}}, {320, 260});
+        QVERIFY(page.isShown(u"Jakten er i gang"_s));
+        QVERIFY(page.isShown(u"Oslo → New York"_s));
+        page.click(u"panelBook"_s);
+        QCOMPARE(world.desktop.opened.size(), 1);
+        const QSignalSpy opened(&world.panel, &MenuBarPanel::openRequested);
+        page.click(u"panelOpen"_s);
+        QCOMPARE(opened.size(), 1);
+        world.session.setLoggedOut(false);
+        QVERIFY(page.isShown(u"Ikke innlogget hos SAS — søkene får ingen data"_s));
+    }
+
+    void thePanelIsWholeAndBesideItsIcon_data() {
+        QTest::addColumn<std::optional<QPoint>>("icon");
+        QTest::addColumn<QPoint>("place");
+        const auto at = [](int x, int y) { return std::optional(QPoint(x, y)); };
+        QTest::newRow("a bar at the top") << at(900, 10) << QPoint(740, 18);
+        QTest::newRow("a bar at the bottom") << at(900, 990) << QPoint(740, 782);
+        QTest::newRow("the right corner") << at(1395, 990) << QPoint(1072, 782);
+        QTest::newRow("the left corner") << at(3, 5) << QPoint(8, 13);
+        QTest::newRow("nobody knows") << std::optional<QPoint>() << QPoint(1072, 8);
+    }
+
+    void thePanelIsWholeAndBesideItsIcon() {
+        QFETCH(std::optional<QPoint>, icon);
+        QTEST(panelPlacement(icon, QRect(0, 0, 1400, 1000), QSize(320, 200)), "place");
+    }
+};
+
+TINDRA_UI_TEST_MAIN(TestWindow)
+#include "test_window.moc"
