@@ -1,38 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "airline/SessionState.h"
-#include "tests/support/AppWorld.h"
-#include "tests/support/FakeDesktop.h"
-#include "tests/support/FakeTray.h"
-#include "ui/window/DashboardView.h"
-#include "ui/window/LifeCycle.h"
-#include "ui/window/MenuBarPanel.h"
-#include "ui/window/RootView.h"
+#include "tests/ui/window/WindowWorld.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct World : AppWorld {
-    SessionState session;
-    FakeDesktop desktop;
-    FakeTray tray;
-    DashboardView dashboard{state, session};
-    MenuBarPanel panel{state, worker, session, desktop, Site{}};
-
-    void lastPollWas(int fetched, const QStringList& errors = {}) {
-        PollSummary summary;
-        summary.at = clock.now();
-        summary.fetched = fetched;
-        summary.errors = errors;
-        database.set(u"last_poll"_s, QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
-        state.reload();
-    }
-};
-
-} // namespace
+using World = WindowWorld;
 
 class TestWindowModels : public QObject {
     Q_OBJECT
