@@ -152,7 +152,8 @@ QCoro::Task<> AppState::refreshCommunity() {
     const auto answer = co_await m_community.fetchHits(routes);
     if (!self || number != m_refreshes)
         co_return;
-    QList<Match> hits = co_await concerning(answer ? answer->hits : QList<Match>());
+    QList<Match> theirs = answer ? answer->hits : QList<Match>();
+    QList<Match> hits = co_await concerning(std::move(theirs));
     if (!self || number != m_refreshes)
         co_return;
     // Sharing may have been switched off meanwhile.

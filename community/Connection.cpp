@@ -138,7 +138,7 @@ void Connection::takeHead() {
     std::string forwardedFor;
     const auto lines = message.equal_range("X-Forwarded-For");
     for (auto line = lines.first; line != lines.second; ++line)
-        forwardedFor.append(viewOf(line->value())).append(",");
+        forwardedFor.append(forwardedFor.empty() ? "" : ",").append(viewOf(line->value()));
     m_request.sender = senderOf(m_peer, forwardedFor, m_all.trustedProxies());
     message.clear();
     welcome(isAwaited);

@@ -13,7 +13,9 @@ namespace {
 
 // In one batch, so that one store call is short and its answer small.
 constexpr std::size_t changesAtOnce = 2000;
-constexpr std::chrono::milliseconds restAfterTrouble{500};
+/// So long does a store not take that still answers.
+constexpr std::chrono::milliseconds hanging{500};
+constexpr std::chrono::milliseconds restAfterHanging{1000};
 constexpr std::size_t readsAtOnce = 32;
 // Waiting altogether.
 constexpr std::size_t mostChanges = 6000;
@@ -104,9 +106,11 @@ std::optional<StoreThread::Batch> StoreThread::take() {
 void StoreThread::perform(Batch batch) {
     std::vector<PagePtr> pages(batch.reads.size());
     bool isDone = false;
+    bool hasRead = false;
+    const auto begin = std::chrono::steady_clock::now();
     try {
-        // A store that does not answer costs its patience once a while, not once a batch.
-        if (std::chrono::steady_clock::now() < m_retryAt)
+        // A store that hangs costs its patience once in a while, not once a batch.
+        if (begin < m_retryAt)
             throw StoreError(m_trouble);
         const Time now = m_clock();
         if (!batch.reads.empty()) {
@@ -119,6 +123,7 @@ void StoreThread::perform(Batch batch) {
         }
         if (!batch.pings.empty())
             m_store->ping();
+        hasRead = true;
         if (!batch.writes.empty()) {
             std::vector<Change> changes;
             for (Write& write : batch.writes)
@@ -128,8 +133,9 @@ void StoreThread::perform(Batch batch) {
         isDone = true;
         note({});
     } catch (const StoreError& error) {
-        if (std::chrono::steady_clock::now() >= m_retryAt)
-            m_retryAt = std::chrono::steady_clock::now() + restAfterTrouble;
+        const auto end = std::chrono::steady_clock::now();
+        if (!hasRead && end - begin >= hanging)
+            m_retryAt = end + restAfterHanging;
         note(error.what());
     }
     m_post([batch = std::move(batch), pages = std::move(pages), isDone] {

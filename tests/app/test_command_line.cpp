@@ -18,6 +18,9 @@ class TestCommandLine : public QObject {
 private Q_SLOTS:
     void commands() {
         using Command = CommandLine::Command;
+        QCOMPARE(CommandLine::parse({}), (CommandLine{.command = Command::window}));
+        QCOMPARE(CommandLine::parse({u"--hidden"_s, u"--demo"_s}),
+                 (CommandLine{.command = Command::window, .hidden = true, .demo = true}));
         QCOMPARE(CommandLine::parse({u"hunt"_s}), (CommandLine{.command = Command::hunt}));
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--json"_s, u"--demo"_s, u"--once"_s}),
                  (CommandLine{.command = Command::hunt, .once = true, .json = true, .demo = true}));
@@ -42,7 +45,7 @@ private Q_SLOTS:
     void nonsenseIsOneLine_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("named");
-        QTest::newRow("nothing") << QStringList{} << u"tindra hunt"_s;
+        QTest::newRow("not with a window") << QStringList{u"--once"_s} << u"«--once»"_s;
         QTest::newRow("command") << QStringList{u"jakt"_s} << u"«jakt»"_s;
         QTest::newRow("option") << QStringList{u"hunt"_s, u"--onse"_s} << u"«--onse»"_s;
         QTest::newRow("not for it") << QStringList{u"sign-in"_s, u"--once"_s} << u"«--once»"_s;

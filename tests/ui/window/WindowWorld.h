@@ -18,6 +18,7 @@
 struct WindowWorld : SettingsWorld {
     explicit WindowWorld(bool isDemo = false) : root(state, database, airline, isDemo) {
         state.finishOnboarding();
+        http.answer = [](const HttpRequest&) { return HttpResponse{200, "{\"hits\":[]}"}; };
     }
 
     FakeTray tray;
