@@ -14,10 +14,10 @@
 #include "app/SignIn.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
+#include "platform/linux/CurlSession.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GtkHostWindow.h"
 #include "platform/linux/LinuxClock.h"
-#include "platform/linux/NetworkSession.h"
 #include "platform/linux/WebKitRuntime.h"
 #include "platform/linux/WebKitView.h"
 #include "polling/Community.h"
@@ -55,7 +55,7 @@ struct Tindra {
     LiveSession session{*view, window, clock, database, keychain, state, capture, site};
     SASEngine engine{*view, clock, database, keychain, state, capture, &session};
     Worker worker{database, engine, notifier, clock, site};
-    NetworkSession network{clock};
+    CurlSession network;
     Community community;
     AppState appState{database, worker, community, notifier, clock};
     Sharing sharing{worker, community, appState, clock};

@@ -4,7 +4,7 @@
 #include "app/Sharing.h"
 #include "community/Service.h"
 #include "platform/linux/LinuxClock.h"
-#include "platform/linux/NetworkSession.h"
+#include "platform/linux/CurlSession.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/Redis.h"
 #include "tests/support/Settled.h"
@@ -21,7 +21,7 @@ constexpr auto bookable = "2027-03-01";
 /// One install: everything of its own but the service. Its clock is the service's too.
 struct Hunter : AppWorld {
     LinuxClock realTime;
-    NetworkSession network{realTime};
+    CurlSession network;
     Community shared;
     AppState shown{database, worker, shared, notifier, clock};
     Sharing sharing{worker, shared, shown, realTime};
