@@ -122,7 +122,7 @@ private Q_SLOTS:
         QCOMPARE(failed.err.count(u"Varsler kan ikke vises"_s), 1);
 
         QCOMPARE(run({u"hunt"_s, u"--twice"_s}).code, 2);
-        QCOMPARE(run({}).code, 2);
+        QCOMPARE(run({u"--once"_s}).code, 2);
         const Result help = run({u"--help"_s});
         QCOMPARE(help.code, 0);
         QVERIFY(help.out.contains(u"tindra hunt"_s));
