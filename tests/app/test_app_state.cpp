@@ -216,6 +216,38 @@ private Q_SLOTS:
         QVERIFY(world.state.communityHits().isEmpty());
     }
 
+    void aLateAnswerSaysNothing() {
+        AppWorld world;
+        world.addWatcher();
+        const double now = secondsSince1970(world.clock.now());
+        OneShot<bool> older;
+        int asked = 0;
+        world.http.hold = [&] { return ++asked == 1 ? std::optional(older) : std::nullopt; };
+        world.http.answer = [&](const HttpRequest&) {
+            return answerOf(asked == 1 ? QJsonArray() : QJsonArray{find(u"k"_s, now)});
+        };
+        auto first = world.state.refreshCommunity();
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(keys(world.state.matches()), QStringList{u"k"_s});
+        world.http.answer = [](const HttpRequest&) { return answerOf({}); };
+        older.resolve(true);
+        awaited(std::move(first));
+        QCOMPARE(keys(world.state.matches()), QStringList{u"k"_s});
+    }
+
+    void aFloodIsAnnouncedByAndBy() {
+        AppWorld world;
+        world.addWatcher();
+        QJsonArray finds;
+        for (int i = 0; i < 25; ++i)
+            finds.append(find(u"k%1"_s.arg(i), secondsSince1970(world.clock.now())));
+        has(world, finds);
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(world.center.posted.size(), 20);
+        awaited(world.state.refreshCommunity());
+        QCOMPARE(world.center.posted.size(), 25);
+    }
+
     void nothingIsAnnouncedThatCannotBeStored() {
         AppWorld world;
         world.addWatcher();

@@ -166,8 +166,11 @@ void SharingTest::answersAreBoundedAndNewestFirst() {
     const Http::Reply one = http.get("/v1/hits?routes=" + routes.first());
     QVERIFY(one.body.size() < 64 * 1024);
     QVERIFY(one.hits().size() > 100);
+    QVERIFY(one.body.endsWith(R"("more":true})"));
+    QVERIFY(!http.get("/v1/hits?routes=" + routes.at(1)).body.contains("more"));
     const Http::Reply all = http.get("/v1/hits?routes=" + routes.join(','));
     QVERIFY(all.body.size() > 900'000 && all.body.size() <= 1'000'000);
+    QVERIFY(all.body.endsWith(R"("more":true})"));
     // The sixty-first is not looked at; of the others the newest come first.
     const auto routeOf = [&](qsizetype index) {
         return all.hits().at(index)[u"route"_s].toString().toUtf8();

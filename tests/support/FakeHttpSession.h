@@ -15,11 +15,13 @@ class FakeHttpSession final : public HttpSession {
 public:
     QCoro::Task<std::optional<HttpResponse>> send(HttpRequest request) override {
         sent.append(request);
-        const auto reply = answer;
         std::optional<HttpResponse> response;
+        const auto held = hold ? hold() : std::nullopt;
+        if (held)
+            co_await *held;
         co_await nextTurn();
-        if (reply)
-            response = reply(request);
+        if (answer)
+            response = answer(request);
         else
             QTest::qFail(qPrintable(request.url.toString()), __FILE__, __LINE__);
         co_return response;
@@ -27,4 +29,6 @@ public:
 
     QList<HttpRequest> sent;
     std::function<std::optional<HttpResponse>(const HttpRequest&)> answer;
+    /// What a request waits for before it is answered; absent when it waits for nothing.
+    std::function<std::optional<OneShot<bool>>()> hold;
 };

@@ -56,9 +56,10 @@ FocusScope {
 
     Connections {
         target: view.page
-        // Once the rows have found their places.
         function onRevealed(row) {
-            Qt.callLater(() => list.positionViewAtIndex(row, ListView.Center));
+            // The rows have to find their places first.
+            list.forceLayout();
+            list.positionViewAtIndex(row, ListView.Center);
         }
     }
     ListView {

@@ -203,6 +203,21 @@ private Q_SLOTS:
         QVERIFY(w.page.notice().isEmpty());
     }
 
+    void aFindIsRevealedWhateverHidesIt() {
+        PageWorld w;
+        w.page.setShown(true);
+        w.add(u"OSL-EWR"_s);
+        w.add(u"OSL-BKK"_s, [](Match& m) { m.key = u"2027-03-05-OSL-BKK-SK1"_s; });
+        const QSignalSpy revealed(&w.page, &HitsPage::revealed);
+        w.page.setWatcherIndex(1);
+        w.page.reveal(u"no such#business"_s);
+        QVERIFY(revealed.isEmpty());
+        w.page.reveal(u"2027-03-05-OSL-BKK-SK1#business"_s);
+        QCOMPARE(revealed.size(), 1);
+        const HitsRow row = w.page.rows()->rows().at(revealed[0][0].toInt());
+        QCOMPARE(row.offers.value(0).match.key, u"2027-03-05-OSL-BKK-SK1"_s);
+    }
+
     void whatLeavesTheProgram() {
         PageWorld w;
         w.page.setShown(true);
