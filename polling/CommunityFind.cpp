@@ -102,7 +102,7 @@ std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant 
 
 bool CommunityFind::isShareable(const Match& match) {
     const QString begin = match.travelDate + u'-' + match.route + u'-';
-    return DateFmt::parseIso(match.travelDate) && match.key.startsWith(begin) &&
+    return DateFmt::parseIso(match.travelDate) && match.seats >= 1 && match.key.startsWith(begin) &&
            match.key.size() > begin.size() && match.key.size() <= longestKey;
 }
 

@@ -27,6 +27,7 @@ Match offer(const QString& flight, bool soldOut = false) {
     match.travelDate = u"2027-03-05"_s;
     match.cabin = u"business"_s;
     match.route = u"OSL-EWR"_s;
+    match.seats = 2;
     match.soldOut = soldOut;
     match.foundAt = instantFromSeconds(1.5);
     return match;
@@ -90,6 +91,12 @@ private Q_SLOTS:
         World world;
         awaited(world.community.report({}));
         awaited(world.community.report({offer(u"gone"_s, true)}));
+        // Nor what the service would refuse, with all that comes with it.
+        Match odd = offer(u""_s);
+        awaited(world.community.report({odd}));
+        odd = offer(u"a"_s);
+        odd.seats = 0;
+        awaited(world.community.report({odd}));
         QVERIFY(world.http.sent.isEmpty());
         awaited(world.community.report({offer(u"a"_s), offer(u"gone"_s, true), offer(u"b"_s)}));
         QCOMPARE(world.http.sent.size(), 1);
