@@ -112,7 +112,7 @@ std::optional<CommunityFind::Answer> CommunityFind::read(const QByteArray& text)
         return std::nullopt;
     Answer answer{{}, !object["more"_L1].toBool()};
     const QJsonArray array = object["hits"_L1].toArray();
-    for (const QJsonValue& value : array) {
+    for (const auto& value : array) {
         if (!value.isObject())
             return std::nullopt;
         answer.finds.append(value.toObject());

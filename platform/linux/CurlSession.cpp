@@ -22,7 +22,8 @@ struct Exchange {
 // A callback that takes less than it is offered ends the request.
 size_t takeBody(const char* data, size_t size, size_t count, void* user) {
     auto& exchange = *static_cast<Exchange*>(user);
-    const auto bytes = static_cast<qint64>(size * count);
+    // One unit is one byte, always.
+    const auto bytes = static_cast<qint64>(size) * static_cast<qint64>(count);
     if (exchange.body.size() + bytes > exchange.largestBody)
         return 0;
     exchange.body.append(data, bytes);
@@ -31,7 +32,7 @@ size_t takeBody(const char* data, size_t size, size_t count, void* user) {
 
 size_t takeHeader(const char*, size_t size, size_t count, void* user) {
     auto& exchange = *static_cast<Exchange*>(user);
-    exchange.headers += static_cast<qint64>(size * count);
+    exchange.headers += static_cast<qint64>(size) * static_cast<qint64>(count);
     return exchange.headers > mostHeaders ? 0 : size * count;
 }
 
