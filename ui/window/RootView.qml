@@ -4,7 +4,6 @@ import Tindra.Hits
 import Tindra.Search
 import Tindra.Session
 import Tindra.Settings
-import Tindra.Theme
 import Tindra.Watchers
 import Tindra.Window
 

@@ -36,7 +36,7 @@ Rectangle {
             spacing: TD.s + 2
             Image {
                 source: "qrc:/icons/tindra.svg"
-                sourceSize: Qt.size(26, 26)
+                sourceSize { width: 26; height: 26 }
             }
             TDLabel {
                 Layout.fillWidth: true
