@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Templates as T
 import Tindra.Theme
 
 /** One choice of a few, as capsules. */
@@ -16,16 +17,25 @@ TDChoice {
         Repeater {
             id: repeater
             model: pills.model
-            TDChip {
+            T.RadioButton {
+                id: pill
                 required property int index
                 required property string modelData
+                implicitWidth: contentItem.implicitWidth + 24
+                implicitHeight: 32
                 text: modelData
                 checked: index === pills.currentIndex
-                checkmark: false
+                hoverEnabled: true
                 focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+                font { family: TD.fontFamily; pixelSize: TD.body; weight: Font.Medium }
                 Accessible.role: Accessible.RadioButton
+                Accessible.name: text
                 Accessible.checkable: true
+                Accessible.checked: checked
                 onClicked: pills.pick(index)
+                HoverHandler { cursorShape: Qt.PointingHandCursor }
+                contentItem: TDChipLabel { button: pill }
+                background: TDChipGround { button: pill }
             }
         }
     }

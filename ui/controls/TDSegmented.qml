@@ -30,7 +30,7 @@ TDChoice {
         Repeater {
             id: repeater
             model: segmented.model
-            T.Button {
+            T.RadioButton {
                 id: part
                 required property int index
                 required property string modelData

@@ -45,11 +45,16 @@ Rectangle {
         Column {
             width: parent.width
             Accessible.role: Accessible.Heading
+            Accessible.name: promise.text + " " + catcher.text
             Headline {
+                id: promise
+                Accessible.ignored: true
                 text: "Én saver-billett i business forsvinner på minutter."
                 color: TD.panelText
             }
             Headline {
+                id: catcher
+                Accessible.ignored: true
                 text: "Tindra fanger den for deg."
                 color: TD.peach
             }

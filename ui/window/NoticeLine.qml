@@ -26,6 +26,7 @@ Rectangle {
             Layout.fillWidth: true
             color: line.ink
             wrapMode: Text.Wrap
+            Accessible.ignored: true
         }
     }
 }

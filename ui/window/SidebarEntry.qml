@@ -6,7 +6,7 @@ import Tindra.Controls
 import Tindra.Theme
 
 /** One page's entry in the sidebar. */
-T.Button {
+T.TabButton {
     id: entry
 
     property string symbol

@@ -65,6 +65,24 @@ private Q_SLOTS:
         QVERIFY2(seen.size() > 25, qPrintable(QString::number(seen.size())));
     }
 
+    // Qt tells screen readers the role of the template, not the one that is written in QML.
+    void rolesReachScreenReaders() {
+        const PageWindow window(page(column +
+                                     "TDSegmented { label: 'A'; model: ['a', 'b']; width: 380 }"
+                                     "TDRadioPills { label: 'B'; model: ['c', 'd'] }"
+                                     "TDChip { text: 'e'; checkable: true } }"),
+                                {}, {400, 300});
+        const QList<std::pair<QString, QAccessible::Role>> wanted{
+            {u"b"_s, QAccessible::RadioButton},
+            {u"d"_s, QAccessible::RadioButton},
+            {u"e"_s, QAccessible::CheckBox}};
+        for (const auto& [name, role] : wanted) {
+            QQuickItem* item = window.find(name);
+            QVERIFY2(item, qPrintable(name));
+            QCOMPARE(QAccessible::queryAccessibleInterface(item)->role(), role);
+        }
+    }
+
     void keysDoWhatTheMouseDoes_data() {
         QTest::addColumn<QByteArray>("control");
         QTest::addColumn<QList<int>>("keys");
