@@ -59,6 +59,7 @@ FocusScope {
         function onRevealed(row) {
             // The rows have to find their places first.
             list.forceLayout();
+            list.currentIndex = view.page.nextStop(row - 1, 1);
             list.positionViewAtIndex(row, ListView.Center);
         }
     }
@@ -76,6 +77,11 @@ FocusScope {
         function isTabStop(row: int): bool {
             return row === currentIndex || (row > currentIndex && row <= currentIndex + 2
                                             && currentItem?.isOpen === true);
+        }
+        /** The first row that is whole, so that nothing moves when it becomes the current one. */
+        function firstInView(): int {
+            const row = Math.max(0, indexAt(width / 2, contentY + 1));
+            return (itemAtIndex(row)?.y ?? 0) < contentY ? row + 1 : row;
         }
         /** Makes a row the current one and takes the focus to it, also from a button in another. */
         function moveTo(row: int) {
@@ -135,7 +141,7 @@ FocusScope {
             // The page has the focus when it opens; then nobody has walked to a row yet.
             byKeyboard = wasLeft;
             if (currentIndex < 0)
-                currentIndex = view.page.nextStop(-1, 1);
+                currentIndex = view.page.nextStop(firstInView() - 1, 1);
         }
         Keys.onPressed: event => {
             switch (event.key) {

@@ -39,7 +39,7 @@ Rectangle {
         }
     }
     Accessible.role: Accessible.Grouping
-    Accessible.name: card ? [card.title, card.badge, soldOut ? card.goneText : card.fare].filter(text => text !== "").join(", ") : ""
+    Accessible.name: card ? [card.title, card.badge, card.departPlace, card.departTime, soldOut ? card.goneText : card.fare].filter(text => text !== "").join(", ") : ""
 
     TDLabel {
         id: title
