@@ -50,7 +50,7 @@ void Connection::close() {
         return;
     m_isOpen = false;
     Error ignored;
-    m_socket.close(ignored);
+    static_cast<void>(m_socket.close(ignored));
     m_all.remove(shared_from_this());
 }
 
@@ -62,7 +62,7 @@ void Connection::endWait() {
     m_isTimedOut = true;
     m_deadline = Instant::max();
     Error ignored;
-    m_socket.cancel(ignored);
+    static_cast<void>(m_socket.cancel(ignored));
 }
 
 void Connection::enter(Phase phase, Instant deadline) {
@@ -94,7 +94,7 @@ void Connection::beginRequest() {
 void Connection::readMore() {
     m_socket.async_read_some(m_buffer.prepare(restingBuffer / 2),
                              [self = shared_from_this()](Error error, std::size_t bytes) {
-                                 if (error) {
+                                 if (self->isOver(error)) {
                                      self->refuseBroken(error);
                                      return;
                                  }
@@ -177,14 +177,14 @@ void Connection::proceed(bool isAwaited) {
     else
         asio::async_write(m_socket, asio::buffer(goOn),
                           [self = shared_from_this()](Error error, std::size_t) {
-                              error ? self->refuseBroken(error) : self->readBody();
+                              self->isOver(error) ? self->refuseBroken(error) : self->readBody();
                           });
 }
 
 void Connection::readBody() {
     http::async_read(m_socket, m_buffer, *m_parser,
                      [self = shared_from_this()](Error error, std::size_t) {
-                         error ? self->refuseBroken(error) : self->answer();
+                         self->isOver(error) ? self->refuseBroken(error) : self->answer();
                      });
 }
 
@@ -255,7 +255,7 @@ void Connection::write(Response response, bool staysOpen) {
 // Closing with unread input resets the connection, and the answer may be lost with it.
 void Connection::drain() {
     Error ignored;
-    m_socket.shutdown(Socket::shutdown_send, ignored);
+    static_cast<void>(m_socket.shutdown(Socket::shutdown_send, ignored));
     enter(Phase::Draining, now() + drainLimit);
     readScrap();
 }

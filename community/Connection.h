@@ -61,6 +61,8 @@ private:
     void proceed(bool isAwaited);
     void readBody();
     void answer();
+    /// A wait may also have ended after the bytes came, and before they were noticed.
+    bool isOver(Error error) const { return error || m_isTimedOut; }
     void refuseBroken(Error error);
     void write(Response response, bool staysOpen);
     void drain();

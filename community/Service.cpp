@@ -107,7 +107,7 @@ void Service::Running::accept() {
             }
             const tcp::endpoint peer = socket.remote_endpoint(error);
             if (!error) {
-                socket.set_option(tcp::no_delay(true), error);
+                static_cast<void>(socket.set_option(tcp::no_delay(true), error));
                 const auto connection =
                     std::make_shared<Connection>(std::move(socket), peer.address(), connections);
                 if (connections.add(connection))

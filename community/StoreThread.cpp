@@ -115,6 +115,7 @@ void StoreThread::perform(Batch batch) {
         const Time now = m_clock();
         if (!batch.reads.empty()) {
             std::vector<std::string> routes;
+            routes.reserve(batch.reads.size());
             for (const Read& read : batch.reads)
                 routes.push_back(read.route);
             const auto finds = m_store->newest(routes, now);
