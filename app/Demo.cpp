@@ -75,7 +75,7 @@ QList<Search> Demo::watchers(QDate today) {
 
     Search newYork;
     newYork.name = u"New York med partnere"_s;
-    newYork.origin = u"OSL, BGO"_s;
+    newYork.origin = u"OSL,BGO"_s;
     newYork.destination = u"EWR"_s;
     newYork.cabins = {u"business"_s, u"premeco"_s};
     newYork.dateFrom = day(40);

@@ -26,6 +26,13 @@ std::unique_ptr<Demo> startDemo(const CommandLine& line, const Folders& folders,
     return demo;
 }
 
+/// A stand-in that runs elsewhere (TINDRA_SITE_ORIGIN) comes before the demo's own.
+Site chooseSite(const Demo* demo) {
+    return demo && qEnvironmentVariableIsEmpty("TINDRA_SITE_ORIGIN")
+               ? demo->site()
+               : Site::fromEnvironment(QProcessEnvironment::systemEnvironment());
+}
+
 /// TINDRA_COMMUNITY_URL comes before the demo's own service and the build's address.
 QString communityBase(const Demo* demo) {
     const QString own = qEnvironmentVariable("TINDRA_COMMUNITY_URL");
@@ -61,7 +68,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders)
     , logging(folders, clock)
     , database(folders.data(), clock)
     , demo(startDemo(line, folders, database, clock))
-    , site(demo ? demo->site() : Site::fromEnvironment(QProcessEnvironment::systemEnvironment()))
+    , site(chooseSite(demo.get()))
     , webKit(startWebKit(folders, clock))
     , view(webKit->makeView(clock))
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})

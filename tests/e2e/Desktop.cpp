@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "tests/e2e/Desktop.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Programs take a moment to answer to the mouse.
+constexpr int momentMs = 300;
+
+void xdotool(const QStringList& arguments) {
+    QProcess::execute(u"xdotool"_s, arguments);
+    QTest::qWait(momentMs);
+}
+
+AccessibleTree::Wanted named(const QString& text) {
+    return [text](const Desktop::Item& item) { return item.name.contains(text); };
+}
+
+} // namespace
+
+std::optional<Desktop::Item> Desktop::find(const AccessibleTree::Wanted& wanted,
+                                           int timeoutMs) const {
+    std::optional<Item> found;
+    const auto look = [&] {
+        found = m_tree.find(wanted);
+        return found.has_value();
+    };
+    if (!QTest::qWaitFor(look, timeoutMs))
+        qWarning("not on the screen:\n%s", qPrintable(m_tree.text()));
+    return found;
+}
+
+bool Desktop::sees(const QString& text, int timeoutMs) const {
+    return find(named(text), timeoutMs).has_value();
+}
+
+bool Desktop::seesNow(const QString& text) const {
+    return m_tree.find(named(text)).has_value();
+}
+
+std::optional<Desktop::Item> Desktop::control(const QString& text) const {
+    return controlIn({}, text);
+}
+
+std::optional<Desktop::Item> Desktop::controlIn(QRect part, const QString& text) const {
+    static const QStringList roles{u"push button"_s, u"check box"_s, u"radio button"_s,
+                                   u"page tab"_s,    u"text"_s,      u"combo box"_s};
+    return find([&](const Item& item) {
+        return item.name.contains(text) && roles.contains(item.role) &&
+               (part.isNull() || part.contains(m_tree.place(item)));
+    });
+}
+
+bool Desktop::press(const QString& text) const {
+    const auto item = control(text);
+    if (item)
+        press(item->place.center());
+    return item.has_value();
+}
+
+void Desktop::press(QPoint place) {
+    xdotool({u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s,
+             u"1"_s});
+}
+
+void Desktop::type(const QString& text) {
+    xdotool({u"type"_s, u"--"_s, text});
+}
+
+void Desktop::key(const QString& name) {
+    xdotool({u"key"_s, name});
+}
