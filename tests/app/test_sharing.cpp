@@ -6,7 +6,7 @@
 #include "platform/linux/CurlSession.h"
 #include "platform/linux/LinuxClock.h"
 #include "tests/support/AppWorld.h"
-#include "tests/support/Redis.h"
+#include "tests/support/RedisServer.h"
 #include "tests/support/Settled.h"
 
 #include <QTest>
@@ -66,11 +66,10 @@ private Q_SLOTS:
 
     void aFindOfOneIsShownToTheOtherOnce() {
         QFETCH(bool, redis);
-        std::unique_ptr<Redis> server = redis ? std::make_unique<Redis>() : nullptr;
+        std::unique_ptr<RedisServer> server = redis ? std::make_unique<RedisServer>() : nullptr;
         QTemporaryDir dir;
         community::Options options;
-        options.store = redis ? server->address().toStdString()
-                              : (dir.path() + u"/finds.sqlite"_s).toStdString();
+        options.store = redis ? server->url() : (dir.path() + u"/finds.sqlite"_s).toStdString();
         // The clock of the hunters' world: a date in March 2027 is no more than 400 days ahead.
         options.clock = [] {
             return community::Time(std::chrono::seconds(

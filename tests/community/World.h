@@ -3,32 +3,13 @@
 
 #include "Http.h"
 #include "community/Service.h"
+#include "tests/support/RedisServer.h"
 
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <atomic>
 #include <memory>
-
-/// A Redis of its own on a free port, which keeps nothing.
-class RedisServer {
-public:
-    RedisServer();
-    ~RedisServer() { stop(); }
-
-    quint16 port() const { return m_port; }
-    std::string url() const { return "redis://127.0.0.1:" + std::to_string(m_port); }
-    void start(); ///< also again, on the same port
-    void stop();
-    /// What it answers to an inline command such as "DBSIZE".
-    QByteArray ask(const QByteArray& command) const;
-
-private:
-    QTemporaryDir m_folder;
-    quint16 m_port = 0;
-    QProcess m_process;
-};
 
 /// The clock stands until it is moved. Moves while services run.
 class World {

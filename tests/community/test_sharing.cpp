@@ -234,6 +234,15 @@ void SharingTest::aStoreThatIsGone() {
         QCOMPARE(other.run("ROLLBACK"), SQLITE_OK);
     QCOMPARE(http.report({World::find(u"BGO-NYC"_s)}), 204);
     QCOMPARE(http.hits("BGO-NYC").size(), 1);
+
+    // One that hangs instead.
+    if (m_world->redis) {
+        m_world->redis->hang();
+        QCOMPARE(http.get("/v1/hits?routes=BGO-NYC").status, 503);
+        QCOMPARE(http.get("/nowhere").status, 404);
+        m_world->redis->goOn();
+        QTRY_COMPARE(http.hits("BGO-NYC").size(), 1);
+    }
     service.stop();
     QCOMPARE(lines.first(), "the store does not answer");
     QCOMPARE(lines.last(), "the store answers again");
