@@ -238,7 +238,7 @@ void SharingTest::aStoreThatIsGone() {
     // One that hangs instead.
     if (m_world->redis) {
         m_world->redis->hang();
-        QCOMPARE(http.get("/v1/hits?routes=BGO-NYC").status, 503);
+        QCOMPARE(http.get("/v1/hits?routes=CPH-BKK").status, 503);
         QCOMPARE(http.get("/nowhere").status, 404);
         m_world->redis->goOn();
         QTRY_COMPARE(http.hits("BGO-NYC").size(), 1);
