@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "screens/Screen.h"
+#include "tests/support/RawSql.h"
 #include "tests/ui/window/WindowWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -16,7 +17,7 @@ WindowWorld& show(Shot& shot, const std::function<void(WindowWorld&)>& build = {
 }
 
 void hunting(WindowWorld& world) {
-    for (const QString& destination : {u"EWR, BOS"_s, u"BKK"_s, u"LHR"_s, u"NRT"_s, u"SFO"_s}) {
+    for (const QString& destination : {u"EWR,BOS"_s, u"BKK"_s, u"LHR"_s, u"NRT"_s, u"SFO"_s}) {
         world.addWatcher(destination, [](Search& search) {
             search.returnDateFrom = u"2027-04-01"_s;
             search.returnDateTo = u"2027-04-20"_s;
@@ -43,6 +44,31 @@ const Screen usual(u"window-dashboard"_s, [](Shot& shot) { show(shot, hunting); 
 const Screen fresh(u"window-fresh"_s, [](Shot& shot) { show(shot); });
 const Screen errors(u"window-errors"_s, {1120, 880}, [](Shot& shot) { show(shot, withErrors); });
 const Screen demo(u"window-demo"_s, {880, 600}, [](Shot& shot) { show(shot, hunting, true); });
+
+const Screen notice(u"window-notice"_s, {880, 600}, [](Shot& shot) {
+    show(shot, [](WindowWorld& world) {
+        world.database.set(
+            u"storage_notice"_s,
+            u"Databasen var skadet, og er satt til side som tindra-damaged-20270115.sqlite. "
+            "Kopien tindra-daily-20270114.sqlite er tatt i bruk. Det som er kommet "
+            "til siden den ble tatt, mangler."_s);
+        hunting(world);
+    }).root.select(RootView::Watchers);
+});
+const Screen full(u"window-full-disk"_s, {880, 600}, [](Shot& shot) {
+    show(
+        shot,
+        [](WindowWorld& world) {
+            hunting(world);
+            runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
+                                    "BEGIN SELECT RAISE(ABORT, 'disken er full'); END");
+            world.database.set(u"x"_s, u"1"_s);
+            world.state.reload();
+        },
+        true)
+        .root.select(RootView::Settings);
+    settle();
+});
 
 const Screen signedOut(u"window-signed-out"_s, [](Shot& shot) {
     show(shot, [](WindowWorld& world) {
@@ -75,9 +101,18 @@ void panel(Shot& shot, const std::function<void(WindowWorld&)>& build) {
               {{u"panel"_s, QVariant::fromValue(&world.panel)}});
 }
 
-const Screen panelHunting(u"panel"_s, {320, 220}, [](Shot& shot) { panel(shot, hunting); });
+const Screen panelHunting(u"panel"_s, {320, 210}, [](Shot& shot) { panel(shot, hunting); });
+const Screen panelChecking(u"panel-checking"_s, {320, 210}, [](Shot& shot) {
+    panel(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.airline.answer = [](auto&&...) { return std::nullopt; };
+        world.airline.heldLookup = 1;
+        world.worker.pollOnce();
+        settle();
+    });
+});
 const Screen panelIdle(u"panel-idle"_s, {320, 120}, [](Shot& shot) { panel(shot, [](auto&) {}); });
-const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
+const Screen panelSignedOut(u"panel-signed-out"_s, {320, 240}, [](Shot& shot) {
     panel(shot, [](WindowWorld& world) {
         hunting(world);
         world.session.setLoggedOut(false);
