@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Layouts
 import Tindra.Controls
 import Tindra.Settings
 import Tindra.Theme
