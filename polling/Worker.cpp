@@ -71,6 +71,10 @@ QCoro::Task<> Worker::loop(double intervalMinutes) {
     }
 }
 
+QString Worker::signedOutText() {
+    return u"Ikke innlogget hos SAS — søkene får ingen data. Logg inn via Innstillinger."_s;
+}
+
 QCoro::Task<PollSummary> Worker::pollOnce() {
     PollSummary summary;
     summary.at = m_clock.now();
@@ -129,7 +133,7 @@ QCoro::Task<PollSummary> Worker::round() {
         co_await checkWatcher(watcher, summary, found);
         if (!self)
             co_return summary;
-        if (summary.errors.size() > errors && m_fetcher.loginStatus().isLoggedOut())
+        if (summary.errors.size() > errors && isSignedOut())
             break;
     }
     m_progress = {total, total};
@@ -189,9 +193,8 @@ QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
     co_await readBodies(std::move(fetched), watcher.includePartners, lookup, noData);
     if (!self || !lookup.fares.isEmpty())
         co_return lookup;
-    if (m_fetcher.loginStatus().isLoggedOut())
-        lookup.error = u"Ikke innlogget hos SAS — søkene får ingen data. Logg inn via "
-                       u"Innstillinger."_s;
+    if (isSignedOut())
+        lookup.error = signedOutText();
     else if (noData > 0 && noData == legs.size())
         lookup.error = u"SAS ga ingen data — sjekk EuroBonus-innloggingen (Innstillinger)."_s;
     co_return lookup;

@@ -32,6 +32,10 @@ public:
     bool isRunning() const { return m_isRunning; }
     /// A round runs, or the session is being revived for one: `pollOnce` would do nothing.
     bool isBusy() const { return m_busy; }
+    /// No round can get data before somebody signs in: `pollOnce` then mostly does nothing.
+    bool isSignedOut() const { return m_fetcher.loginStatus().isLoggedOut(); }
+    /// What the user is told then.
+    static QString signedOutText();
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }

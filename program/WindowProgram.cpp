@@ -43,7 +43,7 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
     , m_dashboard(tindra.appState, tindra.state)
     , m_panel(tindra.appState, tindra.worker, tindra.state, m_desktop, tindra.site)
-    , m_root(tindra.appState, tindra.database, tindra.engine, tindra.line.demo)
+    , m_root(tindra.appState, tindra.engine, tindra.line.demo)
     , m_life(m_tray, m_panel, tindra.notifier, tindra.database)
     , m_window((setUpEngine(m_engine, m_theme), m_engine), m_life, m_theme, content())
     , m_panelWindow(m_engine, m_theme, {{u"panel"_s, variant(m_panel)}}) {

@@ -48,7 +48,7 @@ struct World {
 
 void goneIn(Match& m) {
     m.soldOut = true;
-    m.route = u"OSL-EWR 2027-03-04 · SK907"_s;
+    m.route += u" %1 · %2"_s.arg(m.travelDate, m.flight);
     m.key += u":soldout"_s;
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "screens/Screen.h"
-#include "tests/support/RawSql.h"
 #include "tests/ui/settings/SettingsWorld.h"
 
 #include <QQuickItem>
@@ -57,9 +56,6 @@ const Screen wrong(u"settings-wrong"_s, {880, 1400}, [](Shot& shot) {
         made.engineWarning =
             u"WebKitGTK 2.50.6 får ikke lenger sikkerhetsoppdateringer. Oppgrader til Debian 13 "
             u"før du bruker Tindra med en ekte konto."_s;
-        runOn(made.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
-                               "BEGIN SELECT RAISE(ABORT, 'disken er full'); END");
-        made.view.setAutoLoginOn(true);
         made.autostart.problem = u"Oppstartslisten kan ikke endres: mappen er skrivebeskyttet."_s;
     });
     Q_EMIT world.secrets.unavailable(

@@ -109,6 +109,15 @@ const Screen errors(u"watchers-errors"_s, {880, 600}, [](Shot& shot) {
             0, 0);
     });
 });
+const Screen signedOut(u"watchers-signed-out"_s, {880, 600}, [](Shot& shot) {
+    open(shot, [](World& world) {
+        world.fill();
+        world.setLastRound({});
+        world.airline.verified = world.airline.status = SASLoginStatus::loggedOut();
+    });
+    shot.page().click(u"Sjekk alle nå"_s);
+    settle();
+});
 const Screen badInput(u"watchers-bad-input"_s, [](Shot& shot) {
     open(shot, [](World& world) {
         QString codes;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "screens/Screen.h"
+#include "tests/support/RawSql.h"
 #include "tests/ui/window/WindowWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -15,23 +16,75 @@ WindowWorld& show(Shot& shot, const std::function<void(WindowWorld&)>& build = {
     return world;
 }
 
+void addWatcher(WindowWorld& world, const QString& name, const QString& origin,
+                const QString& destination, bool isOn = true) {
+    const Search stored = world.addWatcher(destination, [&](Search& search) {
+        search.name = name;
+        search.origin = origin;
+        search.includePartners = origin.contains(u',');
+        search.returnDateFrom = u"2027-03-08"_s;
+        search.returnDateTo = u"2027-04-10"_s;
+    });
+    if (isOn)
+        world.database.markChecked(stored.id, 1);
+    else
+        world.database.toggleSearch(stored.id);
+}
+
+void addOffer(WindowWorld& world, const QString& route, const QString& cities, int day,
+              double hoursAgo, const std::function<void(Match&)>& change = {}) {
+    world.addMatch([&](Match& match) {
+        match.flight = u"SK%1"_s.arg(900 + day);
+        match.travelDate = u"2027-03-%1"_s.arg(day, 2, 10, QChar(u'0'));
+        match.key = u"%1-%2-%3"_s.arg(match.travelDate, route, match.flight);
+        match.route = route;
+        match.fromCity = cities.section(u'-', 0, 0);
+        match.toCity = cities.section(u'-', 1);
+        match.depart = u"%1.03 11:05"_s.arg(day, 2, 10, QChar(u'0'));
+        match.arrive = u"%1.03 13:20"_s.arg(day, 2, 10, QChar(u'0'));
+        match.durationMinutes = 495;
+        match.seats = 1 + day % 4;
+        match.points = 60000 + 5000 * (day % 3);
+        match.foundAt = world.clock.now() - Ticks(hoursAgo * 3600);
+        if (change)
+            change(match);
+    });
+}
+
+void goneIn(Match& match) {
+    match.soldOut = true;
+    match.route += u" %1 · %2"_s.arg(match.travelDate, match.flight);
+    match.key += u":soldout"_s;
+}
+
+void overnight(Match& match) {
+    match.depart.replace(u"11:05"_s, u"17:40"_s);
+    match.arrive = u"%1.03 07:15"_s.arg(match.travelDate.right(2).toInt() + 1);
+    match.flight += u",SK1484"_s;
+    match.stopsText = u"1 stopp (CPH)"_s;
+}
+
 void hunting(WindowWorld& world) {
-    for (const QString& destination : {u"EWR, BOS"_s, u"BKK"_s, u"LHR"_s, u"NRT"_s, u"SFO"_s}) {
-        world.addWatcher(destination, [](Search& search) {
-            search.returnDateFrom = u"2027-04-01"_s;
-            search.returnDateTo = u"2027-04-20"_s;
-        });
-    }
-    world.database.toggleSearch(4);
-    world.database.toggleSearch(5);
-    for (int i = 0; i < 4; ++i) {
-        world.addMatch([i](Match& match) {
-            match.key += QString::number(i);
-            match.seats = 1 + i;
-        });
-    }
+    addWatcher(world, u"USA i business"_s, u"OSL,CPH"_s, u"EWR,JFK,BOS,LAX"_s);
+    addWatcher(world, u"Asia i business"_s, u"CPH"_s, u"BKK,HND,SIN"_s);
+    addWatcher(world, {}, u"BGO"_s, u"LHR"_s);
+    addWatcher(world, u"Høstferie"_s, u"OSL"_s, u"SFO"_s, false);
+    addWatcher(world, u"Jul hos mormor"_s, u"OSL"_s, u"LPA"_s, false);
+    addOffer(world, u"CPH-LAX"_s, u"København-Los Angeles"_s, 12, 70);
+    const auto ofAsia = [](Match& match) { match.searchId = 2; };
+    addOffer(world, u"CPH-BKK"_s, u"København-Bangkok"_s, 3, 50, ofAsia);
+    addOffer(world, u"CPH-HND"_s, u"København-Tokyo"_s, 15, 40, ofAsia);
+    addOffer(world, u"OSL-EWR"_s, u"Oslo-New York"_s, 4, 30, goneIn);
+    addOffer(world, u"OSL-EWR"_s, u"Oslo-New York"_s, 9, 2.8);
+    addOffer(world, u"EWR-OSL"_s, u"New York-Oslo"_s, 21, 0.8, overnight);
+    addOffer(world, u"JFK-OSL"_s, u"New York-Oslo"_s, 25, 7, [](Match& match) {
+        overnight(match);
+        match.searchId = Match::communitySearchId;
+    });
+    addOffer(world, u"OSL-JFK"_s, u"Oslo-New York"_s, 11, 0.2);
     world.lastPollWas(1284);
     world.session.setLoginStatus(SASLoginStatus::loggedIn(world.clock.now()));
+    world.clock.advance(std::chrono::minutes(4));
 }
 
 void withErrors(WindowWorld& world) {
@@ -43,6 +96,31 @@ const Screen usual(u"window-dashboard"_s, [](Shot& shot) { show(shot, hunting); 
 const Screen fresh(u"window-fresh"_s, [](Shot& shot) { show(shot); });
 const Screen errors(u"window-errors"_s, {1120, 880}, [](Shot& shot) { show(shot, withErrors); });
 const Screen demo(u"window-demo"_s, {880, 600}, [](Shot& shot) { show(shot, hunting, true); });
+
+const Screen notice(u"window-notice"_s, {880, 600}, [](Shot& shot) {
+    show(shot, [](WindowWorld& world) {
+        world.database.set(
+            u"storage_notice"_s,
+            u"Databasen var skadet, og er satt til side som tindra-damaged-20270115.sqlite. "
+            "Kopien tindra-daily-20270114.sqlite er tatt i bruk. Det som er kommet "
+            "til siden den ble tatt, mangler."_s);
+        hunting(world);
+    }).root.select(RootView::Watchers);
+});
+const Screen full(u"window-full-disk"_s, {880, 600}, [](Shot& shot) {
+    show(
+        shot,
+        [](WindowWorld& world) {
+            hunting(world);
+            runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
+                                    "BEGIN SELECT RAISE(ABORT, 'disken er full'); END");
+            world.database.set(u"x"_s, u"1"_s);
+            world.state.reload();
+        },
+        true)
+        .root.select(RootView::Settings);
+    settle();
+});
 
 const Screen signedOut(u"window-signed-out"_s, [](Shot& shot) {
     show(shot, [](WindowWorld& world) {
@@ -59,8 +137,11 @@ const Screen asking(u"window-closing"_s, {880, 600}, [](Shot& shot) {
     world.life.closeWindow();
 });
 
-const Screen hits(u"window-hits"_s, {1120, 880},
-                  [](Shot& shot) { show(shot, hunting).root.select(RootView::Hits); });
+const Screen hits(u"window-hits"_s, {1120, 880}, [](Shot& shot) {
+    auto& world = show(shot, hunting);
+    world.root.select(RootView::Hits);
+    world.hits.toggle(u"New York|Oslo"_s);
+});
 const Screen watchers(u"window-watchers"_s, {1120, 880},
                       [](Shot& shot) { show(shot, hunting).root.select(RootView::Watchers); });
 const Screen settings(u"window-settings"_s, {1120, 880}, [](Shot& shot) {
@@ -75,9 +156,18 @@ void panel(Shot& shot, const std::function<void(WindowWorld&)>& build) {
               {{u"panel"_s, QVariant::fromValue(&world.panel)}});
 }
 
-const Screen panelHunting(u"panel"_s, {320, 220}, [](Shot& shot) { panel(shot, hunting); });
+const Screen panelHunting(u"panel"_s, {320, 210}, [](Shot& shot) { panel(shot, hunting); });
+const Screen panelChecking(u"panel-checking"_s, {320, 210}, [](Shot& shot) {
+    panel(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.airline.answer = [](auto&&...) { return std::nullopt; };
+        world.airline.heldLookup = 1;
+        world.worker.pollOnce();
+        settle();
+    });
+});
 const Screen panelIdle(u"panel-idle"_s, {320, 120}, [](Shot& shot) { panel(shot, [](auto&) {}); });
-const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
+const Screen panelSignedOut(u"panel-signed-out"_s, {320, 240}, [](Shot& shot) {
     panel(shot, [](WindowWorld& world) {
         hunting(world);
         world.session.setLoggedOut(false);

@@ -20,7 +20,7 @@ Column {
     }
     TDLabel {
         id: label
-        width: Math.min(implicitWidth, 420, empty.width)
+        width: Math.min(implicitWidth, 520, empty.width)
         anchors.horizontalCenter: parent.horizontalCenter
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap

@@ -29,6 +29,7 @@ Flow {
         onPicked: index => bar.page.sortOrder = index
     }
     Row {
+        id: order
         spacing: TD.s
         TDLabel {
             anchors.verticalCenter: parent.verticalCenter
@@ -51,19 +52,20 @@ Flow {
             }
         }
     }
-    TDCheckBox {
-        id: hide
-        objectName: "hideSoldOut"
-        height: TD.controlHeight
-        text: "Skjul utsolgte"
-        checked: bar.page.hideSoldOut
-        onToggled: bar.page.hideSoldOut = checked
-    }
-    // What follows stands at the right end of the last line.
+    // What follows keeps together, in the rest of the line or on one of its own.
     Item {
-        readonly property real rest: bar.width - hide.x - hide.width - bar.spacing
-        width: rest >= actions.width ? rest : bar.width
+        readonly property real needed: hide.width + bar.spacing + actions.width
+        readonly property real rest: bar.width - order.x - order.width - bar.spacing
+        width: rest >= needed ? rest : bar.width
         height: actions.height
+        TDCheckBox {
+            id: hide
+            objectName: "hideSoldOut"
+            height: TD.controlHeight
+            text: "Skjul utsolgte"
+            checked: bar.page.hideSoldOut
+            onToggled: bar.page.hideSoldOut = checked
+        }
         Row {
             id: actions
             anchors.right: parent.right

@@ -64,15 +64,11 @@ Rectangle {
         text: trip.card?.badge ?? ""
         color: trip.soldOut ? TD.danger : trip.card?.isHomebound ? TD.warn : TD.accent
     }
-    TDLabel {
+    FlightNumbers {
         id: flight
         anchors { right: parent.right; rightMargin: TD.l; verticalCenter: title.verticalCenter }
         width: Math.min(implicitWidth, parent.width - 2 * TD.l - title.width - (badge.visible ? badge.width + TD.s : 0) - TD.s)
         text: trip.card?.flight ?? ""
-        color: TD.textSecondary
-        font.pixelSize: TD.caption
-        horizontalAlignment: Text.AlignRight
-        elide: Text.ElideRight
     }
 
     TDLabel {
@@ -96,9 +92,12 @@ Rectangle {
         objectName: "book"
         visible: !trip.soldOut
         enabled: trip.isBookable
-        anchors { left: parent.left; right: parent.right; leftMargin: TD.l; rightMargin: TD.l }
+        anchors { left: parent.left; right: parent.right; leftMargin: TD.l - inset; rightMargin: TD.l - inset }
         y: 108
         height: 32
+
+        /** The focus ring keeps clear of what is in it. */
+        readonly property real inset: 6
         focusPolicy: Qt.StrongFocus
         activeFocusOnTab: trip.isTabStop && trip.isBookable
         hoverEnabled: true
@@ -111,13 +110,14 @@ Rectangle {
         TDFarePill {
             id: fare
             visible: text !== ""
+            x: fareRow.inset
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, parent.width - link.width - TD.s)
+            width: Math.min(implicitWidth, link.x - x - TD.s)
             text: trip.card?.fare ?? ""
         }
         TDLabel {
             id: link
-            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            anchors { right: parent.right; rightMargin: fareRow.inset; verticalCenter: parent.verticalCenter }
             text: "Book på SAS →"
             color: trip.isBookable ? TD.accent : TD.textTertiary
             font { weight: Font.DemiBold; underline: fareRow.hovered && trip.isBookable }

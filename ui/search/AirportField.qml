@@ -80,7 +80,7 @@ FocusScope {
             color: TD.textSecondary
             wrapMode: Text.Wrap
             elide: Text.ElideRight
-            maximumLineCount: 2
+            maximumLineCount: 3
 
             TextMetrics {
                 id: oneLine

@@ -33,7 +33,6 @@ SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airl
     , m_about(about)
     , m_intervals(CheckInterval::choices(state.pollIntervalMin())) {
     connect(&state, &AppState::notifyOnChanged, this, &SettingsView::changed);
-    connect(&state, &AppState::storageChanged, this, &SettingsView::storageChanged);
     connect(&state, &AppState::pollIntervalMinChanged, this, [this] {
         if (!m_intervals.contains(m_state.pollIntervalMin()))
             offerIntervals();
@@ -107,19 +106,6 @@ void SettingsView::store(const QString& key, bool on) {
 void SettingsView::noteStorage() {
     if (m_database.problem().value_or(QString()) != m_state.storageProblem())
         m_state.reload();
-}
-
-QString SettingsView::storageWarning() const {
-    const QString& problem = m_state.storageProblem();
-    return problem.isEmpty() ? m_state.storageNotice() : problem;
-}
-
-bool SettingsView::canDismissStorage() const {
-    return m_state.storageProblem().isEmpty() && !m_state.storageNotice().isEmpty();
-}
-
-void SettingsView::dismissStorage() {
-    m_state.dismissStorageNotice();
 }
 
 void SettingsView::checkLogin() {

@@ -29,9 +29,6 @@ class SettingsView : public QObject {
     Q_PROPERTY(bool autostartOn READ autostartOn WRITE setAutostartOn NOTIFY changed)
     /// Why the start at sign-in could not be switched; empty otherwise.
     Q_PROPERTY(QString autostartProblem READ autostartProblem NOTIFY changed)
-    /// What is wrong with the storage, or what has happened to it; empty when all is well.
-    Q_PROPERTY(QString storageWarning READ storageWarning NOTIFY storageChanged)
-    Q_PROPERTY(bool canDismissStorage READ canDismissStorage NOTIFY storageChanged)
     Q_PROPERTY(QStringList intervalLabels READ intervalLabels NOTIFY intervalsChanged)
     Q_PROPERTY(int intervalIndex READ intervalIndex NOTIFY intervalIndexChanged)
 public:
@@ -49,9 +46,6 @@ public:
     bool shareHits() const;
     bool autostartOn() const;
     const QString& autostartProblem() const { return m_autostartProblem; }
-    QString storageWarning() const;
-    /// What has happened can be dismissed, what is wrong cannot.
-    bool canDismissStorage() const;
     QStringList intervalLabels() const;
     int intervalIndex() const;
 
@@ -68,11 +62,9 @@ public:
     Q_INVOKABLE void checkLogin();
     Q_INVOKABLE void testNotification();
     Q_INVOKABLE void pickInterval(int index);
-    Q_INVOKABLE void dismissStorage();
 
 Q_SIGNALS:
     void changed();
-    void storageChanged();
     void intervalsChanged();
     void intervalIndexChanged();
 

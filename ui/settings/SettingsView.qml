@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Layouts
 import Tindra.Controls
 import Tindra.Settings
 import Tindra.Theme
@@ -18,34 +17,6 @@ TDScrollPage {
     contentMaxWidth: 620
     spacing: 22
 
-    TDCard {
-        objectName: "storageNotice"
-        visible: page.model.storageWarning !== ""
-        width: parent.width
-        borderColor: TD.tint(TD.warn, 0.6)
-        Accessible.role: Accessible.AlertMessage
-        Accessible.name: page.model.storageWarning
-        RowLayout {
-            width: parent.width
-            spacing: TD.m
-            TDIcon {
-                name: "exclamationmark.triangle.fill"
-                color: TD.warn
-            }
-            TDLabel {
-                Layout.fillWidth: true
-                text: page.model.storageWarning
-                wrapMode: Text.Wrap
-            }
-            TDIconButton {
-                objectName: "dismissStorage"
-                visible: page.model.canDismissStorage
-                symbol: "xmark"
-                label: "Skjul meldingen"
-                onClicked: page.model.dismissStorage()
-            }
-        }
-    }
     AccountSection {
         model: page.model
     }

@@ -20,8 +20,8 @@ TDCard {
         spacing: TD.xs
         Accessible.role: Accessible.StaticText
         Accessible.name: value + " " + label
-        TDLabel { text: parent.value; font.bold: true; Accessible.ignored: true }
-        TDLabel { text: parent.label; color: TD.textSecondary; Accessible.ignored: true }
+        TDLabel { text: parent.value; font { pixelSize: TD.caption; bold: true } Accessible.ignored: true }
+        TDLabel { text: parent.label; color: TD.textSecondary; font.pixelSize: TD.caption; Accessible.ignored: true }
     }
 
     Column {
@@ -43,13 +43,13 @@ TDCard {
                 visible: text !== ""
                 text: view.strip.alertsText
                 color: TD.success
-                font.bold: true
+                font { pixelSize: TD.caption; bold: true }
             }
             TDLabel {
                 visible: text !== ""
                 text: view.strip.soldOutText
                 color: TD.danger
-                font.bold: true
+                font { pixelSize: TD.caption; bold: true }
             }
         }
         Repeater {

@@ -63,7 +63,7 @@ FocusScope {
     }
     Shortcut {
         sequences: [StandardKey.Undo]
-        enabled: undo.visible && page.visible
+        enabled: undo.visible && undo.undoable && page.visible
         onActivated: {
             undo.dismiss();
             page.section.undoRemove();
@@ -72,8 +72,13 @@ FocusScope {
     Connections {
         target: page.section
         function onRemoved(text) {
+            undo.undoable = true;
             undo.show(text);
             scroll.forceActiveFocus();
+        }
+        function onRefused(text) {
+            undo.undoable = false;
+            undo.show(text);
         }
     }
 }

@@ -72,11 +72,14 @@ void WatchersSection::checkAll() {
         return;
     m_isBeginning = true;
     Q_EMIT changed();
-    m_worker.pollOnce().then([self = QPointer(this)](const PollSummary&) {
+    m_worker.pollOnce().then([self = QPointer(this)](const PollSummary& summary) {
         if (!self)
             return;
         self->m_isBeginning = false;
         Q_EMIT self->changed();
+        // There has been no round, so no strip will tell.
+        if (summary.searches == 0 && self->m_worker.isSignedOut())
+            Q_EMIT self->refused(Worker::signedOutText());
     });
 }
 

@@ -52,7 +52,7 @@ public:
     void setShown(bool shown);
     EditWatcherSheet* sheet() { return m_sheet; }
 
-    /// Starts a round without waiting for it.
+    /// Starts a round without waiting for it, or says why there is none.
     Q_INVOKABLE void checkAll();
     Q_INVOKABLE void toggle(qint64 id);
     /// Nothing when the watcher is `on` already.
@@ -72,6 +72,8 @@ Q_SIGNALS:
     void sheetChanged();
     /// A watcher has been deleted and can be brought back; `text` says so.
     void removed(const QString& text);
+    /// "Sjekk alle nå" could not start a round; `text` says why.
+    void refused(const QString& text);
 
 private:
     int active() const;

@@ -49,6 +49,8 @@ FocusScope {
             ink: TD.badgeText(TD.danger, false)
             symbol: "exclamationmark.triangle.fill"
             text: content.root.notice
+            dismissable: content.root.canDismissNotice
+            onDismissed: content.root.dismissNotice()
         }
     }
     Loader {

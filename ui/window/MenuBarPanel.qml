@@ -82,6 +82,9 @@ Rectangle {
                 TDButton {
                     objectName: "panelBook"
                     Layout.leftMargin: -leftPadding
+                    // Its text, not its edge, keeps the card's padding.
+                    Layout.bottomMargin: -TD.xs
+                    implicitHeight: TD.target
                     visible: content.panel.canBook
                     text: "Book →"
                     kind: "plain"

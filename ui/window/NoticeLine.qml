@@ -11,8 +11,10 @@ Rectangle {
     property alias text: label.text
     property alias symbol: icon.name
     property color ink: TD.text
+    property bool dismissable: false
+    signal dismissed
 
-    implicitHeight: row.implicitHeight + 2 * TD.s
+    implicitHeight: Math.max(row.implicitHeight + 2 * (dismissable ? TD.xs : TD.s), 2 * TD.s + 16)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text
 
@@ -27,6 +29,14 @@ Rectangle {
             color: line.ink
             wrapMode: Text.Wrap
             Accessible.ignored: true
+        }
+        TDIconButton {
+            objectName: "dismissNotice"
+            visible: line.dismissable
+            symbol: "xmark"
+            label: "Skjul meldingen"
+            color: line.ink
+            onClicked: line.dismissed()
         }
     }
 }

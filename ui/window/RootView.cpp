@@ -3,17 +3,15 @@
 
 #include "airline/LegFetcher.h"
 #include "app/AppState.h"
-#include "core/Database.h"
 #include "ui/window/Norwegian.h"
 
 using namespace Qt::StringLiterals;
 
-RootView::RootView(AppState& state, Database& database, LegFetcher& fetcher, bool isDemo)
-    : m_state(state), m_database(database), m_fetcher(fetcher), m_isDemo(isDemo) {
+RootView::RootView(AppState& state, LegFetcher& fetcher, bool isDemo)
+    : m_state(state), m_fetcher(fetcher), m_isDemo(isDemo) {
     connect(&state, &AppState::onboardedChanged, this, &RootView::onboardedChanged);
     connect(&state, &AppState::reloaded, this, &RootView::hitsBadgeChanged);
-    // Every reload has asked the database, which then knows how it is.
-    connect(&state, &AppState::reloaded, this, &RootView::noticeChanged);
+    connect(&state, &AppState::storageChanged, this, &RootView::noticeChanged);
 }
 
 void RootView::select(int section) {
@@ -32,8 +30,17 @@ QString RootView::hitsBadge() const {
 }
 
 QString RootView::notice() const {
-    const auto problem = m_database.problem();
-    return (problem ? problem : m_database.notice()).value_or(QString());
+    const QString& problem = m_state.storageProblem();
+    return problem.isEmpty() ? m_state.storageNotice() : problem;
+}
+
+bool RootView::canDismissNotice() const {
+    return m_state.storageProblem().isEmpty() && !m_state.storageNotice().isEmpty();
+}
+
+void RootView::dismissNotice() {
+    if (canDismissNotice())
+        m_state.dismissStorageNotice();
 }
 
 void RootView::start() {

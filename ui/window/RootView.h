@@ -5,7 +5,6 @@
 #include <QtQml/qqmlregistration.h>
 
 class AppState;
-class Database;
 class LegFetcher;
 
 /// The main window's frame: which page is shown, and what concerns all of them.
@@ -20,13 +19,15 @@ class RootView : public QObject {
     Q_PROPERTY(QString hitsBadge READ hitsBadge NOTIFY hitsBadgeChanged)
     /// What the user should know wherever they are; empty when all is well.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    /// It tells of something that has happened and passed; what is still wrong stays.
+    Q_PROPERTY(bool canDismissNotice READ canDismissNotice NOTIFY noticeChanged)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
 public:
     enum SidebarSection { Dashboard, Watchers, Hits, Settings };
     Q_ENUM(SidebarSection)
 
     /// All must outlive the view.
-    RootView(AppState& state, Database& database, LegFetcher& fetcher, bool isDemo);
+    RootView(AppState& state, LegFetcher& fetcher, bool isDemo);
 
     int selection() const { return m_selection; }
     /// Anything that is no section selects the dashboard.
@@ -34,6 +35,8 @@ public:
     bool onboarded() const;
     QString hitsBadge() const;
     QString notice() const;
+    bool canDismissNotice() const;
+    Q_INVOKABLE void dismissNotice();
     bool isDemo() const { return m_isDemo; }
 
     /// Once, when the window is first shown: without an enabled watcher no round will check the
@@ -48,7 +51,6 @@ Q_SIGNALS:
 
 private:
     AppState& m_state;
-    Database& m_database;
     LegFetcher& m_fetcher;
     bool m_isDemo;
     int m_selection = Dashboard;

@@ -77,22 +77,6 @@ private Q_SLOTS:
         QCOMPARE(view.intervalIndex(), 0);
     }
 
-    void whatHappenedToTheDataCanBeDismissed() {
-        SettingsWorld world;
-        const QTemporaryDir dir;
-        QFile file(dir.filePath(u"tindra.sqlite"_s));
-        QVERIFY(file.open(QFile::WriteOnly));
-        file.write(QByteArray(8192, 'x'));
-        file.close();
-        Database database(dir.path(), world.clock);
-        AppState state(database, world.worker, world.community, world.notifier, world.clock);
-        SettingsView view(state, database, world.airline, world.notifier, world.autostart,
-                          world.pill, world.details, world.about);
-        QVERIFY(!view.storageWarning().isEmpty() && view.canDismissStorage());
-        view.dismissStorage();
-        QVERIFY(view.storageWarning().isEmpty() && !view.canDismissStorage());
-    }
-
     void detailsAreEditedAndStored() {
         SettingsWorld world;
         SignInDetails& details = world.details;

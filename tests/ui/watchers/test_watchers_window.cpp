@@ -153,6 +153,38 @@ private Q_SLOTS:
         QVERIFY(world.stored(0).enabled);
     }
 
+    void signedOutTheButtonSaysSo() {
+        World world;
+        world.airline.verified = world.airline.status = SASLoginStatus::loggedOut();
+        Window page(world);
+        page.click(page.onCard(2, u"Slett…"_s));
+        page.click(u"Slett"_s);
+        QVERIFY(page.isShown(u"Angre"_s));
+        // The first press tries to revive the session, the second comes too soon after it.
+        for (int press = 1; press <= 2; ++press) {
+            page.click(u"Sjekk alle nå"_s);
+            settle();
+            QCOMPARE(world.airline.verifications, 1);
+            QVERIFY(page.isShown(u"Ikke innlogget hos SAS — søkene får ingen data. Logg inn via "
+                                 "Innstillinger."_s));
+            QVERIFY(!page.isShown(u"Angre"_s));
+            QMetaObject::invokeMethod(page.find(u"undoBar"_s), "dismiss");
+        }
+        page.key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(world.database.listSearches().size(), 1);
+        // A round that had to be broken off tells by itself.
+        world.airline.status = {};
+        world.airline.answer = [&world](const QString&, const QString&, const QString&) {
+            world.airline.status = SASLoginStatus::loggedOut();
+            return std::nullopt;
+        };
+        page.click(u"Sjekk alle nå"_s);
+        settle();
+        QVERIFY(!page.find(u"undoBar"_s));
+        QVERIFY(page.isShown(u"⚠ søk 1: Ikke innlogget hos SAS — søkene får ingen data. Logg inn "
+                             "via Innstillinger."_s));
+    }
+
     void aRoundIsFollowed() {
         World world(12);
         world.airline.answer = [&world](const QString&, const QString&, const QString&) {

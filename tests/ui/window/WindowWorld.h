@@ -16,7 +16,7 @@
 
 /// All that the main window shows, over a world without an airline.
 struct WindowWorld : SettingsWorld {
-    explicit WindowWorld(bool isDemo = false) : root(state, database, airline, isDemo) {
+    explicit WindowWorld(bool isDemo = false) : root(state, airline, isDemo) {
         state.finishOnboarding();
         http.answer = [](const HttpRequest&) { return HttpResponse{200, "{\"hits\":[]}"}; };
     }
@@ -34,7 +34,9 @@ struct WindowWorld : SettingsWorld {
     void lastPollWas(int fetched, const QStringList& errors = {}) {
         PollSummary summary;
         summary.at = clock.now();
+        summary.searches = 3;
         summary.fetched = fetched;
+        summary.matches = 41;
         summary.errors = errors;
         database.set(QStringLiteral("last_poll"),
                      QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The main window and the panel, used as a person would.
+#include "tests/support/RawSql.h"
 #include "tests/ui/support/PageWindow.h"
 #include "tests/ui/window/WindowWorld.h"
 #include "ui/window/PanelPlacement.h"
@@ -61,6 +62,22 @@ private Q_SLOTS:
         QVERIFY(page.find(u"demoNote"_s));
         QVERIFY(!page.find(u"notice"_s));
         QVERIFY(page.isShown(u"Dashboard"_s));
+        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
+                                "BEGIN SELECT RAISE(ABORT, 'full'); END");
+        world.database.set(u"x"_s, u"1"_s);
+        world.state.reload();
+        world.root.select(RootView::Settings);
+        QVERIFY(page.isShown(*world.database.problem()));
+        QVERIFY(!page.find(u"dismissNotice"_s));
+        // What has passed can be put away, what is still wrong cannot.
+        runOn(world.dir.path(), "DROP TRIGGER full");
+        world.database.recover();
+        world.state.reload();
+        QVERIFY(page.isShown(u"Databasen var skadet."_s));
+        page.click(u"dismissNotice"_s);
+        QVERIFY(!page.find(u"notice"_s));
+        QCOMPARE(world.root.notice(), QString());
     }
 
     void closingAsksWhereThereIsNoTray() {
@@ -89,7 +106,7 @@ private Q_SLOTS:
         WindowWorld world;
         world.database.set(u"onboarded"_s, u"0"_s);
         AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
-        RootView root(state, world.database, world.airline, false);
+        RootView root(state, world.airline, false);
         OnboardingView onboarding(state, world.session, world.clock, [] {});
         QVariantMap content = world.content();
         content[u"root"_s] = QVariant::fromValue(&root);

@@ -91,12 +91,12 @@ private Q_SLOTS:
     void theSignInIsCheckedWhenNoRoundWill() {
         World world;
         world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
-        RootView root(world.state, world.database, world.airline, false);
+        RootView root(world.state, world.airline, false);
         root.start();
         root.start();
         QCOMPARE(world.airline.verifications, 1);
         world.addWatcher();
-        RootView busy(world.state, world.database, world.airline, false);
+        RootView busy(world.state, world.airline, false);
         busy.start();
         QCOMPARE(world.airline.verifications, 1);
         settle();
@@ -104,7 +104,7 @@ private Q_SLOTS:
 
     void theFrameFollowsTheState() {
         World world;
-        RootView root(world.state, world.database, world.airline, false);
+        RootView root(world.state, world.airline, false);
         root.select(RootView::Hits);
         QCOMPARE(root.selection(), int(RootView::Hits));
         root.select(17);
