@@ -63,6 +63,12 @@ void WindowProgram::start() {
     m_root.start();
 }
 
+void WindowProgram::openHits() {
+    m_root.passOverOnboarding();
+    m_root.select(RootView::Hits);
+    m_hits.openAll();
+}
+
 void WindowProgram::openLogin() {
     m_tindra.session.window().openLogin();
 }

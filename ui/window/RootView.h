@@ -32,6 +32,8 @@ public:
     /// Anything that is no section selects the dashboard.
     void select(int section);
     bool onboarded() const;
+    /// Shows the pages without an onboarding, for as long as the view lives; nothing is stored.
+    void passOverOnboarding();
     QString hitsBadge() const;
     QString notice() const;
     bool isDemo() const { return m_isDemo; }
@@ -51,6 +53,7 @@ private:
     Database& m_database;
     LegFetcher& m_fetcher;
     bool m_isDemo;
+    bool m_passesOverOnboarding = false;
     int m_selection = Dashboard;
     bool m_isStarted = false;
 };
