@@ -215,7 +215,10 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     prepareInterface();
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // Desktops know by these which launcher the window belongs to, on Wayland and on X11.
     QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
+    QCoreApplication::setApplicationName(QStringLiteral(TINDRA_BUNDLE_ID));
+    QGuiApplication::setApplicationDisplayName(u"Tindra"_s);
     return application;
 }
 
