@@ -217,8 +217,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     QApplication::setQuitOnLastWindowClosed(false);
     // Desktops know by these which launcher the window belongs to, on Wayland and on X11.
     QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
-    QCoreApplication::setApplicationName(QStringLiteral(TINDRA_BUNDLE_ID));
-    QGuiApplication::setApplicationDisplayName(u"Tindra"_s);
+    QCoreApplication::setApplicationName(QStringLiteral(TINDRA_WINDOW_CLASS));
     return application;
 }
 

@@ -64,7 +64,7 @@ std::unique_ptr<WebKitRuntime> WebKitRuntime::start(const Folders& folders, QStr
                                  "xvfb-run der det ikke finnes noe.");
         return nullptr;
     }
-    gdk_set_program_class(TINDRA_BUNDLE_ID);
+    gdk_set_program_class(TINDRA_WINDOW_CLASS);
 
     auto d = std::make_unique<Private>();
     const QByteArray data = QFile::encodeName(privateFolder(folders.data() + u"/web"_s));
