@@ -52,12 +52,16 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
 void CommandLine::parseWeb(const QString& name, const QStringList& words) {
     command = name == u"hunt" ? Command::hunt : Command::signIn;
     QStringList flags{u"--demo"_s, u"--help"_s, u"-h"_s};
-    if (command == Command::hunt)
+    QStringList valued;
+    if (command == Command::hunt) {
         flags += {u"--once"_s, u"--json"_s};
-    const Arguments options(u"tindra "_s + name, words, flags, {});
+        valued = {u"--picture"_s};
+    }
+    const Arguments options(u"tindra "_s + name, words, flags, valued);
     options.noWords();
     once = options.has(u"--once"_s);
     json = options.has(u"--json"_s);
+    picture = options.value(u"--picture"_s).value_or(QString());
 }
 
 void CommandLine::parseData(const QString& name, const QStringList& words) {
@@ -79,7 +83,7 @@ QString CommandLine::helpText() {
 
 Bruk:
   tindra [--hidden] [--demo]
-  tindra hunt [--once] [--json] [--demo]
+  tindra hunt [--once] [--json] [--picture FIL] [--demo]
   tindra sign-in [--demo]
   tindra watchers list [--json] [--demo]
   tindra watchers add --from OSL --to EWR,JFK --out 2027-03-01..2027-03-31 [flere valg]
@@ -98,6 +102,7 @@ hunt       Sjekker overvåkerne uten vindu: en runde med en gang, og så en for 
            til den avbrytes. Det som skjer underveis, skrives til standard feil.
   --once   Én runde, og så slutt.
   --json   Skriver resultatet av hver runde som ett JSON-objekt.
+  --picture FIL  Lagrer etter hver runde et bilde (PNG) av vinduet med treffene.
 
 sign-in    Åpner et vindu der du logger inn på EuroBonus. Når du er ferdig, bekreftes økten med et
            ekte oppslag.

@@ -19,6 +19,9 @@ struct CommandLine {
     bool once = false;
     /// Results as JSON on standard output.
     bool json = false;
+    /// With Command::hunt: the file that a picture of the window is saved in after each round;
+    /// empty for none.
+    QString picture{};
     /// The stand-in airline and a data folder of its own.
     bool demo = false;
     /// With Command::data only.

@@ -36,6 +36,10 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         refusal.err = error.message;
         co_return refusal;
     }
+    if (!line.picture.isEmpty()) {
+        refusal = {Hunt::cannotStart, {}, u"«--picture» virker ikke mens Tindra kjører."_s};
+        co_return refusal;
+    }
     if (line.command == CommandLine::Command::hunt)
         co_return co_await hunt(line.json);
     if (line.command == CommandLine::Command::signIn)

@@ -30,11 +30,12 @@ Tindra looks at the airline's own booking site every few minutes for the
 journeys that you want to make with your EuroBonus points, in an embedded
 browser that is signed in as you, and tells you the moment a seat opens.
 The interface is Norwegian.")
-# Beside the libraries: what WebKit builds its sandbox with, and what the windows import.
-set(needed bubblewrap hicolor-icon-theme qml6-module-qt-labs-qmlmodels
-    qml6-module-qtqml-workerscript qml6-module-qtquick
-    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-shapes
-    qml6-module-qtquick-templates qml6-module-qtquick-window xdg-dbus-proxy)
+# Beside the libraries: what WebKit builds its sandbox with, and what the windows import, themselves
+# or by way of another module; the modules' packages do not depend on each other.
+set(needed bubblewrap hicolor-icon-theme qml6-module-qt-labs-qmlmodels qml6-module-qtqml
+    qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
+    qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
+    xdg-dbus-proxy)
 list(JOIN needed ", " CPACK_DEBIAN_TINDRA_PACKAGE_DEPENDS)
 # What Tindra goes on without, saying so: notifications, a keychain, the bus they are on.
 set(wished "default-dbus-session-bus | dbus-session-bus" fonts-inter fonts-noto-color-emoji

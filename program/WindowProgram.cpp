@@ -31,7 +31,7 @@ WindowProgram::WindowProgram(Tindra& tindra)
     : m_tindra(tindra)
     , m_appearance(QDBusConnection::sessionBus())
     , m_autostart(QCoreApplication::applicationFilePath())
-    , m_tray(applicationIcon())
+    , m_tray(QIcon(u":/icons/tindra-small.svg"_s))
     , m_login(tindra.state, [this] { openLogin(); })
     , m_form(tindra.appState, tindra.clock)
     , m_watchers(tindra.appState, tindra.worker, tindra.database, tindra.clock)
@@ -61,6 +61,12 @@ void WindowProgram::start() {
         m_life.showWindow();
     m_tindra.worker.startTimer(usualIntervalMinutes);
     m_root.start();
+}
+
+void WindowProgram::openHits() {
+    m_root.passOverOnboarding();
+    m_root.select(RootView::Hits);
+    m_hits.openAll();
 }
 
 void WindowProgram::openLogin() {

@@ -33,6 +33,10 @@ public:
     /// Brings the window to the front.
     void activate() { m_life.showWindow(); }
 
+    /// The page with the finds, every journey open, whether the onboarding is finished or not. Does
+    /// not show the window.
+    void openHits();
+
     QQuickView& window() { return m_window; }
     QQuickView& panel() { return m_panelWindow; }
 

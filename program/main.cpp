@@ -11,6 +11,7 @@
 #include "platform/linux/UnixSignals.h"
 #include "program/Output.h"
 #include "program/Tindra.h"
+#include "program/WindowPicture.h"
 #include "program/WindowProgram.h"
 #include "ui/controls/Controls.h"
 
@@ -42,7 +43,21 @@ std::unique_ptr<PassedCommands> passedCommands(Tindra& tindra,
         std::move(showWindow), tindra.signIn, tindra.worker, tindra.clock);
 }
 
+/// `picture` may be absent.
+QCoro::Task<> huntOnce(Hunt& hunt, WindowPicture* picture) {
+    int code = co_await hunt.once();
+    if (picture) {
+        const bool isSaved = co_await picture->save();
+        if (!isSaved && code == Hunt::roundEnded)
+            code = Hunt::cannotStart;
+    }
+    QCoreApplication::exit(code);
+}
+
 int hunt(Tindra& tindra, Instance& instance) {
+    const auto picture = tindra.line.picture.isEmpty()
+                             ? nullptr
+                             : std::make_unique<WindowPicture>(tindra, tindra.line.picture);
     const auto hunt = tindra.makeHunt(tindra.line.json, {writeResult, say});
     const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [&] {
         const int code = tindra.line.once ? Hunt::interrupted : Hunt::roundEnded;
@@ -60,9 +75,12 @@ int hunt(Tindra& tindra, Instance& instance) {
     // begun.
     QTimer::singleShot(0, hunt.get(), [&] {
         if (tindra.line.once) {
-            hunt->once().then([](int code) { QCoreApplication::exit(code); });
+            huntOnce(*hunt, picture.get());
             return;
         }
+        if (picture)
+            QObject::connect(&tindra.worker, &Worker::roundEnded, picture.get(),
+                             [&picture] { picture->save(); });
         instance.serve([&passed](QStringList arguments) { return passed->run(arguments); });
         hunt->start();
     });
@@ -186,14 +204,20 @@ void protectSecrets() {
 
 /// The window needs more of Qt than the commands, which also run without a display.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const CommandLine& line) {
-    if (line.command != CommandLine::Command::window)
+    const bool isWindow = line.command == CommandLine::Command::window;
+    if (!isWindow && line.picture.isEmpty())
         return std::make_unique<QCoreApplication>(argc, argv);
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (!isWindow)
+        WindowPicture::prepare();
+    else if (qEnvironmentVariableIsEmpty("DISPLAY") &&
+             qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         throw Err{u"Det er ingen skjerm her. Bruk «tindra hunt», eller start med xvfb-run."_s};
     prepareInterface();
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // Desktops know by these which launcher the window belongs to, on Wayland and on X11.
     QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
+    QCoreApplication::setApplicationName(QStringLiteral(TINDRA_WINDOW_CLASS));
     return application;
 }
 

@@ -12,7 +12,8 @@
 class QtTray final : public Tray {
     Q_OBJECT
 public:
-    explicit QtTray(const QIcon& icon);
+    /// `mark` is drawn where the desktop has no symbol of Tindra's to tint to its panel.
+    explicit QtTray(const QIcon& mark);
 
     bool isAvailable() const override;
     void show() override { m_icon.show(); }

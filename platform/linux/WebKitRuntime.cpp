@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/WebKitRuntime.h"
 
+#include "platform/Bundle.h"
 #include "platform/linux/GLibHandles.h"
 #include "platform/linux/WebKitView.h"
 
@@ -55,12 +56,15 @@ std::unique_ptr<WebKitRuntime> WebKitRuntime::start(const Folders& folders, QStr
                                  "fra miljøet, eller bruk en Qt som er bygd med GLib.");
         return nullptr;
     }
+    // Desktops know by these which launcher a window belongs to, on Wayland and on X11.
+    g_set_prgname(TINDRA_BUNDLE_ID);
     gtk_disable_setlocale();
     if (!gtk_init_check(nullptr, nullptr)) {
         problem = QStringLiteral("Fant ingen skjerm. Start Tindra fra et skrivebord, eller med "
                                  "xvfb-run der det ikke finnes noe.");
         return nullptr;
     }
+    gdk_set_program_class(TINDRA_WINDOW_CLASS);
 
     auto d = std::make_unique<Private>();
     const QByteArray data = QFile::encodeName(privateFolder(folders.data() + u"/web"_s));

@@ -24,6 +24,8 @@ private Q_SLOTS:
         QCOMPARE(CommandLine::parse({u"hunt"_s}), (CommandLine{.command = Command::hunt}));
         QCOMPARE(CommandLine::parse({u"hunt"_s, u"--json"_s, u"--demo"_s, u"--once"_s}),
                  (CommandLine{.command = Command::hunt, .once = true, .json = true, .demo = true}));
+        QCOMPARE(CommandLine::parse({u"hunt"_s, u"--picture"_s, u"a b.png"_s}),
+                 (CommandLine{.command = Command::hunt, .picture = u"a b.png"_s}));
         QCOMPARE(CommandLine::parse({u"sign-in"_s, u"--demo"_s}),
                  (CommandLine{.command = Command::signIn, .demo = true}));
         QCOMPARE(CommandLine::parse({u"--version"_s}).command, Command::version);
@@ -49,6 +51,7 @@ private Q_SLOTS:
         QTest::newRow("command") << QStringList{u"jakt"_s} << u"«jakt»"_s;
         QTest::newRow("option") << QStringList{u"hunt"_s, u"--onse"_s} << u"«--onse»"_s;
         QTest::newRow("not for it") << QStringList{u"sign-in"_s, u"--once"_s} << u"«--once»"_s;
+        QTest::newRow("no picture") << QStringList{u"hunt"_s, u"--picture"_s} << u"«--picture»"_s;
         QTest::newRow("not alone") << QStringList{u"--version"_s, u"x"_s} << u"«--version»"_s;
         QTest::newRow("with help") << QStringList{u"hunt"_s, u"-x"_s, u"--help"_s} << u"«-x»"_s;
         QTest::newRow("two lines") << QStringList{u"hunt"_s, u"a\nb"_s} << u"«a b»"_s;

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -58,6 +59,18 @@ private:
                 QString::fromUtf8(program->readAllStandardOutput()),
                 QString::fromUtf8(program->readAllStandardError())};
     }
+    /// Pixels of the grounds that seats and points stand on, which nothing else has.
+    static qsizetype greenPixels(const QString& file) {
+        const QImage picture(file);
+        qsizetype count = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor colour = picture.pixelColor(x, y);
+                count += colour.green() > colour.red() + 8 && colour.green() > colour.blue() + 4;
+            }
+        }
+        return picture.size() == QSize(1120, 880) ? count : -1;
+    }
     static QJsonObject json(const Result& result) {
         return QJsonDocument::fromJson(result.out.toUtf8()).object();
     }
@@ -91,11 +104,22 @@ private Q_SLOTS:
         QVERIFY(!json(second)[u"new"].toArray().isEmpty());
         QVERIFY(!json(second)[u"soldOut"].toArray().isEmpty());
 
-        const Result third = run({u"hunt"_s, u"--once"_s, u"--demo"_s});
+        const QString found = m_folder + u"/found.png"_s;
+        const Result third = run({u"hunt"_s, u"--once"_s, u"--demo"_s, u"--picture"_s, found});
         QVERIFY(third.out.startsWith(u"Runden er ferdig: 3 overvåkere"_s));
         // The user's own data is not touched.
         QCOMPARE(QDir(m_folder + u"/data"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
                  QStringList{u"Tindra-demo"_s});
+
+        QVERIFY2(third.err.contains(found), qPrintable(third.err));
+        QVERIFY2(greenPixels(found) > 5000, QByteArray::number(greenPixels(found)));
+        const QString nothing = m_folder + u"/nothing.png"_s;
+        QCOMPARE(run({u"hunt"_s, u"--once"_s, u"--picture"_s, nothing}).code, 0);
+        QVERIFY2(greenPixels(nothing) >= 0 && greenPixels(nothing) < 500,
+                 QByteArray::number(greenPixels(nothing)));
+        const Result nowhere = run({u"hunt"_s, u"--picture"_s, m_folder + u"/no/p.png"_s});
+        QCOMPARE(nowhere.code, 1);
+        QVERIFY2(nowhere.err.contains(u"/no/p.png"_s), qPrintable(nowhere.err));
     }
 
     void exitCodesTellHowItWent() {

@@ -217,6 +217,13 @@ void HitsPage::reveal(const QString& subject) {
     Q_EMIT revealed(static_cast<int>(row - rows.begin()));
 }
 
+void HitsPage::openAll() {
+    regroup();
+    for (const JourneyGroup& journey : std::as_const(m_journeys))
+        m_layout.open.insert(journey.id);
+    layOut();
+}
+
 void HitsPage::toggle(const QString& journey) {
     if (!m_layout.open.remove(journey))
         m_layout.open.insert(journey);

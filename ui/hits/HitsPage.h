@@ -81,6 +81,8 @@ public:
     /// Opens the journey of the offer called `subject`, its key, "#" and cabin, and asks for it to
     /// be scrolled to. Filters that hide it are reset; nothing happens when it is not there.
     void reveal(const QString& subject);
+    /// Opens every journey that is there by now.
+    void openAll();
     /// Opens a closed journey and closes an open one.
     Q_INVOKABLE void toggle(const QString& journey);
     /// The nearest row after `row` (before it, with a negative step) that the keyboard stops at,

@@ -21,7 +21,12 @@ void RootView::select(int section) {
 }
 
 bool RootView::onboarded() const {
-    return m_state.onboarded();
+    return m_passesOverOnboarding || m_state.onboarded();
+}
+
+void RootView::passOverOnboarding() {
+    m_passesOverOnboarding = true;
+    Q_EMIT onboardedChanged();
 }
 
 QString RootView::hitsBadge() const {

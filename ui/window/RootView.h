@@ -33,6 +33,8 @@ public:
     /// Anything that is no section selects the dashboard.
     void select(int section);
     bool onboarded() const;
+    /// Shows the pages without an onboarding, for as long as the view lives; nothing is stored.
+    void passOverOnboarding();
     QString hitsBadge() const;
     QString notice() const;
     bool canDismissNotice() const;
@@ -53,6 +55,7 @@ private:
     AppState& m_state;
     LegFetcher& m_fetcher;
     bool m_isDemo;
+    bool m_passesOverOnboarding = false;
     int m_selection = Dashboard;
     bool m_isStarted = false;
 };

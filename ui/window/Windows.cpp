@@ -13,7 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize usualSize{1120, 880};
 constexpr QSize leastSize{880, 600};
 
 /// The ground shows before the content does, and round it while the window grows.

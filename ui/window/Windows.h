@@ -13,6 +13,8 @@ class Theme;
 class MainWindow final : public QQuickView {
     Q_OBJECT
 public:
+    static constexpr QSize usualSize{1120, 880};
+
     /// `life` and `theme` must outlive the window; `properties` are those of the content.
     MainWindow(QQmlEngine& engine, LifeCycle& life, const Theme& theme,
                const QVariantMap& properties);
