@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // How long the screens' state takes to be loaded.
 #include "bench/Results.h"
+#include "core/DatabaseCopies.h"
 #include "tests/support/AppWorld.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -61,11 +63,26 @@ QList<Result> measureOpening() {
         best(5, [&world] { const Database again(world.dir.path(), world.clock); });
     const double copying =
         best(3, [&world] { world.database.copyTo(world.dir.path() + u"/copy"_s); });
+    // The whole day's copy, as the main thread has it: the call, and storing while it is made.
+    double longest = 0;
+    const auto held = [&longest](const std::function<void()>& work) {
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        longest = std::max(longest, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    };
+    const QString copy = DatabaseCopies::daily(world.dir.path(), world.clock.today());
+    held([&world] { world.database.keepDailyCopy(); });
+    int stores = 0;
+    for (; !QFile::exists(copy) && stores < 10'000; ++stores)
+        held([&world] { world.database.markChecked(1, 1); });
     const QString ms = u"%1 ms"_s;
     return {{u"Database: opened and checked, 100,000 seen fares"_s, ms.arg(opening, 0, 'f', 0),
              u"< 150 ms"_s, opening < 150},
-            {u"Database: the copy of a day, 100,000 seen fares"_s, ms.arg(copying, 0, 'f', 0),
-             u"< 500 ms"_s, copying < 500}};
+            {u"Database: a copy, 100,000 seen fares"_s, ms.arg(copying, 0, 'f', 0), u"< 500 ms"_s,
+             copying < 500},
+            {u"the longest that the copy of a day holds the main thread, %1 stores"_s.arg(stores),
+             ms.arg(longest, 0, 'f', 1), u"< 16 ms"_s, longest < 16}};
 }
 
 } // namespace
