@@ -19,19 +19,13 @@ QByteArray read(const QString& path) {
 }
 
 /// The fields of `stat` after the name, from the state on, which is the third.
-QList<QByteArray> statFields(const QString& folder) {
-    const QByteArray line = read(folder + u"/stat"_s);
+QList<QByteArray> statFields(qint64 process) {
+    const QByteArray line = read(u"/proc/%1/stat"_s.arg(process));
     return line.mid(line.lastIndexOf(')') + 2).split(' ');
 }
 
 qint64 parentOf(qint64 process) {
-    return statFields(u"/proc/%1"_s.arg(process)).value(1).toLongLong();
-}
-
-double cpuOf(const QString& folder) {
-    const auto fields = statFields(folder);
-    return static_cast<double>(fields.value(11).toLongLong() + fields.value(12).toLongLong()) /
-           static_cast<double>(::sysconf(_SC_CLK_TCK));
+    return statFields(process).value(1).toLongLong();
 }
 
 /// The number on the line of `text` that begins with `name`; 0 when there is none.
@@ -41,18 +35,6 @@ qint64 numberAfter(const QByteArray& text, const QByteArray& name) {
         return 0;
     const QByteArray rest = text.mid(start + name.size());
     return rest.left(rest.indexOf('\n')).trimmed().split(' ').first().toLongLong();
-}
-
-QStringList threadFolders(qint64 process) {
-    const QString folder = u"/proc/%1/task"_s.arg(process);
-    QStringList folders = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (QString& name : folders)
-        name = folder + u'/' + name;
-    return folders;
-}
-
-qint64 wakeUpsOf(const QString& thread) {
-    return numberAfter(read(thread + u"/status"_s), "\nvoluntary_ctxt_switches:");
 }
 
 } // namespace
@@ -74,14 +56,25 @@ QList<qint64> ProcessTree::processes() const {
     return found;
 }
 
-ProcessTree::Use ProcessTree::use() const {
-    Use sum;
+double ProcessTree::cpu() const {
+    qint64 ticks = 0;
     for (const qint64 process : processes()) {
-        sum.cpu += cpuOf(u"/proc/%1"_s.arg(process));
-        for (const QString& thread : threadFolders(process))
-            sum.wakeUps += wakeUpsOf(thread);
+        const auto fields = statFields(process);
+        ticks += fields.value(11).toLongLong() + fields.value(12).toLongLong();
     }
-    return sum;
+    return static_cast<double>(ticks) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+QMap<QString, qint64> ProcessTree::wakeUps() const {
+    QMap<QString, qint64> counts;
+    for (const qint64 process : processes()) {
+        const QString folder = u"/proc/%1/task"_s.arg(process);
+        for (const QString& thread : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            counts.insert(u"%1/%2"_s.arg(process).arg(thread),
+                          numberAfter(read(u"%1/%2/status"_s.arg(folder, thread)),
+                                      "\nvoluntary_ctxt_switches:"));
+    }
+    return counts;
 }
 
 qint64 ProcessTree::pss() const {
@@ -95,15 +88,4 @@ qint64 ProcessTree::pss() const {
             qFatal("the memory of Tindra, which is protected, can be measured by root only");
     }
     return sum;
-}
-
-QString ProcessTree::threads() const {
-    QString lines;
-    for (const qint64 process : processes()) {
-        for (const QString& thread : threadFolders(process))
-            lines += u"%1 %2 %3 s, %4\n"_s.arg(
-                QString::number(process), QString::fromUtf8(read(thread + u"/comm"_s).trimmed()),
-                QString::number(cpuOf(thread), 'f', 2), QString::number(wakeUpsOf(thread)));
-    }
-    return lines;
 }

@@ -63,26 +63,30 @@ QList<Result> measureOpening() {
         best(5, [&world] { const Database again(world.dir.path(), world.clock); });
     const double copying =
         best(3, [&world] { world.database.copyTo(world.dir.path() + u"/copy"_s); });
-    // The whole day's copy, as the main thread has it: the call, and storing while it is made.
-    double longest = 0;
-    const auto held = [&longest](const std::function<void()>& work) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        longest = std::max(longest, static_cast<double>(timer.nsecsElapsed()) / 1e6);
-    };
+    // What the main thread has of the day's copy: the call, and storing while it is made.
+    QElapsedTimer timer;
+    timer.start();
+    world.database.keepDailyCopy();
+    const double call = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     const QString copy = DatabaseCopies::daily(world.dir.path(), world.clock.today());
-    held([&world] { world.database.keepDailyCopy(); });
+    double meanwhile = 0;
     int stores = 0;
     for (; !QFile::exists(copy) && stores < 10'000; ++stores)
-        held([&world] { world.database.markChecked(1, 1); });
+        meanwhile = std::max(meanwhile, best(1, [&world] { world.database.markChecked(1, 1); }));
+    double otherwise = 0;
+    for (int i = 0; i < stores; ++i)
+        otherwise = std::max(otherwise, best(1, [&world] { world.database.markChecked(1, 1); }));
     const QString ms = u"%1 ms"_s;
     return {{u"Database: opened and checked, 100,000 seen fares"_s, ms.arg(opening, 0, 'f', 0),
              u"< 150 ms"_s, opening < 150},
             {u"Database: a copy, 100,000 seen fares"_s, ms.arg(copying, 0, 'f', 0), u"< 500 ms"_s,
              copying < 500},
-            {u"the longest that the copy of a day holds the main thread, %1 stores"_s.arg(stores),
-             ms.arg(longest, 0, 'f', 1), u"< 16 ms"_s, longest < 16}};
+            {u"the copy of a day: its call; the longest of %1 stores meanwhile; without it"_s.arg(
+                 stores),
+             u"%1 ms; %2 ms; %3 ms"_s.arg(call, 0, 'f', 1)
+                 .arg(meanwhile, 0, 'f', 1)
+                 .arg(otherwise, 0, 'f', 1),
+             u"< 16 ms"_s, std::max(call, meanwhile) < 16}};
 }
 
 } // namespace
