@@ -25,3 +25,4 @@ QList<Result> measureHits();
 QList<Result> measureState();
 QList<Result> measureWatchers();
 QList<Result> measureMemory();
+QList<Result> measureWindow();

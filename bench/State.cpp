@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // How long the screens' state takes to be loaded.
 #include "bench/Results.h"
+#include "core/DatabaseCopies.h"
 #include "tests/support/AppWorld.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -61,11 +63,30 @@ QList<Result> measureOpening() {
         best(5, [&world] { const Database again(world.dir.path(), world.clock); });
     const double copying =
         best(3, [&world] { world.database.copyTo(world.dir.path() + u"/copy"_s); });
+    // What the main thread has of the day's copy: the call, and storing while it is made.
+    QElapsedTimer timer;
+    timer.start();
+    world.database.keepDailyCopy();
+    const double call = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    const QString copy = DatabaseCopies::daily(world.dir.path(), world.clock.today());
+    double meanwhile = 0;
+    int stores = 0;
+    for (; !QFile::exists(copy) && stores < 10'000; ++stores)
+        meanwhile = std::max(meanwhile, best(1, [&world] { world.database.markChecked(1, 1); }));
+    double otherwise = 0;
+    for (int i = 0; i < stores; ++i)
+        otherwise = std::max(otherwise, best(1, [&world] { world.database.markChecked(1, 1); }));
     const QString ms = u"%1 ms"_s;
     return {{u"Database: opened and checked, 100,000 seen fares"_s, ms.arg(opening, 0, 'f', 0),
              u"< 150 ms"_s, opening < 150},
-            {u"Database: the copy of a day, 100,000 seen fares"_s, ms.arg(copying, 0, 'f', 0),
-             u"< 500 ms"_s, copying < 500}};
+            {u"Database: a copy, 100,000 seen fares"_s, ms.arg(copying, 0, 'f', 0), u"< 500 ms"_s,
+             copying < 500},
+            {u"the copy of a day: its call; the longest of %1 stores meanwhile; without it"_s.arg(
+                 stores),
+             u"%1 ms; %2 ms; %3 ms"_s.arg(call, 0, 'f', 1)
+                 .arg(meanwhile, 0, 'f', 1)
+                 .arg(otherwise, 0, 'f', 1),
+             u"< 16 ms"_s, std::max(call, meanwhile) < 16}};
 }
 
 } // namespace

@@ -21,7 +21,7 @@ int main(int argc, char* argv[]) {
         {u"lookups"_s, measureLookups},   {u"rounds"_s, measureRounds},
         {u"state"_s, measureState},       {u"memory"_s, measureMemory},
         {u"captures"_s, measureCaptures}, {u"watchers"_s, measureWatchers},
-        {u"hits"_s, measureHits},
+        {u"hits"_s, measureHits},         {u"window"_s, measureWindow},
     };
     QList<Result> results;
     for (const auto& [name, measure] : subjects) {

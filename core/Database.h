@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <functional>
+#include <future>
 #include <optional>
 
 /// Everything that Tindra remembers apart from secrets: watchers, offers, what each watcher has
@@ -38,6 +39,7 @@ public:
     /// and putting the last good copy, or a fresh file, in the place of one that is damaged. The
     /// file of a later version is left alone. `clock` must outlive the database.
     Database(const QString& folder, const Clock& clock, Access access = Access::owner);
+    ~Database();
     Q_DISABLE_COPY_MOVE(Database)
 
     /// Why nothing can be stored, in Norwegian; absent when all is well, and again when storing
@@ -51,8 +53,8 @@ public:
     std::optional<QString> notice();
     void dismissNotice();
 
-    /// Makes today's copy where there is none, and keeps three of them. A good file of ordinary
-    /// size takes some milliseconds, one of 13 MB up to 250.
+    /// Makes today's copy where there is none, and keeps three of them. It is made on another
+    /// thread, from what is stored now; the database's end waits for it.
     void keepDailyCopy();
     /// Writes everything to a file of its own, which may replace an earlier such file but nothing
     /// else. Returns why that failed, in Norwegian; absent when the file is there.
@@ -109,10 +111,19 @@ public:
                     const QString& label);
 
 private:
+    struct CopyResult {
+        /// Why there is no copy; absent when there is.
+        std::optional<QString> reason;
+        /// Because the database itself is broken.
+        bool isDamaged = false;
+    };
+
     void open();
     bool isUsable();
     bool replaceDamaged();
     bool copyBeforeUpgrade();
+    /// Waits for the copy that is being made, if any, and says what became of it.
+    void endDailyCopy();
     void upgrade();
     std::optional<QString> writeCopy(const QString& file);
     void refuse(const QString& problem);
@@ -131,6 +142,7 @@ private:
     int m_version = 0;
     /// The last day whose copy was made, or could not be.
     QDate m_lastCopy;
+    std::future<CopyResult> m_copy;
     QString m_lastRefusal;
     /// A statement has failed since the transaction began.
     bool m_failed = false;

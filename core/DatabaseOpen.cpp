@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using DatabaseFile::Condition;
 
 namespace {
@@ -28,7 +29,13 @@ Database::Database(const QString& folder, const Clock& clock, Access access)
     open();
 }
 
+Database::~Database() {
+    endDailyCopy();
+}
+
 void Database::open() {
+    // No file is moved while another thread reads it.
+    endDailyCopy();
     if (!QFileInfo::exists(m_folder)) {
         QDir().mkpath(m_folder);
         ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
@@ -158,17 +165,35 @@ void Database::dismissNotice() {
 
 void Database::keepDailyCopy() {
     const QDate today = m_clock.today();
+    if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
+        endDailyCopy();
     if (!m_isOpen || m_problem || m_access == Access::guest || m_lastCopy == today)
         return;
     // One try a day: a disk that is full need not be told so after every round.
     m_lastCopy = today;
+    endDailyCopy();
     const QString path = DatabaseCopies::daily(m_folder, today);
     if (QFile::exists(path))
         return;
-    if (const auto reason = writeCopy(path))
-        TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*reason));
-    else
-        DatabaseCopies::prune(m_folder, u"copy"_s, today);
+    m_copy = std::async(std::launch::async, [folder = m_folder, path, today] {
+        SqliteConnection source;
+        source.openReadOnly(DatabaseCopies::main(folder));
+        CopyResult result{DatabaseFile::copy(source, path)};
+        result.isDamaged = result.reason && source.isDamaged();
+        if (!result.reason)
+            DatabaseCopies::prune(folder, u"copy"_s, today);
+        return result;
+    });
+}
+
+void Database::endDailyCopy() {
+    if (!m_copy.valid())
+        return;
+    const CopyResult result = m_copy.get();
+    if (result.reason)
+        TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*result.reason));
+    if (result.isDamaged)
+        noteFailure(*result.reason);
 }
 
 std::optional<QString> Database::copyTo(const QString& file) {

@@ -1,54 +1,63 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Legs.h"
 
-#include "airline/SAS.h"
 #include "core/Err.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace Legs {
 
-QList<Leg> ofWatcher(const Search& watcher) {
-    const QStringList origins = Search::codes(watcher.origin);
+Leg All::operator[](qsizetype index) const {
+    const qsizetype back = index - pairs.size() * outbound.size();
+    if (back < 0) {
+        const auto& pair = pairs[index / outbound.size()];
+        return {pair.origin, pair.destination, outbound[index % outbound.size()]};
+    }
+    const auto& pair = pairs[back / homebound.size()];
+    return {pair.destination, pair.origin, homebound[back % homebound.size()]};
+}
+
+All ofWatcher(const Search& watcher) {
+    QStringList origins = Search::codes(watcher.origin);
     QStringList destinations = Search::codes(watcher.destination);
-    destinations.sort();
     if (origins.isEmpty())
         throw Err{u"Søket mangler avreisested."_s};
     if (destinations.isEmpty())
         throw Err{u"Søket mangler destinasjon."_s};
-    const QStringList outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, datesPerWindow);
-    if (outbound.isEmpty())
+    origins.removeDuplicates();
+    destinations.removeDuplicates();
+    destinations.sort();
+    All legs;
+    legs.outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, datesPerWindow);
+    if (legs.outbound.isEmpty())
         throw Err{u"SAS-søk krever avreisedato."_s};
-    const QStringList homebound =
-        SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, datesPerWindow);
+    legs.homebound = SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, datesPerWindow);
 
-    QList<SAS::RoutePair> pairs;
-    for (const QString& origin : origins) {
+    legs.pairs.reserve(origins.size() * destinations.size());
+    // Two origins have the same pair only where the hub stands in for one of them.
+    QSet<QString> fromHub;
+    for (const QString& origin : std::as_const(origins)) {
         for (const QString& destination : std::as_const(destinations)) {
-            const auto pair = SAS::searchedPair(origin, destination, watcher.includePartners);
-            if (!pairs.contains(pair))
-                pairs.append(pair);
+            auto pair = SAS::searchedPair(origin, destination, watcher.includePartners);
+            if (SAS::hubs().contains(pair.origin)) {
+                if (fromHub.contains(destination))
+                    continue;
+                fromHub.insert(destination);
+            }
+            legs.pairs.append(std::move(pair));
         }
-    }
-    QList<Leg> legs;
-    legs.reserve(pairs.size() * (outbound.size() + homebound.size()));
-    for (const auto& pair : std::as_const(pairs)) {
-        for (const QString& date : outbound)
-            legs.append({pair.origin, pair.destination, date});
-    }
-    for (const auto& pair : std::as_const(pairs)) {
-        for (const QString& date : homebound)
-            legs.append({pair.destination, pair.origin, date});
     }
     return legs;
 }
 
-QList<Leg> slice(const QList<Leg>& legs, qsizetype start) {
-    if (legs.size() <= perRound)
-        return legs;
+QList<Leg> slice(const All& legs, qsizetype start) {
+    const bool fitIntoOne = legs.size() <= perRound;
     QList<Leg> selected;
-    for (qsizetype k = 0; k < perRound; ++k)
-        selected.append(legs[(start + k) % legs.size()]);
+    selected.reserve(std::min<qsizetype>(legs.size(), perRound));
+    for (qsizetype k = 0; k < std::min<qsizetype>(legs.size(), perRound); ++k)
+        selected.append(legs[fitIntoOne ? k : (start + k) % legs.size()]);
     return selected;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "airline/FetchedLegs.h"
+#include "airline/SAS.h"
 #include "core/Search.h"
 
 #include <QList>
@@ -26,11 +27,22 @@ constexpr int datesPerWindow = 330;
 constexpr int perRound = 60;
 
 /// All legs of a watcher: every route pair on every outbound date, then the way back on every
-/// return date. Throws Err when the watcher names no origin, destination or departure date.
-QList<Leg> ofWatcher(const Search& watcher);
+/// return date. Each is made when it is asked for, since a wide watcher has millions.
+struct All {
+    QList<SAS::RoutePair> pairs;
+    /// "yyyyMMdd".
+    QStringList outbound;
+    QStringList homebound;
+
+    qsizetype size() const { return pairs.size() * (outbound.size() + homebound.size()); }
+    Leg operator[](qsizetype index) const;
+};
+
+/// Throws Err when the watcher names no origin, destination or departure date.
+All ofWatcher(const Search& watcher);
 
 /// The legs of one round from `start` on, wrapping around; all of them when they fit into one.
-QList<Leg> slice(const QList<Leg>& legs, qsizetype start);
+QList<Leg> slice(const All& legs, qsizetype start);
 
 /// Legs in a row that share their route become one group.
 QList<LegGroup> grouped(const QList<Leg>& legs);

@@ -201,10 +201,10 @@ QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
 }
 
 /// The legs of this round; the cursor remembers where the next one goes on.
-QList<Leg> Worker::takeTurn(const Search& watcher, const QList<Leg>& legs) {
+QList<Leg> Worker::takeTurn(const Search& watcher, const Legs::All& legs) {
     m_rotationTotal = 0;
     if (legs.size() <= Legs::perRound)
-        return legs;
+        return Legs::slice(legs, 0);
     const QString key = u"lookup_cursor_%1"_s.arg(watcher.id);
     const qint64 cursor = std::max<qint64>(m_database.get(key).value_or(QString()).toLongLong(), 0);
     const qint64 start = cursor % legs.size();

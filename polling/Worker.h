@@ -96,7 +96,7 @@ private:
                              QList<Match>& found);
     void storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
                           QList<Match>& found);
-    QList<Leg> takeTurn(const Search& watcher, const QList<Leg>& legs);
+    QList<Leg> takeTurn(const Search& watcher, const Legs::All& legs);
     void noteProgress(const QString& displayName, const QString& label, const QString& date);
     bool stillActive(qint64 id);
     void setStatus(const QString& text);

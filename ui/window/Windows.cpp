@@ -6,12 +6,17 @@
 #include "ui/window/PanelPlacement.h"
 
 #include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QQuickItem>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Shown with QT_LOGGING_RULES=tindra.window=true; QT_MESSAGE_PATTERN="%{time process} %{message}"
+/// says when.
+Q_LOGGING_CATEGORY(windowLog, "tindra.window", QtWarningMsg)
 
 constexpr QSize leastSize{880, 600};
 
@@ -37,6 +42,10 @@ MainWindow::MainWindow(QQmlEngine& engine, LifeCycle& life, const Theme& theme,
     setSource(QUrl(u"qrc:/qt/qml/Tindra/Window/MainContent.qml"_s));
     connect(&life, &LifeCycle::windowShownChanged, this, &MainWindow::follow);
     connect(&life, &LifeCycle::raiseRequested, this, &MainWindow::raise);
+    // On the thread that draws, so that a busy main thread does not delay it.
+    connect(
+        this, &QQuickWindow::frameSwapped, this, [] { qCDebug(windowLog) << "first frame"; },
+        static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::SingleShotConnection));
     follow();
 }
 
