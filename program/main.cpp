@@ -7,6 +7,7 @@
 #include "core/Err.h"
 #include "platform/Bundle.h"
 #include "platform/linux/DBusInstance.h"
+#include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/UnixSignals.h"
 #include "program/Output.h"
@@ -16,6 +17,7 @@
 
 #include <QApplication>
 #include <QProcessEnvironment>
+#include <QQuickWindow>
 #include <QTimer>
 
 #include <csignal>
@@ -191,6 +193,10 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         throw Err{u"Det er ingen skjerm her. Bruk «tindra hunt», eller start med xvfb-run."_s};
     prepareInterface();
+    // A renderer that the user has chosen comes first.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
+        qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND") && !hasGraphicsHardware())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
