@@ -186,6 +186,17 @@ void protectSecrets() {
     ::prctl(PR_SET_DUMPABLE, 0);
 }
 
+/// Without graphics hardware Qt neither draws by OpenGL nor loads it. A renderer that the user has
+/// chosen comes first.
+void chooseRenderer() {
+    if (!qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") ||
+        !qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND") || hasGraphicsHardware())
+        return;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    if (qEnvironmentVariableIsEmpty("QT_XCB_GL_INTEGRATION"))
+        qputenv("QT_XCB_GL_INTEGRATION", "none");
+}
+
 /// The window needs more of Qt than the commands, which also run without a display.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const CommandLine& line) {
     if (line.command != CommandLine::Command::window)
@@ -193,10 +204,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         throw Err{u"Det er ingen skjerm her. Bruk «tindra hunt», eller start med xvfb-run."_s};
     prepareInterface();
-    // A renderer that the user has chosen comes first.
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
-        qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND") && !hasGraphicsHardware())
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    chooseRenderer();
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName(QStringLiteral(TINDRA_BUNDLE_ID));
