@@ -196,6 +196,8 @@ QList<Result> measureWindow() {
         best = std::min(best, Program(home.path(), airline).firstFrame);
 
     Database database(folder, clock, Database::Access::guest);
+    if (database.recentMatches(2 * offers).size() < offers)
+        qFatal("not all offers are there");
     const auto lastRound = database.get(u"last_poll"_s);
     const Program program(home.path(), airline);
     const double mebibytes =

@@ -7,6 +7,7 @@
 #include "core/Err.h"
 #include "platform/Bundle.h"
 #include "platform/linux/DBusInstance.h"
+#include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/UnixSignals.h"
 #include "program/Output.h"
@@ -17,6 +18,7 @@
 
 #include <QApplication>
 #include <QProcessEnvironment>
+#include <QQuickWindow>
 #include <QTimer>
 
 #include <csignal>
@@ -202,6 +204,17 @@ void protectSecrets() {
     ::prctl(PR_SET_DUMPABLE, 0);
 }
 
+/// Without graphics hardware Qt neither draws by OpenGL nor loads it. A renderer that the user has
+/// chosen comes first.
+void chooseRenderer() {
+    if (!qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") ||
+        !qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND") || hasGraphicsHardware())
+        return;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    if (qEnvironmentVariableIsEmpty("QT_XCB_GL_INTEGRATION"))
+        qputenv("QT_XCB_GL_INTEGRATION", "none");
+}
+
 /// The window needs more of Qt than the commands, which also run without a display.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const CommandLine& line) {
     const bool isWindow = line.command == CommandLine::Command::window;
@@ -213,6 +226,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv, const 
              qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         throw Err{u"Det er ingen skjerm her. Bruk «tindra hunt», eller start med xvfb-run."_s};
     prepareInterface();
+    chooseRenderer();
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     // Desktops know by these which launcher the window belongs to, on Wayland and on X11.

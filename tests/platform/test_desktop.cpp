@@ -2,6 +2,7 @@
 // Clock, folders, notifications and keychain, each with the real thing on a bus of their own.
 #include "core/Keychain.h"
 #include "platform/linux/DBusNotifications.h"
+#include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/SecretServiceStore.h"
@@ -12,7 +13,9 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDir>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -58,6 +61,18 @@ private Q_SLOTS:
         const LinuxFolders folders(u"Tindra"_s);
         QCOMPARE(folders.data(), m_bus.home() + u"/data/Tindra"_s);
         QCOMPARE(folders.cache(), m_bus.home() + u"/cache/Tindra"_s);
+    }
+
+    void graphicsHardwareHasADevice() {
+        const QTemporaryDir devices;
+        QDir(devices.path()).mkpath(u"dri/by-path"_s);
+        QVERIFY(!hasGraphicsHardware(devices.path()));
+        for (const QString& name : {u"/dri/renderD128"_s, u"/nvidiactl"_s, u"/dxg"_s}) {
+            QFile device(devices.path() + name);
+            QVERIFY(device.open(QIODevice::WriteOnly));
+            QVERIFY2(hasGraphicsHardware(devices.path()), qPrintable(name));
+            QVERIFY(device.remove());
+        }
     }
 
     void signalsArriveInTheLoop() {

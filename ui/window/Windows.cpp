@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Shown with QT_LOGGING_RULES=tindra.window=true; QT_MESSAGE_PATTERN="%{time process} %{message}"
-/// says when.
+/// Shown with QT_LOGGING_RULES=tindra.window=true.
 Q_LOGGING_CATEGORY(windowLog, "tindra.window", QtWarningMsg)
 
 constexpr QSize leastSize{880, 600};
