@@ -14,6 +14,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +23,8 @@ namespace {
 constexpr int mostMatches = 2000;
 constexpr double usualIntervalMinutes = 10;
 constexpr std::chrono::duration<double> freshness{30 * 60};
+/// A clock or time zone that is changed shows itself within this time.
+constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
 /// Strangers' finds that are announced at once; the others wait for the next refresh.
 constexpr qsizetype mostFreshAtOnce = 20;
 /// Finds compared with the watchers in one turn of the event loop.
@@ -50,6 +53,20 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     connect(&worker, &Worker::stored, this, &AppState::reload);
     database.forgetTravelledCommunityFinds();
     reload();
+    followDay();
+}
+
+/// What is "today" and what is past changes at midnight, whether anything is checked or not.
+void AppState::followDay() {
+    m_day = m_clock.today();
+    const double midnight = static_cast<double>(m_day.addDays(1).startOfDay().toMSecsSinceEpoch());
+    const double left = midnight - secondsSince1970(m_clock.now()) * 1000;
+    const std::chrono::milliseconds wait(static_cast<qint64>(std::max(1000.0, std::ceil(left))));
+    m_dayTimer = m_clock.after(std::min(wait, longestWait), [this] {
+        if (m_clock.today() != m_day)
+            reload();
+        followDay();
+    });
 }
 
 void AppState::setNotifyOn(bool on) {

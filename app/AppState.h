@@ -3,6 +3,7 @@
 
 #include "core/Match.h"
 #include "core/Search.h"
+#include "platform/Clock.h"
 #include "polling/PollSummary.h"
 
 #include <QCoroTask>
@@ -14,7 +15,6 @@
 
 #include <optional>
 
-class Clock;
 class Community;
 class Database;
 class Notifier;
@@ -69,6 +69,7 @@ public:
     /// watcher's offer, and for a sold-out record.
     std::optional<QString> direction(const Match& match) const;
 
+    /// Also happens by itself when another day begins.
     void reload();
     /// Stores a new watcher and starts a round, without waiting for it.
     void addSearchAndRun(const Search& search);
@@ -99,6 +100,7 @@ private:
     };
 
     void noteStorage();
+    void followDay();
     void setSearches(QList<Search> searches);
     void setMatches(QList<Match> matches);
     void setCommunityHits(QList<Match> hits);
@@ -111,6 +113,8 @@ private:
     Community& m_community;
     Notifier& m_notifier;
     Clock& m_clock;
+    QDate m_day;
+    std::unique_ptr<Clock::Timer> m_dayTimer;
 
     QList<Search> m_searches;
     QHash<qint64, Origins> m_origins;

@@ -38,8 +38,8 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_hits(tindra.appState, tindra.database, m_desktop, tindra.clock, tindra.site)
     , m_details(tindra.keychain, *tindra.secrets)
     , m_about(m_desktop, aboutSources())
-    , m_settings(tindra.appState, tindra.database, tindra.engine, tindra.notifier, m_autostart,
-                 m_login, m_details, m_about)
+    , m_settings(tindra.appState, tindra.database, tindra.engine, tindra.notifier,
+                 tindra.line.demo ? nullptr : &m_autostart, m_login, m_details, m_about)
     , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
     , m_dashboard(tindra.appState, tindra.state)
     , m_panel(tindra.appState, tindra.worker, tindra.state, m_desktop, tindra.site)

@@ -23,7 +23,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -199,9 +198,11 @@ int run(const CommandLine& line) {
 /// password in it is ever written as a core dump.
 void protectSecrets() {
     ::umask(S_IRWXG | S_IRWXO);
-    const rlimit none{0, 0};
+    // One byte is too little for any dump, and the one limit that also holds where dumps are piped
+    // to a program. The desktop's portals answer only those whose /proc they can read, so that a
+    // process that hides from dumps altogether would be without them.
+    const rlimit none{1, 1};
     ::setrlimit(RLIMIT_CORE, &none);
-    ::prctl(PR_SET_DUMPABLE, 0);
 }
 
 /// Without graphics hardware Qt neither draws by OpenGL nor loads it. A renderer that the user has

@@ -124,7 +124,10 @@ private Q_SLOTS:
         add(u"a-b-c-d-3"_s, 13h);
         add(u"a-b-c-d-4"_s, 1h, true);
         QCOMPARE(world.state.newToday(), 2);
+        // Midnight is told, without a round.
+        const QSignalSpy reloaded(&world.state, &AppState::reloaded);
         world.clock.advance(13h);
+        QCOMPARE(reloaded.size(), 1);
         QCOMPARE(world.state.newToday(), 0);
     }
 

@@ -94,6 +94,10 @@ private Q_SLOTS:
     void theFirstScreen() {
         start();
         QVERIFY(m_desktop.sees(u"Demo: flyselskapet"_s));
+        QFile limits(u"/proc/%1/limits"_s.arg(m_program.processId()));
+        QVERIFY(limits.open(QIODevice::ReadOnly));
+        const QString dumps = QString::fromLatin1(limits.readAll()).section(u"core file size"_s, 1);
+        QCOMPARE(dumps.simplified().section(u' ', 0, 1), u"1 1"_s);
         QVERIFY(m_desktop.sees(u"Kom i gang"_s));
         QVERIFY(m_desktop.press(u"Åpne SAS og logg inn"_s));
         signIn(0);

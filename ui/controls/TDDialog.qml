@@ -16,6 +16,8 @@ TDModal {
     property string cancelText: "Avbryt"
     property bool destructive: false
     property bool actionEnabled: true
+    /** Where the keyboard begins, when not at the way out. */
+    property Item initialFocus
     signal accepted
     signal rejected
 
@@ -28,10 +30,7 @@ TDModal {
     }
     onAboutToShow: agreed = false
     onClosed: agreed ? accepted() : rejected()
-    onOpened: {
-        const first = slot.nextItemInFocusChain(true);
-        (slot.children.length > 0 && first ? first : cancel).forceActiveFocus(Qt.TabFocusReason);
-    }
+    onOpened: (initialFocus ?? cancel).forceActiveFocus(Qt.TabFocusReason)
 
     width: Math.min(400, parent ? parent.width - 48 : 400)
 

@@ -21,7 +21,7 @@ const QString intervalKey = u"poll_interval_min"_s;
 } // namespace
 
 SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airline,
-                           Notifier& notifier, Autostart& autostart, SASLoginPill& pill,
+                           Notifier& notifier, Autostart* autostart, SASLoginPill& pill,
                            SignInDetails& details, AboutTindra& about)
     : m_state(state)
     , m_database(database)
@@ -70,7 +70,7 @@ bool SettingsView::shareHits() const {
 }
 
 bool SettingsView::autostartOn() const {
-    return m_autostart.isOn();
+    return m_autostart && m_autostart->isOn();
 }
 
 void SettingsView::setAutoLoginOn(bool on) {
@@ -92,7 +92,9 @@ void SettingsView::setShareHits(bool on) {
 }
 
 void SettingsView::setAutostartOn(bool on) {
-    m_autostartProblem = m_autostart.setOn(on).value_or(QString());
+    if (!m_autostart)
+        return;
+    m_autostartProblem = m_autostart->setOn(on).value_or(QString());
     Q_EMIT changed();
 }
 

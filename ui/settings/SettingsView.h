@@ -26,15 +26,17 @@ class SettingsView : public QObject {
     Q_PROPERTY(bool notifyOn READ notifyOn WRITE setNotifyOn NOTIFY changed)
     Q_PROPERTY(bool notifySoldOut READ notifySoldOut WRITE setNotifySoldOut NOTIFY changed)
     Q_PROPERTY(bool shareHits READ shareHits WRITE setShareHits NOTIFY changed)
+    /// Absent in the demo.
+    Q_PROPERTY(bool offersAutostart READ offersAutostart CONSTANT)
     Q_PROPERTY(bool autostartOn READ autostartOn WRITE setAutostartOn NOTIFY changed)
     /// Why the start at sign-in could not be switched; empty otherwise.
     Q_PROPERTY(QString autostartProblem READ autostartProblem NOTIFY changed)
     Q_PROPERTY(QStringList intervalLabels READ intervalLabels NOTIFY intervalsChanged)
     Q_PROPERTY(int intervalIndex READ intervalIndex NOTIFY intervalIndexChanged)
 public:
-    /// All must outlive the view.
+    /// All must outlive the view. `autostart` is null where nothing may start by itself.
     SettingsView(AppState& state, Database& database, LegFetcher& airline, Notifier& notifier,
-                 Autostart& autostart, SASLoginPill& pill, SignInDetails& details,
+                 Autostart* autostart, SASLoginPill& pill, SignInDetails& details,
                  AboutTindra& about);
 
     SASLoginPill* pill() const { return &m_pill; }
@@ -44,6 +46,7 @@ public:
     bool notifyOn() const;
     bool notifySoldOut() const;
     bool shareHits() const;
+    bool offersAutostart() const { return m_autostart; }
     bool autostartOn() const;
     const QString& autostartProblem() const { return m_autostartProblem; }
     QStringList intervalLabels() const;
@@ -77,7 +80,7 @@ private:
     Database& m_database;
     LegFetcher& m_airline;
     Notifier& m_notifier;
-    Autostart& m_autostart;
+    Autostart* m_autostart;
     SASLoginPill& m_pill;
     SignInDetails& m_details;
     AboutTindra& m_about;

@@ -80,6 +80,7 @@ TDScrollPage {
     }
     SettingsSection {
         title: "START OG BAKGRUNN"
+        visible: page.model.offersAutostart
         SwitchRow {
             readonly property bool failed: page.model.autostartProblem !== ""
             objectName: "autostart"

@@ -83,6 +83,7 @@ QCoro::Task<> SignInDetails::store() {
     const QPointer self(this);
     const int visit = m_visit;
     Credentials entered{m_user.trimmed(), m_password};
+    const std::pair fields(m_user, m_password);
     m_saving = true;
     Q_EMIT changed();
     if (entered.password == passwordMask()) {
@@ -110,7 +111,8 @@ QCoro::Task<> SignInDetails::store() {
         co_return;
     }
     const bool isTaken = stored == entered;
-    m_edited = !isTaken;
+    // What has been typed since is not stored yet.
+    m_edited = !isTaken || fields != std::pair(m_user, m_password);
     show(stored);
     endSave(isTaken ? QString() : u"Nøkkelringen tok ikke imot detaljene. Prøv igjen."_s);
 }

@@ -63,6 +63,7 @@ Column {
         title: "Gi søket nytt navn"
         message: "Navnet vises på overvåkeren og grupperer treffene på Treff-siden."
         actionText: "Lagre"
+        initialFocus: newName
         onAccepted: view.section.rename(watcherId, newName.text)
 
         function ask(id: double, name: string) {

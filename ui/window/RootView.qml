@@ -74,6 +74,8 @@ FocusScope {
             anchors.fill: parent
             active: view.root.selection === RootViewModel.Settings
             focus: active
+            // The page is gone too soon to say it itself.
+            onActiveChanged: if (!active) view.settings.close()
             sourceComponent: SettingsView { model: view.settings }
         }
     }

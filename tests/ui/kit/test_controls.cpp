@@ -235,11 +235,12 @@ private Q_SLOTS:
 
     void aDialogIsAnsweredOrLeft() {
         PageWindow window(
-            page(column + "TDButton { text: 'Åpne'; onClicked: ask.open() } }"
-                          "TDDialog { id: ask; title: 'Gi nytt navn'; message: 'Navnet vises.'\n"
-                          "actionText: 'Lagre'; actionEnabled: name.text !== ''\n"
-                          "onAccepted: root.note(name.text); onRejected: root.note('-')\n"
-                          "TDTextField { id: name; placeholderText: 'Navn' } }"),
+            page(column +
+                 "TDButton { text: 'Åpne'; onClicked: ask.open() } }"
+                 "TDDialog { id: ask; title: 'Gi nytt navn'; message: 'Navnet vises.'\n"
+                 "actionText: 'Lagre'; actionEnabled: name.text !== ''; initialFocus: name\n"
+                 "onAccepted: root.note(name.text); onRejected: root.note('-')\n"
+                 "TDTextField { id: name; placeholderText: 'Navn' } }"),
             {}, {600, 400});
         window.click(u"Åpne"_s);
         // It starts in its field, and the keyboard cannot leave it.
@@ -273,7 +274,8 @@ private Q_SLOTS:
     void aDangerousQuestionStartsAtTheWayOut() {
         PageWindow window(page("TDDialog { id: ask; title: 'Slette?'; actionText: 'Slett'\n"
                                "destructive: true; objectName: 'popup'\n"
-                               "onAccepted: root.note('gone'); onRejected: root.note('kept') }"),
+                               "onAccepted: root.note('gone'); onRejected: root.note('kept')\n"
+                               "TDButton { text: 'Avslutt'; onClicked: root.note('ended') } }"),
                           {}, {600, 400});
         open(window);
         QCOMPARE(window.focused(), u"Avbryt"_s);

@@ -51,7 +51,7 @@ struct SettingsWorld : AppWorld {
         desktop,
         {QStringLiteral("WebKitGTK 2.50.6"), QStringLiteral("/home/kari/.local/share/Tindra"),
          [this] { return engineWarning; }, [] { return QStringLiteral("Tindra\nalt er bra"); }}};
-    SettingsView view{state, database, airline, notifier, autostart, pill, details, about};
+    SettingsView view{state, database, airline, notifier, &autostart, pill, details, about};
 
     void storeDetails(const QString& user, const QString& password) {
         keychain.save(user, password);

@@ -58,7 +58,7 @@ private Q_SLOTS:
         if (!stored.isEmpty())
             world.database.set(u"poll_interval_min"_s, stored);
         AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
-        SettingsView view(state, world.database, world.airline, world.notifier, world.autostart,
+        SettingsView view(state, world.database, world.airline, world.notifier, &world.autostart,
                           world.pill, world.details, world.about);
         view.open();
         settle();
@@ -148,6 +148,21 @@ private Q_SLOTS:
         QCOMPARE(world.inKeychain(), (Credentials{u"ola"_s, u"gammel"_s}));
         QCOMPARE(details.ebUser(), u"ola"_s);
         QVERIFY(details.isStored());
+    }
+
+    void typingGoesOnWhileDetailsAreStored() {
+        SettingsWorld world;
+        SignInDetails& details = world.details;
+        details.open();
+        settle();
+        details.setEbUser(u"kari"_s);
+        details.setEbPassword(u"hemmelig"_s);
+        details.save();
+        details.setEbUser(u"kari@example.no"_s);
+        settle();
+        QCOMPARE(world.inKeychain(), (Credentials{u"kari"_s, u"hemmelig"_s}));
+        QCOMPARE(details.ebUser(), u"kari@example.no"_s);
+        QVERIFY(details.canSave() && !details.isStored());
     }
 
     void aKeychainThatRefuses() {

@@ -29,8 +29,11 @@ private Q_SLOTS:
         QTRY_VERIFY(page.isShown(u"Oslo → New York"_s));
         page.click(u"sidebarInnstillinger"_s);
         QVERIFY(page.isShown(u"SJEKK-INTERVALL"_s));
+        // A password that was typed and not stored does not outlive the page.
+        world.details.setEbPassword(u"hemmelig"_s);
         page.key(Qt::Key_1, Qt::ControlModifier);
         QVERIFY(page.isShown(u"Hvor vil du reise?"_s));
+        QVERIFY(world.details.ebPassword().isEmpty());
         page.key(Qt::Key_3, Qt::ControlModifier);
         QVERIFY(page.isShown(u"Tøm treff"_s));
     }
