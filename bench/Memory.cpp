@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Memory of the whole process tree while the demo hunts, the stand-in airline included.
+#include "bench/ProcessTree.h"
 #include "bench/Results.h"
 
-#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -12,37 +11,6 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// Proportional set size of the process and all its descendants, in KiB.
-qint64 treePss(qint64 root) {
-    QHash<qint64, qint64> parents;
-    for (const QString& entry : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
-        QFile stat(u"/proc/%1/stat"_s.arg(entry));
-        if (entry.toLongLong() <= 0 || !stat.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray line = stat.readAll();
-        parents.insert(entry.toLongLong(),
-                       line.mid(line.lastIndexOf(')') + 4).split(' ').value(0).toLongLong());
-    }
-    qint64 sum = 0;
-    for (const qint64 process : parents.keys()) {
-        qint64 ancestor = process;
-        while (ancestor > 1 && ancestor != root)
-            ancestor = parents.value(ancestor);
-        QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(process));
-        if (ancestor != root || !rollup.open(QIODevice::ReadOnly))
-            continue;
-        for (const QByteArray& line : rollup.readAll().split('\n')) {
-            if (line.startsWith("Pss:"))
-                sum += line.mid(4).trimmed().split(' ').first().toLongLong();
-        }
-    }
-    return sum;
-}
-
-} // namespace
 
 QList<Result> measureMemory() {
     const QTemporaryDir home;
@@ -54,8 +22,9 @@ QList<Result> measureMemory() {
     qint64 most = 0;
     QEventLoop loop;
     QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer,
-                     [&] { most = std::max(most, treePss(program.processId())); });
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        most = std::max(most, proportionalSetSize(processTree(program.processId())));
+    });
     QObject::connect(&program, &QProcess::finished, &loop, &QEventLoop::quit);
     program.start(QStringLiteral(TINDRA_PROGRAM), {u"hunt"_s, u"--demo"_s, u"--once"_s});
     timer.start(100);

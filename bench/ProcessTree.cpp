@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "bench/ProcessTree.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+QList<qint64> processTree(qint64 root) {
+    QHash<qint64, qint64> parents;
+    for (const QString& entry : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        QFile stat(u"/proc/%1/stat"_s.arg(entry));
+        if (entry.toLongLong() <= 0 || !stat.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray line = stat.readAll();
+        parents.insert(entry.toLongLong(),
+                       line.mid(line.lastIndexOf(')') + 4).split(' ').value(0).toLongLong());
+    }
+    QList<qint64> tree;
+    for (auto process = parents.keyBegin(); process != parents.keyEnd(); ++process) {
+        qint64 ancestor = *process;
+        while (ancestor > 1 && ancestor != root)
+            ancestor = parents.value(ancestor);
+        if (ancestor == root)
+            tree.append(*process);
+    }
+    return tree;
+}
+
+qint64 proportionalSetSize(const QList<qint64>& processes) {
+    qint64 sum = 0;
+    for (const qint64 process : processes) {
+        QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(process));
+        if (!rollup.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray& line : rollup.readAll().split('\n')) {
+            if (line.startsWith("Pss:"))
+                sum += line.mid(4).trimmed().split(' ').first().toLongLong();
+        }
+    }
+    return sum;
+}
