@@ -274,8 +274,8 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
                 if (!self)
                     co_return fetched;
                 if (renewed) {
-                    body = co_await lookUp(leg.origin, leg.destination, date, award,
-                                           captureTimeout);
+                    body =
+                        co_await lookUp(leg.origin, leg.destination, date, award, captureTimeout);
                     if (!self)
                         co_return fetched;
                 }

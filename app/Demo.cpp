@@ -19,8 +19,8 @@ struct Demo::Private {
     static community::Options communityOptions(const Clock& clock) {
         community::Options options;
         options.clock = [&clock] {
-            return community::Time(std::chrono::floor<std::chrono::milliseconds>(
-                clock.now().time_since_epoch()));
+            return community::Time(
+                std::chrono::floor<std::chrono::milliseconds>(clock.now().time_since_epoch()));
         };
         // What can be booked here is on the stand-in, and all its users are this one.
         options.takesLocalBookings = true;

@@ -150,10 +150,9 @@ struct WebKitView::Private {
     /// The engine's own page about the failure follows, for whoever has the view on the screen.
     static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
                                gpointer self) {
-        const bool isGivenUp =
-            g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
-            error->domain == WEBKIT_POLICY_ERROR;
-        if (!isGivenUp)
+        // Others are loads that were given up or refused, and redirects without end.
+        if (error->domain == G_IO_ERROR || error->domain == G_RESOLVER_ERROR ||
+            error->domain == G_TLS_ERROR)
             Q_EMIT static_cast<WebKitView*>(self)->loadFailed();
         return FALSE;
     }

@@ -206,9 +206,9 @@ private Q_SLOTS:
             return isUp ? std::optional(offers(origin, destination, date, 1)) : std::nullopt;
         };
         // In the middle of the second watcher, whose first date is used all the same.
-        connect(&world.worker, &Worker::changed, &world.worker,
-                [&] { isUp = isUp && !(world.worker.progress().done == 1 &&
-                                       world.worker.lookupDone() == 2); });
+        connect(&world.worker, &Worker::changed, &world.worker, [&] {
+            isUp = isUp && !(world.worker.progress().done == 1 && world.worker.lookupDone() == 2);
+        });
         const PollSummary cut = world.round();
         QCOMPARE(cut.errors, QStringList{u"søk 2: "_s + text});
         QCOMPARE(cut.searches, 2);
