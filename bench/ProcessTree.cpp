@@ -28,15 +28,19 @@ QList<qint64> processTree(qint64 root) {
     return tree;
 }
 
-qint64 proportionalSetSize(const QList<qint64>& processes) {
-    qint64 sum = 0;
+ProportionalSetSize proportionalSetSize(const QList<qint64>& processes) {
+    ProportionalSetSize sum;
     for (const qint64 process : processes) {
         QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(process));
         if (!rollup.open(QIODevice::ReadOnly))
             continue;
         for (const QByteArray& line : rollup.readAll().split('\n')) {
+            const QByteArray kibibytes = line.mid(line.indexOf(':') + 1).trimmed();
+            const qint64 size = kibibytes.split(' ').first().toLongLong();
             if (line.startsWith("Pss:"))
-                sum += line.mid(4).trimmed().split(' ').first().toLongLong();
+                sum.all += size;
+            else if (line.startsWith("Pss_Anon:") || line.startsWith("Pss_Shmem:"))
+                sum.own += size;
         }
     }
     return sum;

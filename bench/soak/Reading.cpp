@@ -41,7 +41,9 @@ Reading Reading::of(const QString& folder) {
     Reading reading;
     const auto processes = processTree(QCoreApplication::applicationPid());
     reading.processes = processes.size();
-    reading.pss = static_cast<double>(proportionalSetSize(processes)) / 1024;
+    const auto memory = proportionalSetSize(processes);
+    reading.pss = static_cast<double>(memory.all) / 1024;
+    reading.own = static_cast<double>(memory.own) / 1024;
     reading.openFiles = entries(u"/proc/self/fd"_s);
     reading.threads = entries(u"/proc/self/task"_s);
     SqliteConnection file;
@@ -59,13 +61,14 @@ Reading Reading::of(const QString& folder) {
 }
 
 QString Reading::heading() {
-    return u" hours  PSS MiB  processes  files  threads  rounds  matches  seen  kv  "
+    return u" hours  PSS MiB  own MiB  processes  files  threads  rounds  matches  seen  kv  "
            u"database KiB  log KiB  folder KiB\n"_s;
 }
 
 QString Reading::line() const {
-    return u"%1  %2  %3  %4  %5  %6  %7  %8  %9  %10  %11  %12\n"_s.arg(hours, 6, 'f', 2)
+    return u"%1  %2  %3  %4  %5  %6  %7  %8  %9  %10  %11  %12  %13\n"_s.arg(hours, 6, 'f', 2)
         .arg(pss, 7, 'f', 1)
+        .arg(own, 7, 'f', 1)
         .arg(processes, 9)
         .arg(openFiles, 5)
         .arg(threads, 7)
@@ -85,7 +88,7 @@ double growth(const QList<Reading>& readings) {
     const auto memory = [&readings](qsizetype from, qsizetype count) {
         QList<double> values;
         for (const Reading& reading : readings.mid(from, count))
-            values.append(reading.pss);
+            values.append(reading.own);
         return median(values);
     };
     return memory(readings.size() - quarter, quarter) / memory(quarter, quarter);

@@ -10,6 +10,7 @@ class SqliteConnection;
 struct Reading {
     double hours = 0; ///< since the start, in the soak's own time
     double pss = 0;   ///< of all processes, MiB
+    double own = 0;   ///< the part of it that is not mapped from files, MiB
     qsizetype processes = 0;
     qsizetype openFiles = 0; ///< of this process
     qsizetype threads = 0;   ///< of this process
@@ -27,7 +28,8 @@ struct Reading {
     QString line() const;
 };
 
-/// Median memory of the last quarter against that of the second; 0 while there are too few.
+/// Median of their own memory in the last quarter against that of the second; 0 while there are too
+/// few.
 double growth(const QList<Reading>& readings);
 
 /// What is wrong with the file, in SQLite's words; empty when it is sound.

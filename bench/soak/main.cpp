@@ -123,7 +123,7 @@ private:
             require(last.processes <= half.processes, u"processes stay behind"_s);
         }
         print(u"\nrounds %1, finds and sold-outs %2, notifications %3\n"
-              "memory, last quarter against second  %4  goal ≤ %5\n"
+              "own memory, last quarter against second  %4  goal ≤ %5\n"
               "integrity_check  %6\n"_s.arg(m_rounds)
                   .arg(m_news)
                   .arg(m_announced)
