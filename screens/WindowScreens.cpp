@@ -77,6 +77,12 @@ void panel(Shot& shot, const std::function<void(WindowWorld&)>& build) {
 
 const Screen panelHunting(u"panel"_s, {320, 220}, [](Shot& shot) { panel(shot, hunting); });
 const Screen panelIdle(u"panel-idle"_s, {320, 120}, [](Shot& shot) { panel(shot, [](auto&) {}); });
+const Screen panelUnreachable(u"panel-unreachable"_s, {320, 250}, [](Shot& shot) {
+    panel(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.session.setSiteUnreachable(true);
+    });
+});
 const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
     panel(shot, [](WindowWorld& world) {
         hunting(world);
