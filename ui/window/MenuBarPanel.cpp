@@ -46,7 +46,7 @@ QString MenuBarPanel::warning() const {
     if (m_session.loginStatus().isLoggedOut())
         return u"Ikke innlogget hos SAS — søkene får ingen data"_s;
     if (m_session.isSiteUnreachable())
-        return u"Får ikke kontakt med SAS — prøver igjen av seg selv"_s;
+        return u"Får ikke kontakt med SAS — prøver igjen snart"_s;
     return {};
 }
 

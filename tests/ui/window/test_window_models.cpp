@@ -72,7 +72,7 @@ private Q_SLOTS:
         QCOMPARE(world.panel.warning(), QString());
         const QSignalSpy changed(&world.panel, &MenuBarPanel::changed);
         world.session.setSiteUnreachable(true);
-        QCOMPARE(world.panel.warning(), u"Får ikke kontakt med SAS — prøver igjen av seg selv"_s);
+        QCOMPARE(world.panel.warning(), u"Får ikke kontakt med SAS — prøver igjen snart"_s);
         world.session.setSiteUnreachable(false);
         QCOMPARE(world.panel.warning(), QString());
         world.session.setLoggedOut(false);
