@@ -34,6 +34,7 @@ Capture::Capture(WebView& view, Clock& clock, Site site)
     connect(&view, &WebView::scriptMessage, this, &Capture::receive);
     // Nothing can come any more, and the time-out would be a minute away.
     connect(&view, &WebView::webProcessTerminated, this, &Capture::end);
+    connect(&view, &WebView::loadFailed, this, &Capture::end);
 }
 
 Capture::~Capture() {

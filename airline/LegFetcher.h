@@ -22,6 +22,9 @@ public:
     virtual ~LegFetcher() = default;
 
     virtual SASLoginStatus loginStatus() const = 0;
+    /// The site could not be reached when it was last asked, and is not known to be back. What the
+    /// session is like cannot be told from that.
+    virtual bool isSiteUnreachable() const = 0;
     /// Confirms or renews the session; afterwards `loginStatus` tells whether it lives.
     virtual QCoro::Task<> verifyLogin() = 0;
     /// Looks up every date of every group, in order; `award` selects the flow that also prices

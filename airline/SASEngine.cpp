@@ -20,6 +20,9 @@ const QString userAgent = u"Mozilla/5.0 (Macintosh; Intel Mac OS X 10_15_7) Appl
 constexpr auto captureTimeout = 60s;
 constexpr auto probeTimeout = 45s;
 constexpr auto waitStep = 1s;
+/// A machine that wakes up needs some seconds for its network.
+constexpr int triesToReachSite = 3;
+constexpr auto pauseBetweenTries = 10s;
 constexpr auto sessionAge = 6h;
 constexpr int renewalSteps = 12;
 /// Empty captures before any success after which the session is taken to be dead.
@@ -40,6 +43,7 @@ SASEngine::SASEngine(WebView& view, Clock& clock, Database& database, Keychain& 
                     ? u"ITP slaatt av for soeke-webviewen"_s
                     : u"ITP: fant ikke av-bryteren i WebKit — sporingsvern forblir paa"_s);
     view.setUserAgent(userAgent);
+    connect(&view, &WebView::loadFailed, this, [this] { m_loadFailed = true; });
 }
 
 void SASEngine::setRoundQuestion(std::function<bool()> roundIsRunning) {
@@ -52,8 +56,34 @@ void SASEngine::confirmNow() {
 
 QCoro::Task<bool> SASEngine::probeLogin() {
     const QString tomorrow = m_clock.today().addDays(1).toString(u"yyyyMMdd"_s);
-    const auto body = co_await m_capture.capture(u"OSL"_s, u"CPH"_s, tomorrow, false, probeTimeout);
+    const auto body = co_await lookUp(u"OSL"_s, u"CPH"_s, tomorrow, false, probeTimeout);
     co_return body.has_value();
+}
+
+/// One capture, tried again for a while when its page cannot be fetched.
+QCoro::Task<Capture::Body> SASEngine::lookUp(QString origin, QString dest, QString outDate,
+                                             bool award, std::chrono::milliseconds timeout) {
+    const QPointer self(this);
+    for (int left = triesToReachSite - 1;; --left) {
+        m_loadFailed = false;
+        auto body = co_await m_capture.capture(origin, dest, outDate, award, timeout);
+        if (!self)
+            co_return std::nullopt;
+        if (body || !m_loadFailed)
+            m_state.setSiteUnreachable(false);
+        if (body || !m_loadFailed || left == 0 || m_state.isLoginWindowOpen())
+            co_return body;
+        co_await m_clock.sleep(pauseBetweenTries);
+        if (!self || m_state.isLoginWindowOpen())
+            co_return std::nullopt;
+    }
+}
+
+/// Without a page there is nothing to learn about the session.
+bool SASEngine::hasLostContact() {
+    if (m_loadFailed && !m_state.isLoginWindowOpen())
+        m_state.setSiteUnreachable(true);
+    return m_loadFailed;
 }
 
 QCoro::Task<> SASEngine::verifyLogin() {
@@ -70,6 +100,11 @@ QCoro::Task<> SASEngine::verifyLogin() {
 
 QCoro::Task<> SASEngine::verify() {
     const QPointer self(this);
+    const SASLoginStatus before = m_state.loginStatus();
+    const auto forget = [this, before] {
+        using Case = SASLoginStatus::Case;
+        m_state.setLoginStatus(before.state == Case::checking ? SASLoginStatus::unknown() : before);
+    };
     m_state.setLoginStatus(SASLoginStatus::checking());
     if (m_keeper) {
         m_keeper->hideWindow();
@@ -81,6 +116,10 @@ QCoro::Task<> SASEngine::verify() {
     // When the user opens the window, the verdict is theirs to make.
     if (!self || confirmed || m_state.isLoginWindowOpen())
         co_return;
+    if (hasLostContact()) {
+        forget();
+        co_return;
+    }
     if (m_keeper) {
         const bool silently = co_await m_keeper->silentSSORefresh(renewalSteps);
         if (self && silently)
@@ -93,7 +132,10 @@ QCoro::Task<> SASEngine::verify() {
         if (!self || confirmed)
             co_return;
     }
-    co_await reportLoggedOut();
+    if (hasLostContact())
+        forget();
+    else
+        co_await reportLoggedOut();
 }
 
 /// A lookup that succeeds confirms the session and saves its cookies; `isRenewed` says that it was
@@ -214,10 +256,13 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
                 co_return fetched;
             }
             progress(leg.origin + u'→' + leg.destination, date);
-            auto body = co_await m_capture.capture(leg.origin, leg.destination, date, award,
-                                                   captureTimeout);
+            auto body = co_await lookUp(leg.origin, leg.destination, date, award, captureTimeout);
             if (!self)
                 co_return fetched;
+            if (!body && hasLostContact()) {
+                dates.insert(date, std::nullopt);
+                co_return fetched;
+            }
             if (!body && ++strikes >= strikesThatDecide && successes == 0) {
                 if (m_state.isLoginWindowOpen()) {
                     m_state.setLoggedOut(false);
@@ -229,14 +274,15 @@ QCoro::Task<FetchedLegs> SASEngine::fetch(QList<LegGroup> legs, bool award,
                 if (!self)
                     co_return fetched;
                 if (renewed) {
-                    body = co_await m_capture.capture(leg.origin, leg.destination, date, award,
-                                                      captureTimeout);
+                    body =
+                        co_await lookUp(leg.origin, leg.destination, date, award, captureTimeout);
                     if (!self)
                         co_return fetched;
                 }
                 if (!body) {
                     dates.insert(date, std::nullopt);
-                    co_await reportLoggedOut();
+                    if (!hasLostContact())
+                        co_await reportLoggedOut();
                     co_return fetched;
                 }
             }

@@ -22,6 +22,7 @@ public:
     void setRoundQuestion(std::function<bool()> roundIsRunning);
 
     SASLoginStatus loginStatus() const override { return m_state.loginStatus(); }
+    bool isSiteUnreachable() const override { return m_state.isSiteUnreachable(); }
     QCoro::Task<> verifyLogin() override;
     QCoro::Task<FetchedLegs> fetchLegs(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
                                        Progress progress) override;
@@ -34,6 +35,9 @@ public:
 private:
     QCoro::Task<> verify();
     QCoro::Task<bool> confirm(bool isRenewed);
+    QCoro::Task<Capture::Body> lookUp(QString origin, QString dest, QString outDate, bool award,
+                                      std::chrono::milliseconds timeout);
+    bool hasLostContact();
     QCoro::Task<> reportLoggedOut();
     QCoro::Task<bool> renew();
     QCoro::Task<FetchedLegs> fetch(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
@@ -50,4 +54,6 @@ private:
     SessionKeeper* m_keeper;
     std::function<bool()> m_roundIsRunning;
     bool m_probing = false;
+    /// A load has failed since the last lookup or renewal began.
+    bool m_loadFailed = false;
 };

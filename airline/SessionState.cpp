@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "airline/SessionState.h"
 
+#include "core/TDLog.h"
+
 using namespace Qt::StringLiterals;
 
 void SessionState::setLoginStatus(const SASLoginStatus& status) {
@@ -8,6 +10,15 @@ void SessionState::setLoginStatus(const SASLoginStatus& status) {
         return;
     m_loginStatus = status;
     Q_EMIT loginStatusChanged();
+}
+
+void SessionState::setSiteUnreachable(bool unreachable) {
+    if (m_isSiteUnreachable == unreachable)
+        return;
+    m_isSiteUnreachable = unreachable;
+    TDLog::note(unreachable ? u"nettet: faar ikke kontakt med SAS"_s
+                            : u"nettet: kontakt med SAS igjen"_s);
+    Q_EMIT siteUnreachableChanged();
 }
 
 void SessionState::setLoginWindowOpen(bool open) {

@@ -17,6 +17,10 @@ public:
     const SASLoginStatus& loginStatus() const { return m_loginStatus; }
     void setLoginStatus(const SASLoginStatus& status);
 
+    /// No page of the site could be fetched of late: there is no network, or the site is down.
+    bool isSiteUnreachable() const { return m_isSiteUnreachable; }
+    void setSiteUnreachable(bool unreachable);
+
     /// The user is signing in, in the visible window.
     bool isLoginWindowOpen() const { return m_isLoginWindowOpen; }
     void setLoginWindowOpen(bool open);
@@ -30,11 +34,13 @@ public:
 
 Q_SIGNALS:
     void loginStatusChanged();
+    void siteUnreachableChanged();
     void loginWindowOpenChanged();
     /// Something that the user should be told by a notification.
     void notice(const QString& title, const QString& body);
 
 private:
     SASLoginStatus m_loginStatus;
+    bool m_isSiteUnreachable = false;
     bool m_isLoginWindowOpen = false;
 };

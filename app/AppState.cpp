@@ -192,8 +192,7 @@ void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked)
     const auto gone =
         answer.isWhole ? CommunityFind::gone(m_matches, answer.hits, asked, m_served, m_clock.now())
                        : QList<Match>();
-    for (const Match& hit : answer.hits)
-        m_served.insert(CommunityFind::identity(hit));
+    noteServed(answer.hits);
     if (gone.isEmpty())
         return;
     m_database.transaction([&] {
@@ -203,6 +202,16 @@ void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked)
         }
     });
     reload();
+}
+
+/// What is neither served nor stored any more cannot be missed, and is forgotten.
+void AppState::noteServed(const QList<Match>& hits) {
+    QSet<QString> stored;
+    for (const Match& match : std::as_const(m_matches))
+        stored.insert(CommunityFind::identity(match));
+    m_served.intersect(stored);
+    for (const Match& hit : hits)
+        m_served.insert(CommunityFind::identity(hit));
 }
 
 /// Those that are what an enabled watcher asks for, in their order.

@@ -105,6 +105,7 @@ private:
     void setMatches(QList<Match> matches);
     void setCommunityHits(QList<Match> hits);
     QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
+    void noteServed(const QList<Match>& hits);
     void removeGone(const FoundByOthers& answer, const QStringList& asked);
     void notifyFreshCommunityHits();
 

@@ -5,6 +5,7 @@
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
+#include "platform/Clock.h"
 #include "standin/StandIn.h"
 
 #include <algorithm>
@@ -12,11 +13,15 @@
 using namespace Qt::StringLiterals;
 
 struct Demo::Private {
-    explicit Private(standin::Options options)
-        : airline(std::move(options)), hunters(communityOptions()) {}
+    Private(standin::Options options, const Clock& clock)
+        : airline(std::move(options)), hunters(communityOptions(clock)) {}
 
-    static community::Options communityOptions() {
+    static community::Options communityOptions(const Clock& clock) {
         community::Options options;
+        options.clock = [&clock] {
+            return community::Time(
+                std::chrono::floor<std::chrono::milliseconds>(clock.now().time_since_epoch()));
+        };
         // What can be booked here is on the stand-in, and all its users are this one.
         options.takesLocalBookings = true;
         options.rateLimit = 0;
@@ -27,12 +32,13 @@ struct Demo::Private {
     community::Service hunters;
 };
 
-Demo::Demo(const QString& folder, bool signInRequired) {
+Demo::Demo(const QString& folder, bool signInRequired, const Clock& clock) {
     standin::Options options;
     options.stateFile = folder + u"/standin.json"_s;
     options.signIn.isRequired = signInRequired;
     options.signIn.isEverybodyKnown = !signInRequired;
-    d = std::make_unique<Private>(std::move(options));
+    options.now = [&clock] { return static_cast<qint64>(secondsSince1970(clock.now())); };
+    d = std::make_unique<Private>(std::move(options), clock);
     if (const auto error = d->airline.start())
         throw Err{u"Demoens flyselskap kunne ikke starte: "_s + *error};
     if (const auto error = d->hunters.start())

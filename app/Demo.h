@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class Clock;
 class Database;
 
 /// The demo: a stand-in airline and a community service inside this process, and something to
@@ -21,9 +22,9 @@ public:
 
     /// Starts both; the airline's inventory goes on in `folder` where the last run left it, what
     /// hunters share is forgotten with the process. With `signInRequired` the airline shows offers
-    /// to signed-in visitors only; without, it knows every browser already. Throws Err when one
-    /// cannot start.
-    Demo(const QString& folder, bool signInRequired);
+    /// to signed-in visitors only; without, it knows every browser already. `clock`, whose
+    /// `now` their threads ask, must outlive the demo. Throws Err when one cannot start.
+    Demo(const QString& folder, bool signInRequired, const Clock& clock);
     ~Demo();
     Q_DISABLE_COPY_MOVE(Demo)
 

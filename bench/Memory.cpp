@@ -23,7 +23,7 @@ QList<Result> measureMemory() {
     QEventLoop loop;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer,
-                     [&] { most = std::max(most, ProcessTree(program.processId()).pss()); });
+                     [&] { most = std::max(most, ProcessTree(program.processId()).pss().all); });
     QObject::connect(&program, &QProcess::finished, &loop, &QEventLoop::quit);
     program.start(QStringLiteral(TINDRA_PROGRAM), {u"hunt"_s, u"--demo"_s, u"--once"_s});
     timer.start(100);

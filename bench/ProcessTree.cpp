@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QHash>
 
-#include <cerrno>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -77,15 +76,12 @@ QMap<QString, qint64> ProcessTree::wakeUps() const {
     return counts;
 }
 
-qint64 ProcessTree::pss() const {
-    qint64 sum = 0;
+ProportionalSetSize ProcessTree::pss() const {
+    ProportionalSetSize sum;
     for (const qint64 process : processes()) {
-        QFile rollup(u"/proc/%1/smaps_rollup"_s.arg(process));
-        errno = 0;
-        if (rollup.open(QIODevice::ReadOnly))
-            sum += numberAfter(rollup.readAll(), "\nPss:");
-        else if (errno == EACCES || errno == EPERM)
-            qFatal("the memory of Tindra, which is protected, can be measured by root only");
+        const QByteArray rollup = read(u"/proc/%1/smaps_rollup"_s.arg(process));
+        sum.all += numberAfter(rollup, "\nPss:");
+        sum.own += numberAfter(rollup, "\nPss_Anon:") + numberAfter(rollup, "\nPss_Shmem:");
     }
     return sum;
 }

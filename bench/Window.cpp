@@ -143,7 +143,7 @@ qint64 mostUntilRoundEnds(const ProcessTree& tree, Database& database,
     qint64 most = 0;
     const bool ended = QTest::qWaitFor(
         [&] {
-            most = std::max(most, tree.pss());
+            most = std::max(most, tree.pss().all);
             return database.get(u"last_poll"_s) != lastRound;
         },
         roundLimitMs);

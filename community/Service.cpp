@@ -12,6 +12,7 @@
 #include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
 
+#include <fcntl.h>
 #include <thread>
 #include <utility>
 
@@ -42,6 +43,12 @@ std::vector<asio::ip::address> addressesOf(const std::vector<std::string>& texts
     for (const std::string& text : texts)
         result.push_back(asio::ip::make_address(text));
     return result;
+}
+
+/// Programs that are started from this one, such as a web view's processes, must not keep its
+/// sockets open.
+void keepFromChildren(int socket) {
+    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
 }
 
 } // namespace
@@ -83,6 +90,7 @@ struct Service::Running {
 void Service::Running::listen(const Options& options) {
     const tcp::endpoint endpoint(asio::ip::make_address(options.listen), options.port);
     acceptor.open(endpoint.protocol());
+    keepFromChildren(acceptor.native_handle());
     acceptor.set_option(tcp::acceptor::reuse_address(true));
     acceptor.bind(endpoint);
     acceptor.listen();
@@ -107,6 +115,7 @@ void Service::Running::accept() {
             }
             const tcp::endpoint peer = socket.remote_endpoint(error);
             if (!error) {
+                keepFromChildren(socket.native_handle());
                 static_cast<void>(socket.set_option(tcp::no_delay(true), error));
                 const auto connection =
                     std::make_shared<Connection>(std::move(socket), peer.address(), connections);

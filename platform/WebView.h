@@ -63,6 +63,9 @@ Q_SIGNALS:
     void scriptMessage(const ScriptMessage& message);
     /// A navigation of the main frame began, or was redirected by a server; `url` is where to.
     void navigating(const QUrl& url);
+    /// A page of the main frame could not be fetched: its host was not found or could not be
+    /// reached, or the connection broke. Not for a load that was given up or led nowhere.
+    void loadFailed();
     /// The process that runs the page has died. The next load starts a new one.
     void webProcessTerminated();
 };

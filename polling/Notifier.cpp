@@ -75,8 +75,9 @@ QString Notifier::subject(const Match& match) {
 
 bool Notifier::shouldNotify(const QString& key) {
     const Ticks now = m_clock.ticks();
-    const auto last = m_recentlyNotified.constFind(key);
-    if (last != m_recentlyNotified.constEnd() && now - *last < repeatWindow)
+    m_recentlyNotified.removeIf(
+        [now](QHash<QString, Ticks>::iterator last) { return now - last.value() >= repeatWindow; });
+    if (m_recentlyNotified.contains(key))
         return false;
     m_recentlyNotified.insert(key, now);
     return true;

@@ -27,6 +27,13 @@ const QString lastPollKey = u"last_poll"_s;
 constexpr int faresPerStep = 400;
 constexpr int newsPerStep = 60;
 
+const QString unreachableText =
+    u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
+
+QString errorOf(const Search& watcher, const QString& message) {
+    return u"søk %1: %2"_s.arg(QString::number(watcher.id), message);
+}
+
 } // namespace
 
 Worker::Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock, Site site)
@@ -100,7 +107,11 @@ QCoro::Task<bool> Worker::revive() {
     m_lastRevivalAttempt = m_clock.ticks();
     TDLog::note(u"worker: utlogget — proever samlet re-innlogging (neste forsoek om 30 min)"_s);
     LegFetcher& fetcher = m_fetcher;
+    const QPointer self(this);
     co_await fetcher.verifyLogin();
+    // An attempt without a network was none.
+    if (self && fetcher.isSiteUnreachable())
+        m_lastRevivalAttempt.reset();
     co_return !fetcher.loginStatus().isLoggedOut();
 }
 
@@ -133,7 +144,10 @@ QCoro::Task<PollSummary> Worker::round() {
         co_await checkWatcher(watcher, summary, found);
         if (!self)
             co_return summary;
-        if (summary.errors.size() > errors && isSignedOut())
+        // What had come before the contact was lost has been used; the round tells all the same.
+        if (m_fetcher.isSiteUnreachable() && summary.errors.size() == errors)
+            summary.errors.append(errorOf(watcher, unreachableText));
+        if (summary.errors.size() > errors && (m_fetcher.isSiteUnreachable() || isSignedOut()))
             break;
     }
     m_progress = {total, total};
@@ -153,7 +167,7 @@ QCoro::Task<> Worker::checkWatcher(Search watcher, PollSummary& summary, QList<M
     if (!self)
         co_return;
     if (lookup.error) {
-        summary.errors.append(u"søk %1: %2"_s.arg(QString::number(watcher.id), *lookup.error));
+        summary.errors.append(errorOf(watcher, *lookup.error));
         m_database.markChecked(watcher.id, 0);
         co_return;
     }
@@ -193,7 +207,9 @@ QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
     co_await readBodies(std::move(fetched), watcher.includePartners, lookup, noData);
     if (!self || !lookup.fares.isEmpty())
         co_return lookup;
-    if (isSignedOut())
+    if (m_fetcher.isSiteUnreachable())
+        lookup.error = unreachableText;
+    else if (isSignedOut())
         lookup.error = signedOutText();
     else if (noData > 0 && noData == legs.size())
         lookup.error = u"SAS ga ingen data — sjekk EuroBonus-innloggingen (Innstillinger)."_s;

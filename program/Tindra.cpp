@@ -21,7 +21,7 @@ std::unique_ptr<Demo> startDemo(const CommandLine& line, const Folders& folders,
     if (const auto& problem = database.problem())
         throw Err{*problem};
     const bool signsIn = line.command == CommandLine::Command::signIn;
-    auto demo = std::make_unique<Demo>(folders.data(), signsIn);
+    auto demo = std::make_unique<Demo>(folders.data(), signsIn, clock);
     Demo::seedWatchers(database, clock.today());
     return demo;
 }
@@ -62,8 +62,9 @@ std::unique_ptr<WebKitRuntime> startWebKit(const Folders& folders, const Clock& 
 
 } // namespace
 
-Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders)
+Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& itsClock)
     : line(itsLine)
+    , clock(itsClock)
     , folders(itsFolders)
     , logging(folders, clock)
     , database(folders.data(), clock)

@@ -17,7 +17,6 @@
 #include "platform/linux/CurlSession.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GtkHostWindow.h"
-#include "platform/linux/LinuxClock.h"
 #include "platform/linux/WebKitRuntime.h"
 #include "platform/linux/WebKitView.h"
 #include "polling/Community.h"
@@ -29,15 +28,15 @@
 
 /// Everything that hunts, for as long as the program runs, in the order of its making.
 struct Tindra {
-    /// Throws Err when it cannot start. `folders` must outlive it.
-    Tindra(const CommandLine& line, const Folders& folders);
+    /// Throws Err when it cannot start. `folders` and `clock` must outlive it.
+    Tindra(const CommandLine& line, const Folders& folders, Clock& clock);
     ~Tindra();
     Q_DISABLE_COPY_MOVE(Tindra)
 
     std::unique_ptr<Hunt> makeHunt(bool json, const Hunt::Output& output);
 
     CommandLine line;
-    LinuxClock clock;
+    Clock& clock;
     const Folders& folders;
     Logging logging;
     Database database;

@@ -8,6 +8,7 @@
 #include "platform/Bundle.h"
 #include "platform/linux/DBusInstance.h"
 #include "platform/linux/GraphicsHardware.h"
+#include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/UnixSignals.h"
 #include "program/Output.h"
@@ -188,7 +189,8 @@ int run(const CommandLine& line) {
         throw Err{u"Tindra som kjører, tok ikke imot kommandoen. Vent til den er ferdig, eller "
                   u"avslutt den."_s};
     }
-    Tindra tindra(line, folders);
+    LinuxClock clock;
+    Tindra tindra(line, folders, clock);
     if (line.command == Command::window)
         return window(tindra, instance);
     return line.command == Command::hunt ? hunt(tindra, instance) : signIn(tindra);

@@ -167,7 +167,13 @@ const Screen panelChecking(u"panel-checking"_s, {320, 210}, [](Shot& shot) {
     });
 });
 const Screen panelIdle(u"panel-idle"_s, {320, 120}, [](Shot& shot) { panel(shot, [](auto&) {}); });
-const Screen panelSignedOut(u"panel-signed-out"_s, {320, 240}, [](Shot& shot) {
+const Screen panelUnreachable(u"panel-unreachable"_s, {320, 250}, [](Shot& shot) {
+    panel(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.session.setSiteUnreachable(true);
+    });
+});
+const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
     panel(shot, [](WindowWorld& world) {
         hunting(world);
         world.session.setLoggedOut(false);

@@ -17,6 +17,7 @@
 #include <boost/beast/http.hpp>
 
 #include <array>
+#include <fcntl.h>
 #include <thread>
 
 namespace standin {
@@ -122,11 +123,19 @@ struct HttpServer::Running {
 
 namespace {
 
+/// Programs that are started from this one, such as a web view's processes, must not keep its
+/// sockets open.
+void keepFromChildren(int socket) {
+    ::fcntl(socket, F_SETFD, FD_CLOEXEC);
+}
+
 tcp::acceptor bound(asio::io_context& context, const tcp::endpoint& endpoint, error_code& error) {
     tcp::acceptor acceptor(context);
     acceptor.open(endpoint.protocol(), error);
-    if (!error)
+    if (!error) {
+        keepFromChildren(acceptor.native_handle());
         acceptor.set_option(tcp::acceptor::reuse_address(true), error);
+    }
     if (!error && endpoint.protocol() == tcp::v6())
         acceptor.set_option(asio::ip::v6_only(true), error);
     if (!error)
@@ -192,6 +201,7 @@ asio::awaitable<void> HttpServer::Running::serve(tcp::socket socket) {
     } counted(open);
 
     error_code error;
+    keepFromChildren(socket.native_handle());
     socket.set_option(tcp::no_delay(true), error);
     beast::tcp_stream stream(std::move(socket));
     beast::flat_buffer buffer(limits.header + std::size_t(limits.body));

@@ -92,7 +92,7 @@ std::optional<QString> StandIn::start() {
     const std::scoped_lock lock(d->mutex); // no request is answered before the origins are known
     if (const auto error = d->stateFile.load(d->savedState))
         return error;
-    if (const auto error = d->server.start(d->options.port))
+    if (const auto error = d->server.start(d->port ? d->port : d->options.port))
         return error;
     d->restoreState();
     d->port = d->server.port();

@@ -24,7 +24,8 @@ public:
     StandIn(const StandIn&) = delete;
     StandIn& operator=(const StandIn&) = delete;
 
-    /// Reads the state file and begins to listen. Returns the error, or nothing on success.
+    /// Reads the state file and begins to listen; after a stop(), where it was before. Returns the
+    /// error, or nothing on success.
     [[nodiscard]] std::optional<QString> start();
 
     /// Closes every connection at once. What was counted stays readable, and so does the address.

@@ -147,6 +147,16 @@ struct WebKitView::Private {
                 QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
     }
 
+    /// The engine's own page about the failure follows, for whoever has the view on the screen.
+    static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
+                               gpointer self) {
+        // Others are loads that were given up or refused, and redirects without end.
+        if (error->domain == G_IO_ERROR || error->domain == G_RESOLVER_ERROR ||
+            error->domain == G_TLS_ERROR)
+            Q_EMIT static_cast<WebKitView*>(self)->loadFailed();
+        return FALSE;
+    }
+
     /// Keeps `document` true. What is committed before the load that was asked for has started is
     /// an older page's.
     void followDocument(WebKitLoadEvent event) {
@@ -241,6 +251,7 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* 
         std::make_unique<WebKitCookies>(webkit_web_context_get_cookie_manager(context), clock);
     runAtFullSpeedWhileHidden(webkit_web_view_get_settings(d->web.get()));
     g_signal_connect(d->web.get(), "load-changed", G_CALLBACK(Private::loadChanged), this);
+    g_signal_connect(d->web.get(), "load-failed", G_CALLBACK(Private::loadFailed), this);
     g_signal_connect(d->web.get(), "web-process-terminated", G_CALLBACK(Private::processTerminated),
                      this);
     g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(Private::answerDialog), this);

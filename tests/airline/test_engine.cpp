@@ -76,6 +76,8 @@ class TestEngine : public QObject {
         QStringList notices;
         /// Which dates the airline answers for; the others run into their time-out.
         std::function<bool(const QString& date)> answers = [](const QString&) { return true; };
+        /// Whether pages can be fetched.
+        std::function<bool()> hasNetwork = [] { return true; };
         std::function<bool()> shouldAbort;
         std::optional<FetchedLegs> fetched;
 
@@ -114,6 +116,11 @@ class TestEngine : public QObject {
                 settle();
                 if (view.loaded.size() > seen) {
                     seen = view.loaded.size();
+                    if (!hasNetwork()) {
+                        QMetaObject::invokeMethod(
+                            &view, [this] { Q_EMIT view.loadFailed(); }, Qt::QueuedConnection);
+                        continue;
+                    }
                     const QString date = dateOf(view.loaded.last());
                     if (answers(date)) {
                         view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate="_s + date,
@@ -383,6 +390,75 @@ private Q_SLOTS:
                                             u"Søkene får ingen data før du er innlogget igjen."_s});
         world.state.setLoggedOut(hasDetails);
         QCOMPARE(world.notices.size(), 1);
+    }
+
+    void aNetworkThatIsGoneSaysNothingAboutTheSession() {
+        World world;
+        bool isUp = false;
+        world.hasNetwork = [&isUp] { return isUp; };
+        world.start(days(4));
+        world.play();
+        QCOMPARE(world.view.loaded.size(), 3);
+        QVERIFY(world.engine.isSiteUnreachable());
+        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
+        // A verification learns nothing either, and asks nobody to sign in.
+        const Ticks began = world.clock.ticks();
+        world.fetched.reset();
+        world.engine.verifyLogin();
+        for (int i = 0; i < 30; ++i) {
+            Q_EMIT world.view.loadFailed();
+            world.clock.advance(1s);
+        }
+        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
+        QVERIFY(world.clock.ticks() - began < 45s);
+        QVERIFY(world.notices.isEmpty());
+
+        isUp = true;
+        world.start(days(4));
+        world.play();
+        QVERIFY(!world.engine.isSiteUnreachable());
+        QCOMPARE(world.dates().size(), 4);
+        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
+    }
+
+    void aNightOfSleepInTheMiddleOfABatch_data() {
+        QTest::addColumn<int>("loadsWithoutNetwork");
+        QTest::newRow("the network is there at once") << 0;
+        QTest::newRow("the network needs some seconds") << 2;
+    }
+    void aNightOfSleepInTheMiddleOfABatch() {
+        QFETCH(const int, loadsWithoutNetwork);
+        World world;
+        bool hasSlept = false;
+        world.answers = [&](const QString& date) {
+            if (date == u"20270302" && !std::exchange(hasSlept, true)) {
+                world.clock.suspend(9h);
+                return false;
+            }
+            return true;
+        };
+        world.hasNetwork = [&] {
+            return world.view.loaded.size() <= 2 ||
+                   world.view.loaded.size() > 2 + loadsWithoutNetwork;
+        };
+        world.start(days(4));
+        world.play();
+        // The page that was waited for in the evening is lost, and no more than that.
+        QCOMPARE(world.dates().size(), 4);
+        for (const QString& date : {u"20270301"_s, u"20270303"_s, u"20270304"_s})
+            QVERIFY(world.dates()[date]);
+        QVERIFY(!world.engine.isSiteUnreachable());
+        QVERIFY(world.notices.isEmpty());
+        QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
+        QCOMPARE(world.clock.waiting(), 0);
+
+        // The session is old by now.
+        world.fetched.reset();
+        world.keeper.silent = {true};
+        world.start(days(1));
+        world.play();
+        QVERIFY(world.keeper.calls.contains(u"silent 12"_s));
+        QVERIFY(world.dates()[u"20270301"_s]);
     }
 
     void anOldSessionIsRenewedBeforeTheBatch() {

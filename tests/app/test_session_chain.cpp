@@ -282,6 +282,43 @@ private Q_SLOTS:
         QVERIFY(world.isLoggedIn());
     }
 
+    void aNetworkThatIsGoneForAnHourAndThenForANight() {
+        World world(m_runtime);
+        world.haveDetails();
+        QCOMPARE(world.round().errors, QStringList());
+        const int signIns = world.airline.counters().passwordSignIns;
+        const QString text = u"søk 1: Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen "
+                             u"av seg selv."_s;
+        // Gone in the middle of a round; what comes after finds nobody.
+        connect(world.worker.get(), &Worker::changed, &world.state, [&world] {
+            if (world.worker->isRunning() && world.worker->lookupDone() == 3)
+                world.airline.stop();
+        });
+        const PollSummary cut = world.round();
+        QCOMPARE(cut.errors, QStringList{text});
+        QVERIFY(cut.fetched > 0);
+        for (const auto pause : {20min, 20min, 20min, 8h + 0min}) {
+            world.clock.advance(pause);
+            const PollSummary nothing = world.round();
+            QCOMPARE(nothing.errors, QStringList{text});
+            QCOMPARE(nothing.soldOut, 0);
+            QVERIFY(world.state.isSiteUnreachable());
+            QVERIFY(world.isLoggedIn());
+        }
+        world.worker->disconnect(&world.state);
+
+        QCOMPARE(world.airline.start(), std::nullopt);
+        const PollSummary back = world.round();
+        QCOMPARE(back.errors, QStringList());
+        QVERIFY(back.fetched > cut.fetched);
+        QVERIFY(!world.state.isSiteUnreachable());
+        QVERIFY(world.isLoggedIn());
+        QCOMPARE(world.log().count("nettet: faar ikke kontakt med SAS\n"), 1);
+        QCOMPARE(world.log().count("nettet: kontakt med SAS igjen\n"), 1);
+        QVERIFY(world.desktop.received.isEmpty());
+        QCOMPARE(world.airline.counters().passwordSignIns, signIns);
+    }
+
     void singleSignOnWithoutOffersIsNotTrusted() {
         World world(m_runtime);
         world.haveDetails();

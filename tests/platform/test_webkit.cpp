@@ -98,6 +98,31 @@ private:
     };
 
 private Q_SLOTS:
+    void aSiteThatCannotBeReachedEndsTheCapture() {
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        const QSignalSpy failed(world.view.get(), &WebView::loadFailed);
+        const auto look = [&](const QString& date) {
+            return *awaited(capture.capture(u"OSL"_s, u"CPH"_s, date, false, 20s));
+        };
+        QVERIFY(look(u"20270301"_s));
+        // Loads that make room for others, or are left, have not failed.
+        world.view->load(world.page());
+        world.view->load(world.page(u"20270302"_s));
+        world.view->unload();
+        QVERIFY(look(u"20270303"_s));
+        QVERIFY(failed.isEmpty());
+
+        world.airline.stop();
+        const Ticks began = m_clock.ticks();
+        QVERIFY(!look(u"20270304"_s));
+        QVERIFY(m_clock.ticks() - began < 10s);
+        QCOMPARE(failed.size(), 1);
+        QCOMPARE(world.airline.start(), std::nullopt);
+        QVERIFY(look(u"20270305"_s));
+        QCOMPARE(failed.size(), 1);
+    }
+
     void bothFlowsAreCapturedAndForgeriesAreNot() {
         World world(m_runtime);
         Capture capture(*world.view, m_clock, world.site);

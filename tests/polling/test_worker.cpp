@@ -193,6 +193,108 @@ private Q_SLOTS:
         QCOMPARE(world.rounds, 1);
     }
 
+    void aRoundWithoutANetworkSaysSoAndTheNextOneIsFine() {
+        World world;
+        for (const QString& destination : {u"CPH"_s, u"LHR"_s, u"ARN"_s})
+            world.add(destination);
+        const QString text =
+            u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
+        bool isUp = true;
+        world.airline.answer = [&](const QString& origin, const QString& destination,
+                                   const QString& date) {
+            world.airline.unreachable = !isUp;
+            return isUp ? std::optional(offers(origin, destination, date, 1)) : std::nullopt;
+        };
+        // In the middle of the second watcher, whose first date is used all the same.
+        connect(&world.worker, &Worker::changed, &world.worker, [&] {
+            isUp = isUp && !(world.worker.progress().done == 1 && world.worker.lookupDone() == 2);
+        });
+        const PollSummary cut = world.round();
+        QCOMPARE(cut.errors, QStringList{u"søk 2: "_s + text});
+        QCOMPARE(cut.searches, 2);
+        QCOMPARE(cut.newAlerts, 3);
+        world.worker.disconnect(&world.worker);
+
+        for (int i = 0; i < 6; ++i) {
+            const PollSummary nothing = world.round();
+            QCOMPARE(nothing.errors, QStringList{u"søk 1: "_s + text});
+            QCOMPARE(nothing.soldOut, 0);
+        }
+        QCOMPARE(world.database.recentMatches(10).size(), 3);
+
+        isUp = true;
+        const PollSummary back = world.round();
+        QCOMPARE(back.errors, QStringList());
+        QCOMPARE(back.newAlerts, 3);
+        QCOMPARE(Worker::loadSummary(world.database), back);
+
+        // A revival that could not reach anybody does not use up the half hour.
+        world.airline.status = SASLoginStatus::loggedOut();
+        world.airline.verified = SASLoginStatus::loggedOut();
+        world.airline.unreachable = true;
+        world.round();
+        world.airline.unreachable = false;
+        world.round();
+        world.round();
+        QCOMPARE(world.airline.verifications, 2);
+    }
+
+    void roundsGoOnWhateverHappensToTheTime_data() {
+        using Happens = std::function<void(ManualClock&)>;
+        QTest::addColumn<Happens>("happens");
+        QTest::addColumn<int>("roundsIn30Minutes");
+        const auto set = [](std::chrono::milliseconds forward) {
+            return Happens([forward](ManualClock& clock) { clock.setWallClock(forward); });
+        };
+        QTest::newRow("three hours forward") << set(3h) << 3;
+        QTest::newRow("two hours back") << set(-2h) << 3;
+        QTest::newRow("over midnight") << set(12h) << 3;
+        QTest::newRow("back to another year") << set(-24h * 400) << 3;
+        // The round that is due comes at once, and not one for every ten minutes missed.
+        QTest::newRow("a night of sleep")
+            << Happens([](ManualClock& clock) { clock.suspend(9h); }) << 4;
+    }
+    void roundsGoOnWhateverHappensToTheTime() {
+        QFETCH(const std::function<void(ManualClock&)>, happens);
+        QFETCH(const int, roundsIn30Minutes);
+        World world;
+        world.add();
+        world.hasSeats(1);
+        world.worker.startTimer(10);
+        settle();
+        QCOMPARE(world.rounds, 1);
+        happens(world.clock);
+        world.clock.advance(30min);
+        QCOMPARE(world.rounds, 1 + roundsIn30Minutes);
+        QVERIFY(!world.worker.isRunning());
+        QVERIFY(world.database.listSearches().first().lastChecked <= world.clock.now());
+        QCOMPARE(world.database.recentMatches(10).size(), 2);
+        world.worker.stopTimer();
+        settle();
+    }
+
+    void aNightOfSleepInTheMiddleOfARound() {
+        World world;
+        world.add();
+        world.add(u"LHR"_s);
+        world.hasSeats(1);
+        world.airline.heldLookup = 2;
+        world.worker.startTimer(10);
+        settle();
+        QVERIFY(world.worker.isRunning());
+        world.clock.suspend(9h);
+        QCOMPARE(world.rounds, 0);
+        world.airline.goOn.resolve(true);
+        settle();
+        QCOMPARE(world.rounds, 1);
+        QCOMPARE(world.ended.size(), 4);
+        QVERIFY(!world.worker.isBusy());
+        world.clock.advance(10min);
+        QCOMPARE(world.rounds, 2);
+        world.worker.stopTimer();
+        settle();
+    }
+
     void oneRevivalInHalfAnHour() {
         World world;
         world.add();

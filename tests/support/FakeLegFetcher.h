@@ -17,11 +17,13 @@ public:
     };
 
     SASLoginStatus loginStatus() const override { return status; }
+    bool isSiteUnreachable() const override { return unreachable; }
     QCoro::Task<> verifyLogin() override;
     QCoro::Task<FetchedLegs> fetchLegs(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
                                        Progress progress) override;
 
     SASLoginStatus status;
+    bool unreachable = false;
     /// What `verifyLogin` finds; a call without it fails the test.
     std::optional<SASLoginStatus> verified;
     int verifications = 0;

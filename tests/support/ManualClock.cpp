@@ -64,6 +64,13 @@ void ManualClock::advance(std::chrono::milliseconds time) {
     m_ticks = end;
 }
 
+void ManualClock::suspend(std::chrono::milliseconds time) {
+    settle();
+    m_now += time;
+    m_ticks += time;
+    advance({});
+}
+
 qsizetype ManualClock::waiting() const {
     return m_entries->size();
 }

@@ -21,6 +21,11 @@ public:
     /// Lets `time` pass: calls what falls due, in order, and gives coroutines their turns after
     /// each call, so that sleeps that follow on each other all happen.
     void advance(std::chrono::milliseconds time);
+    /// The wall clock is set, by a person or a time server; nothing that waits notices.
+    void setWallClock(std::chrono::milliseconds forward) { m_now += forward; }
+    /// The machine is suspended for `time` and wakes up: what fell due meanwhile is called late,
+    /// all of it at once.
+    void suspend(std::chrono::milliseconds time);
     /// Calls that have not happened yet.
     qsizetype waiting() const;
 

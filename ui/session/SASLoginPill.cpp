@@ -19,10 +19,13 @@ QString shortTime(Instant instant) {
 SASLoginPill::SASLoginPill(SessionState& session, std::function<void()> openLogin)
     : m_session(session), m_openLogin(std::move(openLogin)) {
     connect(&session, &SessionState::loginStatusChanged, this, &SASLoginPill::changed);
+    connect(&session, &SessionState::siteUnreachableChanged, this, &SASLoginPill::changed);
 }
 
 QString SASLoginPill::text() const {
     const SASLoginStatus& status = m_session.loginStatus();
+    if (m_session.isSiteUnreachable() && !isChecking() && !isLoggedOut())
+        return u"Får ikke kontakt med SAS"_s;
     switch (status.state) {
     case SASLoginStatus::Case::loggedIn:
         return u"Innlogget hos SAS · "_s + shortTime(status.confirmed);

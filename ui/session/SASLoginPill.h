@@ -22,9 +22,12 @@ public:
     /// `session` must outlive the pill; `openLogin` shows the sign-in window.
     SASLoginPill(SessionState& session, std::function<void()> openLogin);
 
-    /// What is known of the session; the time of its last confirmation is in the user's time zone.
+    /// What is known of the session, or that the site cannot be reached; the time of its last
+    /// confirmation is in the user's time zone.
     QString text() const;
-    bool isLoggedIn() const { return is(SASLoginStatus::Case::loggedIn); }
+    bool isLoggedIn() const {
+        return is(SASLoginStatus::Case::loggedIn) && !m_session.isSiteUnreachable();
+    }
     bool isLoggedOut() const { return is(SASLoginStatus::Case::loggedOut); }
     bool isChecking() const { return is(SASLoginStatus::Case::checking); }
 

@@ -23,6 +23,7 @@ MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SessionState& sessio
     connect(&state, &AppState::matchesChanged, this, &MenuBarPanel::changed);
     connect(&worker, &Worker::changed, this, &MenuBarPanel::changed);
     connect(&session, &SessionState::loginStatusChanged, this, &MenuBarPanel::changed);
+    connect(&session, &SessionState::siteUnreachableChanged, this, &MenuBarPanel::changed);
 }
 
 bool MenuBarPanel::isHunting() const {
@@ -41,8 +42,12 @@ QString MenuBarPanel::countText() const {
     return text;
 }
 
-bool MenuBarPanel::isLoggedOut() const {
-    return m_session.loginStatus().isLoggedOut();
+QString MenuBarPanel::warning() const {
+    if (m_session.loginStatus().isLoggedOut())
+        return u"Ikke innlogget hos SAS — søkene får ingen data"_s;
+    if (m_session.isSiteUnreachable())
+        return u"Får ikke kontakt med SAS — prøver igjen snart"_s;
+    return {};
 }
 
 QString MenuBarPanel::latestRoute() const {

@@ -22,7 +22,7 @@ class MenuBarPanel : public QObject {
     Q_PROPERTY(bool isHunting READ isHunting NOTIFY changed)
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
-    Q_PROPERTY(bool isLoggedOut READ isLoggedOut NOTIFY changed)
+    Q_PROPERTY(QString warning READ warning NOTIFY changed)
     Q_PROPERTY(bool hasLatest READ hasLatest NOTIFY changed)
     Q_PROPERTY(QString latestRoute READ latestRoute NOTIFY changed)
     Q_PROPERTY(QString latestText READ latestText NOTIFY changed)
@@ -37,7 +37,8 @@ public:
     QString headline() const;
     /// Such as "3 overvåkere · sjekker nå…".
     QString countText() const;
-    bool isLoggedOut() const;
+    /// Why the hunt gets no data; empty when it does.
+    QString warning() const;
     bool hasLatest() const { return latest() != nullptr; }
     QString latestRoute() const;
     QString latestText() const;

@@ -46,12 +46,12 @@ Rectangle {
             }
         }
         RowLayout {
-            visible: content.panel.isLoggedOut
+            visible: content.panel.warning !== ""
             spacing: TD.s
             TDStatusDot { size: 7; color: TD.danger }
             TDLabel {
                 Layout.fillWidth: true
-                text: "Ikke innlogget hos SAS — søkene får ingen data"
+                text: content.panel.warning
                 color: TD.danger
                 wrapMode: Text.Wrap
                 font.pixelSize: TD.caption + 1

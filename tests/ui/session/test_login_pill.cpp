@@ -32,6 +32,11 @@ private Q_SLOTS:
         session.setLoginStatus(SASLoginStatus::loggedIn(instantFromSeconds(1800018360)));
         QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
 
+        session.setSiteUnreachable(true);
+        QCOMPARE(shown(), alone(u"Får ikke kontakt med SAS"_s));
+        session.setSiteUnreachable(false);
+        QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
+
         session.setLoginStatus(SASLoginStatus::loggedOut());
         QCOMPARE(shown().count(u"Ikke innlogget hos SAS"_s), 3);
         page.click(u"Logg inn på SAS"_s);

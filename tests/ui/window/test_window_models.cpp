@@ -68,6 +68,16 @@ private Q_SLOTS:
         world.panel.checkNow();
         QCOMPARE(world.panel.countText(), u"2 overvåkere · sjekker nå…"_s);
         QTRY_COMPARE(world.panel.countText(), u"2 overvåkere"_s);
+
+        QCOMPARE(world.panel.warning(), QString());
+        const QSignalSpy changed(&world.panel, &MenuBarPanel::changed);
+        world.session.setSiteUnreachable(true);
+        QCOMPARE(world.panel.warning(), u"Får ikke kontakt med SAS — prøver igjen snart"_s);
+        world.session.setSiteUnreachable(false);
+        QCOMPARE(world.panel.warning(), QString());
+        world.session.setLoggedOut(false);
+        QCOMPARE(world.panel.warning(), u"Ikke innlogget hos SAS — søkene får ingen data"_s);
+        QCOMPARE(changed.size(), 3);
     }
 
     void theLatestFindIsTheNewestThatCanBeBooked() {
