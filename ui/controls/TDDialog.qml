@@ -30,7 +30,12 @@ TDModal {
     }
     onAboutToShow: agreed = false
     onClosed: agreed ? accepted() : rejected()
-    onOpened: (initialFocus ?? cancel).forceActiveFocus(Qt.TabFocusReason)
+    onOpened: {
+        if (initialFocus)
+            initialFocus.forceActiveFocus(Qt.TabFocusReason);
+        else
+            cancel.forceActiveFocus(Qt.TabFocusReason);
+    }
 
     width: Math.min(400, parent ? parent.width - 48 : 400)
 
