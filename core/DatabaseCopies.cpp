@@ -37,9 +37,8 @@ QStringList files(const QString& folder, const QStringList& kinds) {
 
 void putInPlace(const QString& folder, const QString& aside) {
     const QString main = DatabaseCopies::main(folder);
-    if (QFile::exists(main) && !DatabaseFile::move(main, aside))
-        throw Err{u"%1 kunne ikke settes til side."_s.arg(main)};
-    DatabaseCopies::finishReplacement(folder);
+    if (!DatabaseFile::replace(main, replacement(folder), aside))
+        throw Err{u"%1 kunne ikke byttes ut."_s.arg(main)};
 }
 
 } // namespace
@@ -130,7 +129,8 @@ QString replaceDamaged(const QString& folder, const QString& aside, QDate today)
         return QFileInfo(candidate).fileName();
     }
     QFile::remove(replacement(folder));
-    putInPlace(folder, aside);
+    if (!DatabaseFile::move(main(folder), aside))
+        throw Err{u"%1 kunne ikke settes til side."_s.arg(main(folder))};
     return {};
 }
 

@@ -102,7 +102,7 @@ bool move(const QString& from, const QString& to) {
     // The companions first: a log that stayed behind would be taken for the next file's.
     QStringList moved;
     for (const QString& part : {u"-wal"_s, u"-shm"_s, u"-journal"_s, QString()}) {
-        if (!part.isEmpty() && !QFile::exists(from + part))
+        if (!QFile::exists(from + part))
             continue;
         if (!rename(from + part, to + part)) {
             for (const QString& done : std::as_const(moved))
@@ -112,6 +112,15 @@ bool move(const QString& from, const QString& to) {
         moved.append(part);
     }
     return true;
+}
+
+bool replace(const QString& path, const QString& with, const QString& aside) {
+    if (!QFile::exists(with) || !move(path, aside))
+        return false;
+    if (move(with, path))
+        return true;
+    move(aside, path);
+    return false;
 }
 
 } // namespace DatabaseFile

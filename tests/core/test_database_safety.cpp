@@ -2,6 +2,7 @@
 // What happens to the user's data when the file, the folder or the disk is not as it should be.
 #include "core/Database.h"
 #include "core/DatabaseCopies.h"
+#include "core/DatabaseFile.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
 #include "core/TDLog.h"
@@ -138,6 +139,16 @@ private Q_SLOTS:
         database.dismissNotice();
         QVERIFY(!database.notice());
         QVERIFY(content(m_dir->path() + u"/ui.log"_s).contains("Databasen var skadet"));
+    }
+
+    void aReplacementThatFailsChangesNothing() {
+        fill(u"a"_s);
+        // A folder cannot move into itself.
+        const QString aside = folder() + u"/aside"_s;
+        QVERIFY(!DatabaseFile::replace(file(), folder(), aside));
+        QVERIFY(!QFile::exists(aside));
+        Database database(folder(), m_clock);
+        QCOMPARE(names(database), QStringList{u"a"_s});
     }
 
     void aReplacementThatWasCutOffIsFinished() {
