@@ -36,6 +36,9 @@ Database::~Database() {
 void Database::open() {
     // No file is moved while another thread reads it.
     endDailyCopy();
+    m_db.close();
+    m_isOpen = false;
+    m_isDamaged = false;
     if (!QFileInfo::exists(m_folder)) {
         QDir().mkpath(m_folder);
         ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
@@ -141,18 +144,23 @@ void Database::refuse(const QString& problem) {
         TDLog::note(u"database: "_s + problem);
 }
 
-void Database::recover() {
+bool Database::recover() {
+    const auto before = m_problem;
+    if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
+        endDailyCopy();
     if (!m_problem)
-        return;
-    if (!m_isOpen) {
+        return false;
+    if (!m_isOpen || m_isDamaged) {
+        const bool wasDamaged = m_isDamaged;
         open();
-        return;
+        return wasDamaged || m_problem != before;
     }
     // Something that is really written, and gone again.
     transaction([this] {
         set(QString(), u"1"_s);
         m_db.change("DELETE FROM kv WHERE key = ''");
     });
+    return m_problem != before;
 }
 
 std::optional<QString> Database::notice() {
@@ -165,13 +173,11 @@ void Database::dismissNotice() {
 
 void Database::keepDailyCopy() {
     const QDate today = m_clock.today();
-    if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
-        endDailyCopy();
-    if (!m_isOpen || m_problem || m_access == Access::guest || m_lastCopy == today)
+    if (!m_isOpen || m_problem || m_access == Access::guest || m_lastCopy == today ||
+        m_copy.valid())
         return;
     // One try a day: a disk that is full need not be told so after every round.
     m_lastCopy = today;
-    endDailyCopy();
     const QString path = DatabaseCopies::daily(m_folder, today);
     if (QFile::exists(path))
         return;
@@ -193,7 +199,7 @@ void Database::endDailyCopy() {
     if (result.reason)
         TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*result.reason));
     if (result.isDamaged)
-        noteFailure(*result.reason);
+        noteDamage(*result.reason);
 }
 
 std::optional<QString> Database::copyTo(const QString& file) {

@@ -164,7 +164,9 @@ private Q_SLOTS:
             addWatcher(database, QString::number(day));
             database.keepDailyCopy();
             database.keepDailyCopy();
+            QTRY_VERIFY(QFile::exists(DatabaseCopies::daily(folder(), m_clock.today())));
             m_clock.advance(24h);
+            QVERIFY(!database.recover());
         }
         const QStringList kept{u"tindra-copy-2027-01-17.sqlite"_s,
                                u"tindra-copy-2027-01-18.sqlite"_s,
@@ -181,27 +183,51 @@ private Q_SLOTS:
                          u"tindra-copy-2031-01-01.sqlite"_s}));
     }
 
-    void aCopyThatFailsIsNotedAndDamageIsAProblem() {
-        fill(u"a"_s);
+    void aCopyThatFailsIsNoted() {
         Database database(folder(), m_clock);
-        const QString inTheWay = DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s;
-        QVERIFY(QDir().mkpath(inTheWay));
+        QVERIFY(QDir().mkpath(DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s));
         database.keepDailyCopy();
         const auto isNoted = [&] {
-            database.keepDailyCopy();
-            return content(m_dir->path() + u"/ui.log"_s).contains("dagens kopi ble ikke tatt");
+            return !database.recover() &&
+                   content(m_dir->path() + u"/ui.log"_s).contains("dagens kopi ble ikke tatt");
         };
         QTRY_VERIFY(isNoted());
         QCOMPARE(database.problem().value_or(QString()), QString());
-        QVERIFY(QDir().rmdir(inTheWay));
+    }
+
+    void damageFoundWhileRunningIsMended_data() {
+        QTest::addColumn<bool>("byTheCopy");
+        QTest::addRow("by the day's copy") << true;
+        QTest::addRow("by what is read") << false;
+    }
+    void damageFoundWhileRunningIsMended() {
+        QFETCH(bool, byTheCopy);
+        fill(u"a"_s, true);
+        Database database(folder(), m_clock);
+        addWatcher(database, u"b"_s);
+        runOn(folder(), "PRAGMA wal_checkpoint(TRUNCATE)");
         breakFile(u"in the middle"_s);
-        m_clock.advance(24h);
-        const auto hasProblem = [&] {
+        if (byTheCopy) {
+            m_clock.advance(24h);
             database.keepDailyCopy();
-            return database.problem().has_value();
-        };
-        QTRY_VERIFY(hasProblem());
-        QCOMPARE(files(u"tindra-copy-*"_s), QStringList());
+        } else {
+            // Whoever writes makes the others read the file again.
+            runOn(folder(), "INSERT INTO kv VALUES ('x', '1')");
+            QCOMPARE(names(database), QStringList());
+            QVERIFY(database.problem().value_or(QString()).contains(u"skadet"_s));
+            // The rest of the file takes changes, which does not make it whole.
+            QVERIFY(database.transaction([&] { database.set(u"x"_s, u"2"_s); }));
+            QVERIFY(database.problem());
+        }
+        QVERIFY(QTest::qWaitFor([&] { return database.recover(); }));
+        QCOMPARE(database.problem().value_or(QString()), QString());
+        QCOMPARE(names(database), QStringList{u"a"_s});
+        const auto aside = files(u"tindra-damaged-*.sqlite"_s);
+        QCOMPARE(aside.size(), 1);
+        QVERIFY(database.notice().value_or(QString()).contains(aside[0]));
+        QVERIFY(content(m_dir->path() + u"/ui.log"_s).contains("database: skadet: "));
+        QVERIFY(!content(m_dir->path() + u"/ui.log"_s).contains("not an error"));
+        QVERIFY(!database.recover());
     }
 
     void anOldFileIsCopiedBeforeItsUpgrade() {
