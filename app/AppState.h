@@ -98,6 +98,7 @@ private:
         QStringList codes;
     };
 
+    void readSettings();
     void noteStorage();
     void setSearches(QList<Search> searches);
     void setMatches(QList<Match> matches);

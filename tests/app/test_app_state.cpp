@@ -280,6 +280,33 @@ private Q_SLOTS:
         QCOMPARE(world.state.storageProblem(), QString());
     }
 
+    void settingsAreReadWhenStorageIsBack() {
+        AppWorld world;
+        const QString folder = world.dir.path() + u"/data"_s;
+        {
+            Database earlier(folder, world.clock);
+            earlier.set(u"onboarded"_s, u"1"_s);
+            earlier.set(u"native_notify"_s, u"0"_s);
+            earlier.set(u"poll_interval_min"_s, u"3"_s);
+        }
+        // What is there is no folder for the time being.
+        QVERIFY(QFile::rename(folder, folder + u"-away"_s));
+        QFile inTheWay(folder);
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        Database database(folder, world.clock);
+        AppState state(database, world.worker, world.community, world.notifier, world.clock);
+        QVERIFY(!state.storageProblem().isEmpty() && !state.onboarded() && state.notifyOn());
+        const QSignalSpy onboarded(&state, &AppState::onboardedChanged);
+        QVERIFY(inTheWay.remove());
+        QVERIFY(QFile::rename(folder + u"-away"_s, folder));
+        QVERIFY(database.recover());
+        state.reload();
+        QCOMPARE(state.storageProblem(), QString());
+        QCOMPARE(onboarded.count(), 1);
+        QVERIFY(state.onboarded() && !state.notifyOn());
+        QCOMPARE(state.pollIntervalMin(), 3.0);
+    }
+
     void aWildIntervalIsCut() {
         for (const auto& [stored, expected] :
              {std::pair(u"2.5"_s, 2.5), std::pair(u"-3"_s, 1.0), std::pair(u"1e300"_s, 10080.0),
