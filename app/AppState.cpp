@@ -153,6 +153,7 @@ void AppState::finishOnboarding() {
     m_database.set(u"onboarded"_s, u"1"_s);
     if (!std::exchange(m_onboarded, true))
         Q_EMIT onboardedChanged();
+    noteStorage();
 }
 
 QCoro::Task<> AppState::refreshCommunity() {

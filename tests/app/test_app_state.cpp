@@ -265,9 +265,10 @@ private Q_SLOTS:
         world.database.set(u"storage_notice"_s, u"skadet"_s);
         runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
                                 "SELECT RAISE(ABORT, 'no room'); END;");
-        world.database.set(u"x"_s, u"1"_s);
         world.state.reload();
         QCOMPARE(changed.count(), 1);
+        world.state.finishOnboarding();
+        QCOMPARE(changed.count(), 2);
         QVERIFY(world.state.storageProblem().contains(u"no room"_s));
         QCOMPARE(world.state.storageNotice(), u"skadet"_s);
         world.state.dismissStorageNotice();
