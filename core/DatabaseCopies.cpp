@@ -110,9 +110,12 @@ std::optional<QString> restore(const QString& folder, const QString& file, const
     return hasPresent ? std::optional(aside) : std::nullopt;
 }
 
-void finishReplacement(const QString& folder) {
+void tidy(const QString& folder) {
     if (!QFile::exists(main(folder)) && QFile::exists(replacement(folder)))
         DatabaseFile::move(replacement(folder), main(folder));
+    const QStringList parts = QDir(folder).entryList({u"tindra*.part"_s}, QDir::Files);
+    for (const QString& name : parts)
+        QFile::remove(folder + u'/' + name);
 }
 
 QString replaceDamaged(const QString& folder, const QString& aside, QDate today) {

@@ -44,7 +44,7 @@ void Database::open() {
         ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
     }
     if (m_access == Access::owner)
-        DatabaseCopies::finishReplacement(m_folder);
+        DatabaseCopies::tidy(m_folder);
     m_problem.reset();
     if (!isUsable())
         return;

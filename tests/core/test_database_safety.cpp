@@ -151,11 +151,14 @@ private Q_SLOTS:
         QCOMPARE(names(database), QStringList{u"a"_s});
     }
 
-    void aReplacementThatWasCutOffIsFinished() {
+    void whatWasCutOffIsFinishedOrRemoved() {
         fill(u"a"_s);
+        const QString part = DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s;
+        QVERIFY(QFile::copy(file(), part));
         QVERIFY(QFile::rename(file(), file() + u".new"_s));
         Database database(folder(), m_clock);
         QCOMPARE(names(database), QStringList{u"a"_s});
+        QVERIFY(!QFile::exists(part));
     }
 
     void aCopyADayAndThreeInAll() {
