@@ -36,8 +36,9 @@ public:
     };
 
     /// Opens `folder`/tindra.sqlite, creating what is missing, upgrading what is old (after a copy)
-    /// and putting the last good copy, or a fresh file, in the place of one that is damaged. The
-    /// file of a later version is left alone. `clock` must outlive the database.
+    /// and putting the last good copy, or a fresh file, in the place of one that is damaged, or
+    /// missing beside its copies. The file of a later version is left alone. `clock` must outlive
+    /// the database.
     Database(const QString& folder, const Clock& clock, Access access = Access::owner);
     ~Database();
     Q_DISABLE_COPY_MOVE(Database)

@@ -126,7 +126,7 @@ QString replaceDamaged(const QString& folder, const QString& aside, QDate today)
         if (finding.condition != Condition::usable || !finding.hasTables)
             continue;
         if (const auto reason = DatabaseFile::copy(copy, replacement(folder)))
-            throw Err{u"%1 er skadet, og kopien %2 kunne ikke tas i bruk: %3."_s.arg(
+            throw Err{u"%1 er skadet eller borte, og kopien %2 kunne ikke tas i bruk: %3."_s.arg(
                 main(folder), candidate, *reason)};
         putInPlace(folder, aside);
         return QFileInfo(candidate).fileName();

@@ -22,6 +22,10 @@ namespace {
 
 const QString noticeKey = u"storage_notice"_s;
 
+QString notReady(const QString& path) {
+    return u"Databasen %1 er ikke klar. Prøv igjen når Tindra som kjører, er ferdig."_s.arg(path);
+}
+
 } // namespace
 
 Database::Database(const QString& folder, const Clock& clock, Access access)
@@ -39,7 +43,7 @@ void Database::open() {
     m_db.close();
     m_isOpen = false;
     m_isDamaged = false;
-    if (!QFileInfo::exists(m_folder)) {
+    if (m_access == Access::owner && !QFileInfo::exists(m_folder)) {
         QDir().mkpath(m_folder);
         ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
     }
@@ -59,8 +63,13 @@ void Database::open() {
 bool Database::isUsable() {
     const QString path = DatabaseCopies::main(m_folder);
     m_db.setErrorHandler({});
-    // SQLite takes an empty file for a new database, and it is one where there are no copies.
-    if (QFile::exists(path) && QFileInfo(path).size() == 0 &&
+    if (m_access == Access::guest && !QFile::exists(path)) {
+        refuse(notReady(path));
+        return false;
+    }
+    // SQLite makes a new database of a file that is empty or missing, which is right where there
+    // are no copies.
+    if (QFileInfo(path).size() == 0 &&
         !DatabaseCopies::candidates(m_folder, m_clock.today()).isEmpty())
         return replaceDamaged();
     m_db.open(path);
@@ -85,8 +94,7 @@ bool Database::isUsable() {
     if (m_access == Access::guest) {
         if (finding.version == DatabaseFile::schemaVersion)
             return true;
-        refuse(
-            u"Databasen %1 er ikke klar. Prøv igjen når Tindra som kjører, er ferdig."_s.arg(path));
+        refuse(notReady(path));
         return false;
     }
     return finding.version == DatabaseFile::schemaVersion || !finding.hasTables ||
@@ -102,6 +110,7 @@ bool Database::replaceDamaged() {
         return false;
     }
     const QString aside = DatabaseCopies::dated(m_folder, u"damaged"_s, m_clock);
+    const bool wasThere = QFile::exists(path);
     QString used;
     try {
         used = DatabaseCopies::replaceDamaged(m_folder, aside, m_clock.today());
@@ -112,7 +121,9 @@ bool Database::replaceDamaged() {
     m_db.open(path);
     m_version = DatabaseFile::examine(m_db).version;
     const QString notice =
-        u"Databasen var skadet, og er satt til side som %1. "_s.arg(QFileInfo(aside).fileName()) +
+        (wasThere ? u"Databasen var skadet, og er satt til side som %1. "_s.arg(
+                        QFileInfo(aside).fileName())
+                  : u"Databasen var borte. "_s) +
         (used.isEmpty()
              ? u"Det fantes ingen god kopi, så Tindra begynner på nytt med en tom database."_s
              : u"Kopien %1 er tatt i bruk. Det som er kommet til siden den ble tatt, mangler."_s

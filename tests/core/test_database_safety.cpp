@@ -151,6 +151,25 @@ private Q_SLOTS:
         QCOMPARE(names(database), QStringList{u"a"_s});
     }
 
+    void aMissingFileIsReplacedWhereThereAreCopies() {
+        fill(u"a"_s, true);
+        // What is left of the log belongs to the file that is gone.
+        QVERIFY(QFile::remove(file()));
+        QFile log(file() + u"-wal"_s);
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.close();
+        {
+            Database database(folder(), m_clock);
+            QCOMPARE(names(database), QStringList{u"a"_s});
+            QVERIFY(database.notice().value_or(QString()).startsWith(u"Databasen var borte. "_s));
+        }
+        QCOMPARE(files(u"tindra-damaged-*"_s).size(), 1);
+        // Those who remove everything begin afresh.
+        QVERIFY(QDir(folder()).removeRecursively());
+        Database database(folder(), m_clock);
+        QVERIFY(names(database).isEmpty() && !database.notice() && !database.problem());
+    }
+
     void whatWasCutOffIsFinishedOrRemoved() {
         fill(u"a"_s);
         const QString part = DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s;
@@ -328,6 +347,9 @@ private Q_SLOTS:
             guest.keepDailyCopy();
         }
         QCOMPARE(names(owner), QStringList({u"a"_s, u"b"_s}));
+        const QString nothing = folder() + u"/nothing"_s;
+        QVERIFY(Database(nothing, m_clock, Database::Access::guest).problem());
+        QVERIFY(!QFile::exists(nothing));
         runOn(folder(), "PRAGMA user_version = 0");
         Database early(folder(), m_clock, Database::Access::guest);
         QVERIFY(early.problem());
