@@ -110,6 +110,13 @@ std::optional<QString> restore(const QString& folder, const QString& file, const
     return hasPresent ? std::optional(aside) : std::nullopt;
 }
 
+bool undoRestore(const QString& folder, const QString& replaced) {
+    if (!DatabaseFile::replace(main(folder), replaced, replacement(folder)))
+        return false;
+    DatabaseFile::remove(replacement(folder));
+    return true;
+}
+
 void tidy(const QString& folder) {
     if (!QFile::exists(main(folder)) && QFile::exists(replacement(folder)))
         DatabaseFile::move(replacement(folder), main(folder));

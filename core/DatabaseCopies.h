@@ -35,6 +35,10 @@ void prune(const QString& folder, const QString& kind, QDate today);
 /// everything as it was, when `file` is no usable Tindra database or there is no room.
 std::optional<QString> restore(const QString& folder, const QString& file, const Clock& clock);
 
+/// Puts `replaced`, which `restore` returned, back in the place of what it brought, which is
+/// removed. False when all stay where they are.
+bool undoRestore(const QString& folder, const QString& replaced);
+
 /// Ends a replacement that was cut off half-way, and removes what copying left that was cut off.
 /// Nothing may be copied into the folder meanwhile.
 void tidy(const QString& folder);

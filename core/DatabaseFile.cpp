@@ -17,6 +17,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What a database consists of. Its companions come first: a log that stayed behind would be taken
+/// for the next file's.
+const QStringList parts{u"-wal"_s, u"-shm"_s, u"-journal"_s, QString()};
+
 bool syncToDisk(const QString& path) {
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
@@ -99,9 +103,8 @@ std::optional<QString> copy(SqliteConnection& from, const QString& to) {
 }
 
 bool move(const QString& from, const QString& to) {
-    // The companions first: a log that stayed behind would be taken for the next file's.
     QStringList moved;
-    for (const QString& part : {u"-wal"_s, u"-shm"_s, u"-journal"_s, QString()}) {
+    for (const QString& part : parts) {
         if (!QFile::exists(from + part))
             continue;
         if (!rename(from + part, to + part)) {
@@ -112,6 +115,11 @@ bool move(const QString& from, const QString& to) {
         moved.append(part);
     }
     return true;
+}
+
+void remove(const QString& path) {
+    for (const QString& part : parts)
+        QFile::remove(path + part);
 }
 
 bool replace(const QString& path, const QString& with, const QString& aside) {
