@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <system_error>
+
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +23,10 @@ using DatabaseFile::Condition;
 namespace {
 
 const QString noticeKey = u"storage_notice"_s;
+
+void noteNoCopy(const QString& reason) {
+    TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(reason));
+}
 
 QString notReady(const QString& path) {
     return u"Databasen %1 er ikke klar. Prøv igjen når Tindra som kjører, er ferdig."_s.arg(path);
@@ -192,7 +198,7 @@ void Database::keepDailyCopy() {
     const QString path = DatabaseCopies::daily(m_folder, today);
     if (QFile::exists(path))
         return;
-    m_copy = std::async(std::launch::async, [folder = m_folder, path, today] {
+    const auto make = [folder = m_folder, path, today] {
         SqliteConnection source;
         source.openReadOnly(DatabaseCopies::main(folder));
         CopyResult result{DatabaseFile::copy(source, path)};
@@ -200,7 +206,12 @@ void Database::keepDailyCopy() {
         if (!result.reason)
             DatabaseCopies::prune(folder, u"copy"_s, today);
         return result;
-    });
+    };
+    try {
+        m_copy = std::async(std::launch::async, make);
+    } catch (const std::system_error& error) {
+        noteNoCopy(QString::fromLocal8Bit(error.what()));
+    }
 }
 
 void Database::endDailyCopy() {
@@ -208,7 +219,7 @@ void Database::endDailyCopy() {
         return;
     const CopyResult result = m_copy.get();
     if (result.reason)
-        TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*result.reason));
+        noteNoCopy(*result.reason);
     if (result.isDamaged)
         noteDamage(*result.reason);
 }

@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -38,6 +39,22 @@ public:
 
 private:
     rlimit m_before{};
+};
+
+/// While it lives, no thread can be started: there is no room for a stack of that size.
+class NoThreads {
+public:
+    NoThreads() {
+        ::pthread_getattr_default_np(&m_before);
+        pthread_attr_t huge = m_before;
+        ::pthread_attr_setstacksize(&huge, size_t(1) << 50);
+        ::pthread_setattr_default_np(&huge);
+    }
+    ~NoThreads() { ::pthread_setattr_default_np(&m_before); }
+    Q_DISABLE_COPY_MOVE(NoThreads)
+
+private:
+    pthread_attr_t m_before{};
 };
 
 QByteArray content(const QString& path) {
@@ -215,6 +232,14 @@ private Q_SLOTS:
         };
         QTRY_VERIFY(isNoted());
         QCOMPARE(database.problem().value_or(QString()), QString());
+
+        m_clock.advance(24h);
+        {
+            const NoThreads none;
+            database.keepDailyCopy();
+        }
+        QCOMPARE(content(m_dir->path() + u"/ui.log"_s).count("dagens kopi ble ikke tatt"), 2);
+        QVERIFY(!database.recover() && !database.problem());
     }
 
     void damageFoundWhileRunningIsMended_data() {
