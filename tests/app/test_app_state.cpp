@@ -281,6 +281,21 @@ private Q_SLOTS:
         QCOMPARE(world.state.storageProblem(), QString());
     }
 
+    void damageIsShownAndMendedInTheNextRound() {
+        AppWorld world;
+        runOn(world.dir.path(), "PRAGMA writable_schema = ON; PRAGMA schema_version = 1000;"
+                                "UPDATE sqlite_master SET rootpage = 9999 WHERE name = 'seen';");
+        world.worker.pollOnce();
+        settle();
+        QVERIFY(world.state.storageProblem().startsWith(u"Databasen er skadet"_s));
+        world.worker.pollOnce();
+        settle();
+        QCOMPARE(world.state.storageProblem(), QString());
+        QVERIFY(world.state.storageNotice().contains(u"tom database"_s));
+        world.addWatcher();
+        QCOMPARE(world.state.searches().size(), 1);
+    }
+
     void settingsAreReadWhenStorageIsBack() {
         AppWorld world;
         const QString folder = world.dir.path() + u"/data"_s;
