@@ -45,13 +45,10 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     , m_worker(worker)
     , m_community(community)
     , m_notifier(notifier)
-    , m_clock(clock)
-    , m_onboarded(database.isOn(u"onboarded"_s, false))
-    , m_notifyOn(database.isOn(u"native_notify"_s, true))
-    , m_pollIntervalMin(
-          Worker::intervalMinutes(database.get(u"poll_interval_min"_s), usualIntervalMinutes)) {
+    , m_clock(clock) {
     connect(&worker, &Worker::stored, this, &AppState::reload);
     database.forgetTravelledCommunityFinds();
+    readSettings();
     reload();
     followDay();
 }
@@ -67,6 +64,17 @@ void AppState::followDay() {
             reload();
         followDay();
     });
+}
+
+void AppState::readSettings() {
+    // Whoever has been welcomed in this run is not welcomed again.
+    if (!m_onboarded && m_database.isOn(u"onboarded"_s, false)) {
+        m_onboarded = true;
+        Q_EMIT onboardedChanged();
+    }
+    setNotifyOn(m_database.isOn(u"native_notify"_s, true));
+    setPollIntervalMin(
+        Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), usualIntervalMinutes));
 }
 
 void AppState::setNotifyOn(bool on) {
@@ -140,6 +148,9 @@ void AppState::noteStorage() {
     const QString notice = m_database.notice().value_or(QString());
     const bool isProblemNew = std::exchange(m_storageProblem, problem) != problem;
     const bool isNoticeNew = std::exchange(m_storageNotice, notice) != notice;
+    // They could not be read before, or those of a copy count from now on.
+    if ((isProblemNew && problem.isEmpty()) || (isNoticeNew && !notice.isEmpty()))
+        readSettings();
     if (isProblemNew || isNoticeNew)
         Q_EMIT storageChanged();
 }
@@ -159,6 +170,7 @@ void AppState::finishOnboarding() {
     m_database.set(u"onboarded"_s, u"1"_s);
     if (!std::exchange(m_onboarded, true))
         Q_EMIT onboardedChanged();
+    noteStorage();
 }
 
 QCoro::Task<> AppState::refreshCommunity() {

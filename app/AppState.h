@@ -99,6 +99,7 @@ private:
         QStringList codes;
     };
 
+    void readSettings();
     void noteStorage();
     void followDay();
     void setSearches(QList<Search> searches);

@@ -63,7 +63,7 @@ QCoro::Task<int> Hunt::once() {
     }
     if (!self)
         co_return cannotStart;
-    sayIfNothingIsStored();
+    sayWhatStorageTells();
     write(takeReport(summary));
     // Others' finds are announced too, so this comes first.
     co_await m_sharing.finished(sharingPatience);
@@ -78,10 +78,10 @@ QCoro::Task<int> Hunt::once() {
 
 void Hunt::start() {
     sayWhatIsMissing();
-    connect(&m_worker, &Worker::roundEnded, this, [this](const PollSummary& summary) {
-        sayIfNothingIsStored();
-        write(takeReport(summary));
-    });
+    connect(&m_worker, &Worker::roundEnded, this,
+            [this](const PollSummary& summary) { write(takeReport(summary)); });
+    // After every round, and when storage has been mended before one.
+    connect(&m_worker, &Worker::stored, this, &Hunt::sayWhatStorageTells);
     m_worker.startTimer(usualIntervalMinutes);
 }
 
@@ -91,12 +91,9 @@ QCoro::Task<> Hunt::stop() {
 }
 
 void Hunt::sayWhatIsMissing() {
-    sayIfNothingIsStored();
+    sayWhatStorageTells();
     if (m_saidProblem)
         return;
-    // Until the user has seen it in the window.
-    if (const auto notice = m_database.notice())
-        m_output.progress(*notice);
     const auto searches = m_database.listSearches();
     if (std::none_of(searches.begin(), searches.end(),
                      [](const Search& search) { return search.enabled; }))
@@ -104,10 +101,14 @@ void Hunt::sayWhatIsMissing() {
             u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
 }
 
-void Hunt::sayIfNothingIsStored() {
+void Hunt::sayWhatStorageTells() {
     const auto problem = m_database.problem();
-    if (problem && problem != std::exchange(m_saidProblem, problem))
+    if (std::exchange(m_saidProblem, problem) != problem && problem)
         m_output.progress(*problem);
+    // Until the user has seen it in the window.
+    const auto notice = m_database.notice();
+    if (std::exchange(m_saidNotice, notice) != notice && notice)
+        m_output.progress(*notice);
 }
 
 void Hunt::sayIfSignedOut() {

@@ -52,7 +52,7 @@ private:
     void write(const HuntReport& report);
     HuntReport takeReport(const PollSummary& summary);
     void sayWhatIsMissing();
-    void sayIfNothingIsStored();
+    void sayWhatStorageTells();
     void sayIfSignedOut();
     QCoro::Task<> notificationsTaken();
 
@@ -66,6 +66,7 @@ private:
     Output m_output;
     QString m_shownStatus;
     std::optional<QString> m_saidProblem;
+    std::optional<QString> m_saidNotice;
     bool m_saidSignedOut = false;
     QList<Match> m_found;
     QList<Match> m_soldOut;

@@ -74,21 +74,32 @@ bool Database::transaction(const std::function<void()>& work) {
     if (m_failed || !m_db.execute("COMMIT"))
         return false;
     rollBack.dismiss();
-    m_problem.reset();
+    // What is broken in one place still takes changes in another.
+    if (!m_isDamaged)
+        m_problem.reset();
     return true;
 }
 
 void Database::noteFailure(const QString& message) {
     m_failed = true;
+    if (m_db.isDamaged()) {
+        noteDamage(message);
+        return;
+    }
     // Once is enough until something works again.
     if (m_problem)
         return;
-    m_problem = m_db.isDamaged()
-                    ? u"Databasen er skadet, og Tindra får ikke lagret noe. Start Tindra på nytt, "
-                      "så settes den til side og den siste gode kopien tas i bruk."_s
-                    : u"Tindra får ikke lagret noe (%1). Det prøves igjen i neste runde."_s.arg(
-                          m_db.reason());
+    m_problem =
+        u"Tindra får ikke lagret noe (%1). Det prøves igjen i neste runde."_s.arg(m_db.reason());
     TDLog::note(u"database: lagring feilet: "_s + message);
+}
+
+void Database::noteDamage(const QString& message) {
+    if (std::exchange(m_isDamaged, true))
+        return;
+    m_problem = u"Databasen er skadet, og det som lagres nå, kan gå tapt. I neste runde settes den "
+                "til side, og den siste gode kopien tas i bruk."_s;
+    TDLog::note(u"database: skadet: "_s + message);
 }
 
 std::optional<QString> Database::get(const QString& key) {

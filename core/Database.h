@@ -36,17 +36,20 @@ public:
     };
 
     /// Opens `folder`/tindra.sqlite, creating what is missing, upgrading what is old (after a copy)
-    /// and putting the last good copy, or a fresh file, in the place of one that is damaged. The
-    /// file of a later version is left alone. `clock` must outlive the database.
+    /// and putting the last good copy, or a fresh file, in the place of one that is damaged, or
+    /// missing beside its copies. The file of a later version is left alone. `clock` must outlive
+    /// the database.
     Database(const QString& folder, const Clock& clock, Access access = Access::owner);
     ~Database();
     Q_DISABLE_COPY_MOVE(Database)
 
-    /// Why nothing can be stored, in Norwegian; absent when all is well, and again when storing
-    /// has worked after a failure.
+    /// Why nothing can be stored, or not safely, in Norwegian; absent when all is well, and again
+    /// when storing has worked after a failure. That a file is damaged stays until `recover`.
     const std::optional<QString>& problem() const { return m_problem; }
-    /// Tries again where there is a problem, which goes away when storing works.
-    void recover();
+    /// Reads what became of the day's copy. Where there is a problem, it tries again: a problem
+    /// goes away when storing works, and a damaged file is replaced as when it is opened. True when
+    /// the problem or the data may be others than before.
+    bool recover();
 
     /// What has happened to the user's data, in Norwegian, until they have seen it: the damaged
     /// file was replaced. Absent when nothing has.
@@ -54,7 +57,8 @@ public:
     void dismissNotice();
 
     /// Makes today's copy where there is none, and keeps three of them. It is made on another
-    /// thread, from what is stored now; the database's end waits for it.
+    /// thread, from what is stored now; the database's end waits for it, and `recover` reads what
+    /// became of it.
     void keepDailyCopy();
     /// Writes everything to a file of its own, which may replace an earlier such file but nothing
     /// else. Returns why that failed, in Norwegian; absent when the file is there.
@@ -128,6 +132,7 @@ private:
     std::optional<QString> writeCopy(const QString& file);
     void refuse(const QString& problem);
     void noteFailure(const QString& message);
+    void noteDamage(const QString& message);
     void cleanupMismatchedMatches();
     void cleanupDuplicateMatches();
 
@@ -138,6 +143,8 @@ private:
     std::optional<QString> m_problem;
     /// The file was opened, and took changes then.
     bool m_isOpen = false;
+    /// What was read was broken. Storing may still work in other places of the file.
+    bool m_isDamaged = false;
     /// The file's `user_version` when it was opened.
     int m_version = 0;
     /// The last day whose copy was made, or could not be.

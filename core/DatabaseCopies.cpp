@@ -37,9 +37,8 @@ QStringList files(const QString& folder, const QStringList& kinds) {
 
 void putInPlace(const QString& folder, const QString& aside) {
     const QString main = DatabaseCopies::main(folder);
-    if (QFile::exists(main) && !DatabaseFile::move(main, aside))
-        throw Err{u"%1 kunne ikke settes til side."_s.arg(main)};
-    DatabaseCopies::finishReplacement(folder);
+    if (!DatabaseFile::replace(main, replacement(folder), aside))
+        throw Err{u"%1 kunne ikke byttes ut."_s.arg(main)};
 }
 
 } // namespace
@@ -111,9 +110,19 @@ std::optional<QString> restore(const QString& folder, const QString& file, const
     return hasPresent ? std::optional(aside) : std::nullopt;
 }
 
-void finishReplacement(const QString& folder) {
+bool undoRestore(const QString& folder, const QString& replaced) {
+    if (!DatabaseFile::replace(main(folder), replaced, replacement(folder)))
+        return false;
+    DatabaseFile::remove(replacement(folder));
+    return true;
+}
+
+void tidy(const QString& folder) {
     if (!QFile::exists(main(folder)) && QFile::exists(replacement(folder)))
         DatabaseFile::move(replacement(folder), main(folder));
+    const QStringList parts = QDir(folder).entryList({u"tindra*.part"_s}, QDir::Files);
+    for (const QString& name : parts)
+        QFile::remove(folder + u'/' + name);
 }
 
 QString replaceDamaged(const QString& folder, const QString& aside, QDate today) {
@@ -124,13 +133,14 @@ QString replaceDamaged(const QString& folder, const QString& aside, QDate today)
         if (finding.condition != Condition::usable || !finding.hasTables)
             continue;
         if (const auto reason = DatabaseFile::copy(copy, replacement(folder)))
-            throw Err{u"%1 er skadet, og kopien %2 kunne ikke tas i bruk: %3."_s.arg(
+            throw Err{u"%1 er skadet eller borte, og kopien %2 kunne ikke tas i bruk: %3."_s.arg(
                 main(folder), candidate, *reason)};
         putInPlace(folder, aside);
         return QFileInfo(candidate).fileName();
     }
     QFile::remove(replacement(folder));
-    putInPlace(folder, aside);
+    if (!DatabaseFile::move(main(folder), aside))
+        throw Err{u"%1 kunne ikke settes til side."_s.arg(main(folder))};
     return {};
 }
 

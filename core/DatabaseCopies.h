@@ -35,11 +35,16 @@ void prune(const QString& folder, const QString& kind, QDate today);
 /// everything as it was, when `file` is no usable Tindra database or there is no room.
 std::optional<QString> restore(const QString& folder, const QString& file, const Clock& clock);
 
-/// Ends a replacement that was cut off half-way, where there was one.
-void finishReplacement(const QString& folder);
-/// The last good copy takes the damaged database's place, which is moved to `aside`. Returns the
-/// name of the copy; empty when none is good and the place is free. Throws Err when nothing could
-/// be moved or there is no room.
+/// Puts `replaced`, which `restore` returned, back in the place of what it brought, which is
+/// removed. False when all stay where they are.
+bool undoRestore(const QString& folder, const QString& replaced);
+
+/// Ends a replacement that was cut off half-way, and removes what copying left that was cut off.
+/// Nothing may be copied into the folder meanwhile.
+void tidy(const QString& folder);
+/// The last good copy takes the place of the database that is damaged, or of which only the log is
+/// left, or nothing; that is moved to `aside`. Returns the name of the copy; empty when none is
+/// good and the place is free. Throws Err when nothing could be moved or there is no room.
 QString replaceDamaged(const QString& folder, const QString& aside, QDate today);
 
 } // namespace DatabaseCopies

@@ -17,6 +17,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What a database consists of. Its companions come first: a log that stayed behind would be taken
+/// for the next file's.
+const QStringList parts{u"-wal"_s, u"-shm"_s, u"-journal"_s, QString()};
+
 bool syncToDisk(const QString& path) {
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
@@ -99,10 +103,9 @@ std::optional<QString> copy(SqliteConnection& from, const QString& to) {
 }
 
 bool move(const QString& from, const QString& to) {
-    // The companions first: a log that stayed behind would be taken for the next file's.
     QStringList moved;
-    for (const QString& part : {u"-wal"_s, u"-shm"_s, u"-journal"_s, QString()}) {
-        if (!part.isEmpty() && !QFile::exists(from + part))
+    for (const QString& part : parts) {
+        if (!QFile::exists(from + part))
             continue;
         if (!rename(from + part, to + part)) {
             for (const QString& done : std::as_const(moved))
@@ -112,6 +115,20 @@ bool move(const QString& from, const QString& to) {
         moved.append(part);
     }
     return true;
+}
+
+void remove(const QString& path) {
+    for (const QString& part : parts)
+        QFile::remove(path + part);
+}
+
+bool replace(const QString& path, const QString& with, const QString& aside) {
+    if (!QFile::exists(with) || !move(path, aside))
+        return false;
+    if (move(with, path))
+        return true;
+    move(aside, path);
+    return false;
 }
 
 } // namespace DatabaseFile

@@ -41,7 +41,12 @@ Finding examine(SqliteConnection& database);
 /// the copy is there.
 std::optional<QString> copy(SqliteConnection& from, const QString& to);
 
-/// Moves a closed database file with what SQLite keeps beside it. False when it stays where it is.
+/// Moves a closed database file, or what is left of it, with what SQLite keeps beside it. False
+/// when it stays where it is.
 bool move(const QString& from, const QString& to);
+/// Removes a closed database file likewise.
+void remove(const QString& path);
+/// Moves what is at `path` to `aside`, and `with` to `path`. False when all stay where they are.
+bool replace(const QString& path, const QString& with, const QString& aside);
 
 } // namespace DatabaseFile

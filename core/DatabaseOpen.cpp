@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <system_error>
+
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +23,14 @@ using DatabaseFile::Condition;
 namespace {
 
 const QString noticeKey = u"storage_notice"_s;
+
+void noteNoCopy(const QString& reason) {
+    TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(reason));
+}
+
+QString notReady(const QString& path) {
+    return u"Databasen %1 er ikke klar. Prøv igjen når Tindra som kjører, er ferdig."_s.arg(path);
+}
 
 } // namespace
 
@@ -36,12 +46,15 @@ Database::~Database() {
 void Database::open() {
     // No file is moved while another thread reads it.
     endDailyCopy();
-    if (!QFileInfo::exists(m_folder)) {
+    m_db.close();
+    m_isOpen = false;
+    m_isDamaged = false;
+    if (m_access == Access::owner && !QFileInfo::exists(m_folder)) {
         QDir().mkpath(m_folder);
         ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
     }
     if (m_access == Access::owner)
-        DatabaseCopies::finishReplacement(m_folder);
+        DatabaseCopies::tidy(m_folder);
     m_problem.reset();
     if (!isUsable())
         return;
@@ -56,8 +69,13 @@ void Database::open() {
 bool Database::isUsable() {
     const QString path = DatabaseCopies::main(m_folder);
     m_db.setErrorHandler({});
-    // SQLite takes an empty file for a new database, and it is one where there are no copies.
-    if (QFile::exists(path) && QFileInfo(path).size() == 0 &&
+    if (m_access == Access::guest && !QFile::exists(path)) {
+        refuse(notReady(path));
+        return false;
+    }
+    // SQLite makes a new database of a file that is empty or missing, which is right where there
+    // are no copies.
+    if (QFileInfo(path).size() == 0 &&
         !DatabaseCopies::candidates(m_folder, m_clock.today()).isEmpty())
         return replaceDamaged();
     m_db.open(path);
@@ -82,8 +100,7 @@ bool Database::isUsable() {
     if (m_access == Access::guest) {
         if (finding.version == DatabaseFile::schemaVersion)
             return true;
-        refuse(
-            u"Databasen %1 er ikke klar. Prøv igjen når Tindra som kjører, er ferdig."_s.arg(path));
+        refuse(notReady(path));
         return false;
     }
     return finding.version == DatabaseFile::schemaVersion || !finding.hasTables ||
@@ -99,6 +116,7 @@ bool Database::replaceDamaged() {
         return false;
     }
     const QString aside = DatabaseCopies::dated(m_folder, u"damaged"_s, m_clock);
+    const bool wasThere = QFile::exists(path);
     QString used;
     try {
         used = DatabaseCopies::replaceDamaged(m_folder, aside, m_clock.today());
@@ -109,7 +127,9 @@ bool Database::replaceDamaged() {
     m_db.open(path);
     m_version = DatabaseFile::examine(m_db).version;
     const QString notice =
-        u"Databasen var skadet, og er satt til side som %1. "_s.arg(QFileInfo(aside).fileName()) +
+        (wasThere ? u"Databasen var skadet, og er satt til side som %1. "_s.arg(
+                        QFileInfo(aside).fileName())
+                  : u"Databasen var borte. "_s) +
         (used.isEmpty()
              ? u"Det fantes ingen god kopi, så Tindra begynner på nytt med en tom database."_s
              : u"Kopien %1 er tatt i bruk. Det som er kommet til siden den ble tatt, mangler."_s
@@ -141,18 +161,23 @@ void Database::refuse(const QString& problem) {
         TDLog::note(u"database: "_s + problem);
 }
 
-void Database::recover() {
+bool Database::recover() {
+    const auto before = m_problem;
+    if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
+        endDailyCopy();
     if (!m_problem)
-        return;
-    if (!m_isOpen) {
+        return false;
+    if (!m_isOpen || m_isDamaged) {
+        const bool wasDamaged = m_isDamaged;
         open();
-        return;
+        return wasDamaged || m_problem != before;
     }
     // Something that is really written, and gone again.
     transaction([this] {
         set(QString(), u"1"_s);
         m_db.change("DELETE FROM kv WHERE key = ''");
     });
+    return m_problem != before;
 }
 
 std::optional<QString> Database::notice() {
@@ -165,17 +190,15 @@ void Database::dismissNotice() {
 
 void Database::keepDailyCopy() {
     const QDate today = m_clock.today();
-    if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
-        endDailyCopy();
-    if (!m_isOpen || m_problem || m_access == Access::guest || m_lastCopy == today)
+    if (!m_isOpen || m_problem || m_access == Access::guest || m_lastCopy == today ||
+        m_copy.valid())
         return;
     // One try a day: a disk that is full need not be told so after every round.
     m_lastCopy = today;
-    endDailyCopy();
     const QString path = DatabaseCopies::daily(m_folder, today);
     if (QFile::exists(path))
         return;
-    m_copy = std::async(std::launch::async, [folder = m_folder, path, today] {
+    const auto make = [folder = m_folder, path, today] {
         SqliteConnection source;
         source.openReadOnly(DatabaseCopies::main(folder));
         CopyResult result{DatabaseFile::copy(source, path)};
@@ -183,7 +206,12 @@ void Database::keepDailyCopy() {
         if (!result.reason)
             DatabaseCopies::prune(folder, u"copy"_s, today);
         return result;
-    });
+    };
+    try {
+        m_copy = std::async(std::launch::async, make);
+    } catch (const std::system_error& error) {
+        noteNoCopy(QString::fromLocal8Bit(error.what()));
+    }
 }
 
 void Database::endDailyCopy() {
@@ -191,9 +219,9 @@ void Database::endDailyCopy() {
         return;
     const CopyResult result = m_copy.get();
     if (result.reason)
-        TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(*result.reason));
+        noteNoCopy(*result.reason);
     if (result.isDamaged)
-        noteFailure(*result.reason);
+        noteDamage(*result.reason);
 }
 
 std::optional<QString> Database::copyTo(const QString& file) {

@@ -88,6 +88,9 @@ QCoro::Task<PollSummary> Worker::pollOnce() {
     if (std::exchange(m_busy, true))
         co_return summary;
     const QPointer self(this);
+    // Signed out there is no round, but storage has to work all the same.
+    if (m_database.recover())
+        Q_EMIT stored();
     const bool alive = co_await revive();
     if (!self)
         co_return summary;
@@ -121,7 +124,6 @@ QCoro::Task<PollSummary> Worker::round() {
     summary.at = m_clock.now();
     QList<Match> found;
     m_isRunning = true;
-    m_database.recover();
     QList<Search> watchers = m_database.listSearches();
     watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
     const int total = static_cast<int>(watchers.size());

@@ -54,8 +54,9 @@ public:
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 
-    /// One round. While another one runs, and while signed out within 30 minutes of the last
-    /// attempt to change that, it does nothing and returns an empty summary.
+    /// One round, after an attempt to mend what is wrong with storage. While another one runs, and
+    /// while signed out within 30 minutes of the last attempt to change that, it does nothing and
+    /// returns an empty summary.
     QCoro::Task<PollSummary> pollOnce();
 
     /// The next round may try to revive a signed-out session at once.
@@ -71,7 +72,7 @@ Q_SIGNALS:
     void matchFound(const Match& match);
     /// A seen offer has lost `cabins`; `record` has been stored and announced, `key` is its fare's.
     void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
-    /// What the database holds has changed.
+    /// What the database holds has changed, or whether it can store.
     void stored();
     /// A round has ended and its summary is stored.
     void roundEnded(const PollSummary& summary, const QList<Match>& found);

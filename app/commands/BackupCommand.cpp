@@ -48,13 +48,21 @@ Restore Restore::parse(const QStringList& words) {
 
 CommandAnswer Restore::run(const QString& folder, const Clock& clock) const {
     const auto replaced = DatabaseCopies::restore(folder, QDir().absoluteFilePath(file), clock);
-    Database database(folder, clock);
-    if (const auto& problem = database.problem())
-        throw Err{*problem};
+    std::optional<Database> database(std::in_place, folder, clock);
+    const QString whereItIs =
+        replaced ? u"Databasen som var der, ligger i %1."_s.arg(*replaced) : QString();
+    if (const auto problem = database->problem()) {
+        database.reset();
+        const bool isBack = replaced && DatabaseCopies::undoRestore(folder, *replaced);
+        throw Err{u"%1 kunne ikke hentes inn. %2 %3"_s
+                      .arg(file, *problem,
+                           isBack ? u"Databasen som var der, er satt tilbake."_s : whereItIs)
+                      .trimmed()};
+    }
     // What the copy had to tell was about another file.
-    database.dismissNotice();
-    QString text = u"%1 er hentet inn fra %2.\n"_s.arg(counted(database), file);
+    database->dismissNotice();
+    QString text = u"%1 er hentet inn fra %2.\n"_s.arg(counted(*database), file);
     if (replaced)
-        text += u"Databasen som var der, ligger i %1.\n"_s.arg(*replaced);
+        text += whereItIs + u'\n';
     return {Hunt::roundEnded, text.toUtf8(), {}};
 }

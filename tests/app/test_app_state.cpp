@@ -268,9 +268,10 @@ private Q_SLOTS:
         world.database.set(u"storage_notice"_s, u"skadet"_s);
         runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
                                 "SELECT RAISE(ABORT, 'no room'); END;");
-        world.database.set(u"x"_s, u"1"_s);
         world.state.reload();
         QCOMPARE(changed.count(), 1);
+        world.state.finishOnboarding();
+        QCOMPARE(changed.count(), 2);
         QVERIFY(world.state.storageProblem().contains(u"no room"_s));
         QCOMPARE(world.state.storageNotice(), u"skadet"_s);
         world.state.dismissStorageNotice();
@@ -281,6 +282,48 @@ private Q_SLOTS:
         world.worker.pollOnce();
         settle();
         QCOMPARE(world.state.storageProblem(), QString());
+    }
+
+    void damageIsShownAndMendedInTheNextRound() {
+        AppWorld world;
+        runOn(world.dir.path(), "PRAGMA writable_schema = ON; PRAGMA schema_version = 1000;"
+                                "UPDATE sqlite_master SET rootpage = 9999 WHERE name = 'seen';");
+        world.worker.pollOnce();
+        settle();
+        QVERIFY(world.state.storageProblem().startsWith(u"Databasen er skadet"_s));
+        world.worker.pollOnce();
+        settle();
+        QCOMPARE(world.state.storageProblem(), QString());
+        QVERIFY(world.state.storageNotice().contains(u"tom database"_s));
+        world.addWatcher();
+        QCOMPARE(world.state.searches().size(), 1);
+    }
+
+    void settingsAreReadWhenStorageIsBack() {
+        AppWorld world;
+        const QString folder = world.dir.path() + u"/data"_s;
+        {
+            Database earlier(folder, world.clock);
+            earlier.set(u"onboarded"_s, u"1"_s);
+            earlier.set(u"native_notify"_s, u"0"_s);
+            earlier.set(u"poll_interval_min"_s, u"3"_s);
+        }
+        // What is there is no folder for the time being.
+        QVERIFY(QFile::rename(folder, folder + u"-away"_s));
+        QFile inTheWay(folder);
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        Database database(folder, world.clock);
+        AppState state(database, world.worker, world.community, world.notifier, world.clock);
+        QVERIFY(!state.storageProblem().isEmpty() && !state.onboarded() && state.notifyOn());
+        const QSignalSpy onboarded(&state, &AppState::onboardedChanged);
+        QVERIFY(inTheWay.remove());
+        QVERIFY(QFile::rename(folder + u"-away"_s, folder));
+        QVERIFY(database.recover());
+        state.reload();
+        QCOMPARE(state.storageProblem(), QString());
+        QCOMPARE(onboarded.count(), 1);
+        QVERIFY(state.onboarded() && !state.notifyOn());
+        QCOMPARE(state.pollIntervalMin(), 3.0);
     }
 
     void aWildIntervalIsCut() {

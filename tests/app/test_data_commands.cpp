@@ -3,8 +3,11 @@
 #include "app/CommandLine.h"
 #include "app/Hunt.h"
 #include "app/MatchTable.h"
+#include "core/Err.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -125,6 +128,27 @@ private Q_SLOTS:
         const auto restored = Restore{file}.run(other.path(), world.clock);
         QVERIFY(restored.out.startsWith("2 overv"));
         QCOMPARE(Database(other.path(), world.clock).listSearches(), world.database.listSearches());
+    }
+
+    void aRestoreThatFailsPutsTheOldFileBack() {
+        const ManualClock clock;
+        const QTemporaryDir dir;
+        const QString mine = dir.path() + u"/mine"_s;
+        const QString other = dir.path() + u"/other"_s;
+        Database(mine, clock).set(u"x"_s, u"1"_s);
+        // It has the tables, but not what belongs in them.
+        QVERIFY(QDir().mkpath(other));
+        runOn(other, "CREATE TABLE searches(a); CREATE TABLE seen(a); CREATE TABLE matches(a);"
+                     "CREATE TABLE kv(a); PRAGMA user_version = 1;");
+        try {
+            Restore{other + u"/tindra.sqlite"_s}.run(mine, clock);
+            QFAIL("it was restored");
+        } catch (const Err& error) {
+            QVERIFY2(error.message.endsWith(u"Databasen som var der, er satt tilbake."_s),
+                     qPrintable(error.message));
+        }
+        QCOMPARE(QDir(mine).entryList(QDir::Files), QStringList{u"tindra.sqlite"_s});
+        QCOMPARE(Database(mine, clock).get(u"x"_s), u"1"_s);
     }
 
     void aProblemIsSaid() {

@@ -65,6 +65,16 @@ private Q_SLOTS:
         QCOMPARE(world.results.size(), 4);
     }
 
+    void theLoopSaysOnceThatTheDataWasReplaced() {
+        World world;
+        world.hunt.start();
+        settle();
+        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        world.clock.advance(25min);
+        QCOMPARE(world.said.filter(u"Databasen var skadet."_s).size(), 1);
+        awaited(world.hunt.stop());
+    }
+
     void theLoopSaysOnceThatItIsSignedOut() {
         World world;
         world.add();

@@ -2,6 +2,7 @@
 // What happens to the user's data when the file, the folder or the disk is not as it should be.
 #include "core/Database.h"
 #include "core/DatabaseCopies.h"
+#include "core/DatabaseFile.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
 #include "core/TDLog.h"
@@ -14,6 +15,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -37,6 +39,22 @@ public:
 
 private:
     rlimit m_before{};
+};
+
+/// While it lives, no thread can be started: there is no room for a stack of that size.
+class NoThreads {
+public:
+    NoThreads() {
+        ::pthread_getattr_default_np(&m_before);
+        pthread_attr_t huge = m_before;
+        ::pthread_attr_setstacksize(&huge, size_t(1) << 50);
+        ::pthread_setattr_default_np(&huge);
+    }
+    ~NoThreads() { ::pthread_setattr_default_np(&m_before); }
+    Q_DISABLE_COPY_MOVE(NoThreads)
+
+private:
+    pthread_attr_t m_before{};
 };
 
 QByteArray content(const QString& path) {
@@ -140,11 +158,43 @@ private Q_SLOTS:
         QVERIFY(content(m_dir->path() + u"/ui.log"_s).contains("Databasen var skadet"));
     }
 
-    void aReplacementThatWasCutOffIsFinished() {
+    void aReplacementThatFailsChangesNothing() {
         fill(u"a"_s);
+        // A folder cannot move into itself.
+        const QString aside = folder() + u"/aside"_s;
+        QVERIFY(!DatabaseFile::replace(file(), folder(), aside));
+        QVERIFY(!QFile::exists(aside));
+        Database database(folder(), m_clock);
+        QCOMPARE(names(database), QStringList{u"a"_s});
+    }
+
+    void aMissingFileIsReplacedWhereThereAreCopies() {
+        fill(u"a"_s, true);
+        // What is left of the log belongs to the file that is gone.
+        QVERIFY(QFile::remove(file()));
+        QFile log(file() + u"-wal"_s);
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.close();
+        {
+            Database database(folder(), m_clock);
+            QCOMPARE(names(database), QStringList{u"a"_s});
+            QVERIFY(database.notice().value_or(QString()).startsWith(u"Databasen var borte. "_s));
+        }
+        QCOMPARE(files(u"tindra-damaged-*"_s).size(), 1);
+        // Those who remove everything begin afresh.
+        QVERIFY(QDir(folder()).removeRecursively());
+        Database database(folder(), m_clock);
+        QVERIFY(names(database).isEmpty() && !database.notice() && !database.problem());
+    }
+
+    void whatWasCutOffIsFinishedOrRemoved() {
+        fill(u"a"_s);
+        const QString part = DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s;
+        QVERIFY(QFile::copy(file(), part));
         QVERIFY(QFile::rename(file(), file() + u".new"_s));
         Database database(folder(), m_clock);
         QCOMPARE(names(database), QStringList{u"a"_s});
+        QVERIFY(!QFile::exists(part));
     }
 
     void aCopyADayAndThreeInAll() {
@@ -153,7 +203,9 @@ private Q_SLOTS:
             addWatcher(database, QString::number(day));
             database.keepDailyCopy();
             database.keepDailyCopy();
+            QTRY_VERIFY(QFile::exists(DatabaseCopies::daily(folder(), m_clock.today())));
             m_clock.advance(24h);
+            QVERIFY(!database.recover());
         }
         const QStringList kept{u"tindra-copy-2027-01-17.sqlite"_s,
                                u"tindra-copy-2027-01-18.sqlite"_s,
@@ -170,27 +222,59 @@ private Q_SLOTS:
                          u"tindra-copy-2031-01-01.sqlite"_s}));
     }
 
-    void aCopyThatFailsIsNotedAndDamageIsAProblem() {
-        fill(u"a"_s);
+    void aCopyThatFailsIsNoted() {
         Database database(folder(), m_clock);
-        const QString inTheWay = DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s;
-        QVERIFY(QDir().mkpath(inTheWay));
+        QVERIFY(QDir().mkpath(DatabaseCopies::daily(folder(), m_clock.today()) + u".part"_s));
         database.keepDailyCopy();
         const auto isNoted = [&] {
-            database.keepDailyCopy();
-            return content(m_dir->path() + u"/ui.log"_s).contains("dagens kopi ble ikke tatt");
+            return !database.recover() &&
+                   content(m_dir->path() + u"/ui.log"_s).contains("dagens kopi ble ikke tatt");
         };
         QTRY_VERIFY(isNoted());
         QCOMPARE(database.problem().value_or(QString()), QString());
-        QVERIFY(QDir().rmdir(inTheWay));
-        breakFile(u"in the middle"_s);
+
         m_clock.advance(24h);
-        const auto hasProblem = [&] {
+        {
+            const NoThreads none;
             database.keepDailyCopy();
-            return database.problem().has_value();
-        };
-        QTRY_VERIFY(hasProblem());
-        QCOMPARE(files(u"tindra-copy-*"_s), QStringList());
+        }
+        QCOMPARE(content(m_dir->path() + u"/ui.log"_s).count("dagens kopi ble ikke tatt"), 2);
+        QVERIFY(!database.recover() && !database.problem());
+    }
+
+    void damageFoundWhileRunningIsMended_data() {
+        QTest::addColumn<bool>("byTheCopy");
+        QTest::addRow("by the day's copy") << true;
+        QTest::addRow("by what is read") << false;
+    }
+    void damageFoundWhileRunningIsMended() {
+        QFETCH(bool, byTheCopy);
+        fill(u"a"_s, true);
+        Database database(folder(), m_clock);
+        addWatcher(database, u"b"_s);
+        runOn(folder(), "PRAGMA wal_checkpoint(TRUNCATE)");
+        breakFile(u"in the middle"_s);
+        if (byTheCopy) {
+            m_clock.advance(24h);
+            database.keepDailyCopy();
+        } else {
+            // Whoever writes makes the others read the file again.
+            runOn(folder(), "INSERT INTO kv VALUES ('x', '1')");
+            QCOMPARE(names(database), QStringList());
+            QVERIFY(database.problem().value_or(QString()).contains(u"skadet"_s));
+            // The rest of the file takes changes, which does not make it whole.
+            QVERIFY(database.transaction([&] { database.set(u"x"_s, u"2"_s); }));
+            QVERIFY(database.problem());
+        }
+        QVERIFY(QTest::qWaitFor([&] { return database.recover(); }));
+        QCOMPARE(database.problem().value_or(QString()), QString());
+        QCOMPARE(names(database), QStringList{u"a"_s});
+        const auto aside = files(u"tindra-damaged-*.sqlite"_s);
+        QCOMPARE(aside.size(), 1);
+        QVERIFY(database.notice().value_or(QString()).contains(aside[0]));
+        QVERIFY(content(m_dir->path() + u"/ui.log"_s).contains("database: skadet: "));
+        QVERIFY(!content(m_dir->path() + u"/ui.log"_s).contains("not an error"));
+        QVERIFY(!database.recover());
     }
 
     void anOldFileIsCopiedBeforeItsUpgrade() {
@@ -288,6 +372,9 @@ private Q_SLOTS:
             guest.keepDailyCopy();
         }
         QCOMPARE(names(owner), QStringList({u"a"_s, u"b"_s}));
+        const QString nothing = folder() + u"/nothing"_s;
+        QVERIFY(Database(nothing, m_clock, Database::Access::guest).problem());
+        QVERIFY(!QFile::exists(nothing));
         runOn(folder(), "PRAGMA user_version = 0");
         Database early(folder(), m_clock, Database::Access::guest);
         QVERIFY(early.problem());

@@ -10,6 +10,7 @@
 #include "tests/support/Settled.h"
 
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -465,6 +466,25 @@ private Q_SLOTS:
         runOn(world.dir.path(), "DROP TRIGGER refuse;");
         QCOMPARE(world.round().soldOut, 2);
         QCOMPARE(world.center.posted.size(), announced + 2);
+    }
+
+    void storageIsMendedWhileSignedOut() {
+        World world;
+        world.airline.status = SASLoginStatus::loggedOut();
+        world.airline.verified = SASLoginStatus::loggedOut();
+        world.round();
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        world.database.set(u"x"_s, u"1"_s);
+        const QSignalSpy stored(&world.worker, &Worker::stored);
+        world.round();
+        QVERIFY(world.database.problem());
+        QCOMPARE(stored.count(), 0);
+        runOn(world.dir.path(), "DROP TRIGGER refuse;");
+        world.round();
+        world.round();
+        QVERIFY(!world.database.problem());
+        QCOMPARE(stored.count(), 1);
     }
 
     void nothingMoreIsStoredOnceTheWatcherIsGone() {
