@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Clock, folders, notifications and keychain, each with the real thing on a bus of their own.
+// Clock, folders, notifications, the one instance and keychain, each with the real thing on a bus
+// of their own.
 #include "core/Keychain.h"
+#include "platform/linux/DBusInstance.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxClock.h"
@@ -205,6 +207,31 @@ private Q_SLOTS:
         Q_EMIT service.ActionInvoked(99, u"default"_s);
         QTest::qWait(50);
         QCOMPARE(opened.size(), 1);
+    }
+
+    void aSecondStartHandsOnItsCommandAndItsToken() {
+        const QTemporaryDir folder;
+        DBusInstance first(folder.path(), QDBusConnection::sessionBus());
+        QVERIFY(first.isFirst());
+        QByteArray token;
+        first.serve([&token](const QStringList& arguments) -> QCoro::Task<CommandAnswer> {
+            token = qgetenv("XDG_ACTIVATION_TOKEN");
+            co_return CommandAnswer{7, arguments.join(u' ').toUtf8(), u"å"_s};
+        });
+        const QString connection = u"second"_s;
+        {
+            DBusInstance second(folder.path(), QDBusConnection::connectToBus(
+                                                   QDBusConnection::SessionBus, connection));
+            QVERIFY(!second.isFirst());
+            qputenv("XDG_ACTIVATION_TOKEN", "of the launcher");
+            auto passed = second.pass({u"hunt"_s, u"--once"_s});
+            // Both live in one process here, and share what the token is handed on by.
+            qunsetenv("XDG_ACTIVATION_TOKEN");
+            QCOMPARE(**awaited(std::move(passed)), (CommandAnswer{7, "hunt --once", u"å"_s}));
+        }
+        QDBusConnection::disconnectFromBus(connection);
+        QCOMPARE(token, "of the launcher");
+        qunsetenv("XDG_ACTIVATION_TOKEN");
     }
 
     void aMissingKeychainIsMissedOnce() {
