@@ -44,10 +44,11 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         co_return co_await hunt(line.json);
     if (line.command == CommandLine::Command::signIn)
         co_return co_await signIn();
-    if (line.command == CommandLine::Command::data)
+    // The others are for the caller's own process, whose files they name.
+    if (line.command == CommandLine::Command::data && changesData(*line.data))
         co_return m_runData(*line.data);
     if (line.command == CommandLine::Command::window) {
-        refusal.err = m_showWindow();
+        refusal.err = line.hidden ? QString() : m_showWindow();
         refusal.exitCode = refusal.err.isEmpty() ? Hunt::roundEnded : Hunt::cannotStart;
     }
     co_return refusal;

@@ -25,8 +25,10 @@ public:
 
     /// Asks for permission to show alerts with sound, where the desktop has such a question.
     virtual void requestAuthorization() = 0;
-    /// Shows one notification at once, with the default sound, and with what can be done about it
-    /// where the desktop offers that.
+    /// Whether the desktop is known to show notifications now; false until it has answered.
+    virtual bool isAvailable() const = 0;
+    /// Shows one notification at once, with the default sound. What can be done about it is offered
+    /// where the desktop can, and somebody listens to `opened`.
     virtual void post(const Notification& notification) = 0;
     /// Notifications that the desktop has not taken yet.
     virtual int pending() const = 0;

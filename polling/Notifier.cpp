@@ -57,6 +57,10 @@ void Notifier::notifyCommunityFare(const Match& match) {
               offerText(match) + u" — book raskt, plassene forsvinner fort"_s, match);
 }
 
+bool Notifier::canPost() const {
+    return m_database.isOn(u"native_notify"_s, true) && m_center.isAvailable();
+}
+
 void Notifier::post(const QString& title, const QString& body) {
     if (m_database.isOn(u"native_notify"_s, true))
         m_center.post({title, body});

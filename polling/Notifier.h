@@ -28,6 +28,8 @@ public:
     void notifySoldOut(const QString& label, const CabinSet& cabins);
     /// A seat that another hunter found.
     void notifyCommunityFare(const Match& match);
+    /// Whether `post` reaches the user now, as far as the settings and the desktop are known.
+    bool canPost() const;
     void post(const QString& title, const QString& body);
 
     /// What a notification about an offer gives back when it is opened: `Match` of this key, "#"

@@ -31,7 +31,7 @@ WindowProgram::WindowProgram(Tindra& tindra)
     : m_tindra(tindra)
     , m_appearance(QDBusConnection::sessionBus())
     , m_autostart(QCoreApplication::applicationFilePath())
-    , m_tray(QIcon(u":/icons/tindra-small.svg"_s))
+    , m_tray(QIcon(u":/icons/tindra-small.svg"_s), QDBusConnection::sessionBus())
     , m_login(tindra.state, [this] { openLogin(); })
     , m_form(tindra.appState, tindra.clock)
     , m_watchers(tindra.appState, tindra.worker, tindra.database, tindra.clock)
@@ -44,21 +44,25 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_dashboard(tindra.appState, tindra.state)
     , m_panel(tindra.appState, tindra.worker, tindra.state, m_desktop, tindra.site)
     , m_root(tindra.appState, tindra.engine, tindra.line.demo)
-    , m_life(m_tray, m_panel, tindra.notifier, tindra.database)
+    , m_life(m_tray, m_panel, tindra.notifier, tindra.database,
+             QDBusConnection::sessionBus().isConnected() ? LifeCycle::SecondStart::reaches
+                                                         : LifeCycle::SecondStart::isLost)
     , m_window((setUpEngine(m_engine, m_theme), m_engine), m_life, m_theme, content())
     , m_panelWindow(m_engine, m_theme, {{u"panel"_s, variant(m_panel)}}) {
     connect(&m_life, &LifeCycle::panelRequested, &m_panelWindow, &PanelWindow::toggle);
+    connect(&m_life, &LifeCycle::panelInWindowRequested, &m_panelWindow,
+            [this] { m_panelWindow.toggleIn(m_window); });
     connect(&m_life, &LifeCycle::quitRequested, this, &WindowProgram::quitRequested);
-    connect(&tindra.notifications, &NotificationCenter::opened, this, &WindowProgram::showOffer);
-    connect(&tindra.notifications, &NotificationCenter::actionChosen, this,
-            &WindowProgram::bookOffer);
     m_window.setIcon(applicationIcon());
 }
 
 void WindowProgram::start() {
+    // Only now: a window that is but drawn into a file answers nobody.
+    connect(&m_tindra.notifications, &NotificationCenter::opened, this, &WindowProgram::showOffer);
+    connect(&m_tindra.notifications, &NotificationCenter::actionChosen, this,
+            &WindowProgram::bookOffer);
     m_tray.show();
-    if (!m_tindra.line.hidden)
-        m_life.showWindow();
+    m_life.start(m_tindra.line.hidden);
     m_tindra.worker.startTimer(usualIntervalMinutes);
     m_root.start();
 }

@@ -137,6 +137,24 @@ const Screen asking(u"window-closing"_s, {880, 600}, [](Shot& shot) {
     world.life.closeWindow();
 });
 
+const Screen unheard(u"window-closing-unheard"_s, {880, 600}, [](Shot& shot) {
+    auto& world = show(shot, hunting);
+    world.database.set(u"native_notify"_s, u"0"_s);
+    world.life.closeWindow();
+});
+
+const Screen noWayBack(u"window-closing-for-good"_s, {880, 600}, [](Shot& shot) {
+    auto& world = shot.make<WindowWorld>();
+    hunting(world);
+    world.tray.isThere = false;
+    auto& life = shot.make<LifeCycle>(world.tray, world.panel, world.notifier, world.database,
+                                      LifeCycle::SecondStart::isLost);
+    auto content = world.content();
+    content[u"life"_s] = QVariant::fromValue(&life);
+    shot.show(u"Tindra.Window"_s, u"MainContent"_s, content);
+    life.closeWindow();
+});
+
 const Screen hits(u"window-hits"_s, {1120, 880}, [](Shot& shot) {
     auto& world = show(shot, hunting);
     world.root.select(RootView::Hits);

@@ -29,6 +29,12 @@ QString busName(const QString& folder) {
     return QStringLiteral(TINDRA_BUNDLE_ID ".Data") + QString::fromLatin1(hash.toHex().left(16));
 }
 
+/// Without a token of whoever the user has just pressed, Wayland lets no window come to the front.
+void keepActivationToken(const QString& token) {
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
 /// What desktops ask of an application that they can start by its name.
 class DesktopCalls final : public QDBusAbstractAdaptor {
     Q_OBJECT
@@ -52,10 +58,7 @@ public Q_SLOTS:
 
 private:
     void activate(const QVariantMap& platformData) {
-        // Without it, Wayland lets no window come to the front.
-        const QString token = platformData.value(u"activation-token"_s).toString();
-        if (!token.isEmpty())
-            qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        keepActivationToken(platformData.value(u"activation-token"_s).toString());
         m_activate();
     }
 
@@ -82,6 +85,8 @@ public Q_SLOTS:
             });
         return 0;
     }
+    /// For the command that follows.
+    Q_SCRIPTABLE Q_NOREPLY void activateWith(const QString& token) { keepActivationToken(token); }
 
 private:
     Instance::Handler m_handler;
@@ -120,9 +125,12 @@ QCoro::Task<std::optional<CommandAnswer>> DBusInstance::pass(QStringList argumen
     std::optional<CommandAnswer> answer;
     if (!m_bus.isConnected())
         co_return answer;
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(m_name, objectPath, interfaceName, u"run"_s);
-    message << arguments;
+    const auto toFirst = [this](const QString& method) {
+        return QDBusMessage::createMethodCall(m_name, objectPath, interfaceName, method);
+    };
+    if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        m_bus.send(toFirst(u"activateWith"_s) << token);
+    const QDBusMessage message = toFirst(u"run"_s) << arguments;
     QDBusPendingCallWatcher call(m_bus.asyncCall(message, noTimeout));
     QDBusServiceWatcher owner(m_name, m_bus, QDBusServiceWatcher::WatchForUnregistration);
     const OneShot<bool> end;

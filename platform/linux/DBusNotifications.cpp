@@ -8,6 +8,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QMetaMethod>
 #include <QVariantMap>
 
 using namespace Qt::StringLiterals;
@@ -30,15 +31,20 @@ QDBusMessage call(const QString& method) {
 
 DBusNotifications::DBusNotifications(QDBusConnection bus, QObject* parent)
     : NotificationCenter(parent), m_bus(std::move(bus)) {
-    m_bus.connect({}, objectPath, interfaceName, u"ActionInvoked"_s, this,
-                  SLOT(chosen(uint, QString)));
-    m_bus.connect({}, objectPath, interfaceName, u"NotificationClosed"_s, this,
-                  SLOT(closed(uint, uint)));
-    // A new service counts its notifications afresh.
+    // Of the service alone: anybody may send such signals.
+    const auto listen = [this](const QString& signal, const char* slot) {
+        m_bus.connect(interfaceName, objectPath, interfaceName, signal, this, slot);
+    };
+    listen(u"ActivationToken"_s, SLOT(tokenGiven(uint, QString)));
+    listen(u"ActionInvoked"_s, SLOT(chosen(uint, QString)));
+    listen(u"NotificationClosed"_s, SLOT(closed(uint, uint)));
     auto* owner = new QDBusServiceWatcher(interfaceName, m_bus,
                                           QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] { m_subjects.clear(); });
+    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& now) { startAfresh(now); });
 }
+
+DBusNotifications::~DBusNotifications() = default;
 
 void DBusNotifications::requestAuthorization() {
     askCapabilities();
@@ -53,8 +59,19 @@ void DBusNotifications::post(const Notification& notification) {
     askCapabilities();
 }
 
+/// Another service has abilities of its own, and counts its notifications afresh. One that has gone
+/// is not called back before there is something to show.
+void DBusNotifications::startAfresh(const QString& newService) {
+    ++m_service;
+    m_shown.clear();
+    m_abilities.reset();
+    m_question.reset();
+    if (!newService.isEmpty() || !m_waiting.isEmpty())
+        askCapabilities();
+}
+
 void DBusNotifications::askCapabilities() {
-    if (m_asking || m_abilities)
+    if (m_question || m_abilities)
         return;
     if (!m_bus.isConnected()) {
         // A call on such a connection never gets an answer, not even an error.
@@ -62,31 +79,35 @@ void DBusNotifications::askCapabilities() {
         fail({});
         return;
     }
-    m_asking = true;
-    auto* watcher = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(call(u"GetCapabilities"_s), answerTimeoutMs), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        m_asking = false;
-        const QDBusPendingReply<QStringList> reply = *watcher;
-        const auto waiting = std::exchange(m_waiting, {});
-        if (reply.isError()) {
-            fail(reply.error().message());
-        } else {
-            m_abilities = reply.value();
-            for (const Notification& notification : waiting)
-                send(notification);
-        }
-        if (pending() == 0)
-            Q_EMIT settled();
-    });
+    m_question = std::make_unique<QDBusPendingCallWatcher>(
+        m_bus.asyncCall(call(u"GetCapabilities"_s), answerTimeoutMs));
+    connect(m_question.get(), &QDBusPendingCallWatcher::finished, this,
+            &DBusNotifications::takeCapabilities);
+}
+
+void DBusNotifications::takeCapabilities() {
+    const QDBusPendingReply<QStringList> reply = *m_question;
+    // It is the sender of the signal that has led here.
+    m_question.release()->deleteLater();
+    const auto waiting = std::exchange(m_waiting, {});
+    if (reply.isError()) {
+        fail(reply.error().message());
+    } else {
+        m_abilities = reply.value();
+        for (const Notification& notification : waiting)
+            send(notification);
+    }
+    if (pending() == 0)
+        Q_EMIT settled();
 }
 
 void DBusNotifications::send(const Notification& notification) {
     // Services with body markup read "&", "<" and ">" as markup; the others show them as they are.
     const bool hasMarkup = m_abilities->contains(u"body-markup"_s);
+    // A button that nobody answers is not offered: a hunt without a window has none.
+    const bool isHeard = isSignalConnected(QMetaMethod::fromSignal(&NotificationCenter::opened));
     QStringList actions;
-    if (m_abilities->contains(u"actions"_s) && !notification.subject.isEmpty()) {
+    if (isHeard && m_abilities->contains(u"actions"_s) && !notification.subject.isEmpty()) {
         actions = {defaultAction, u"Vis i Tindra"_s};
         if (!notification.action.isEmpty())
             actions += {ownAction, notification.action};
@@ -100,34 +121,45 @@ void DBusNotifications::send(const Notification& notification) {
     ++m_sent;
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerTimeoutMs), this);
     const QString subject = actions.isEmpty() ? QString() : notification.subject;
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, subject] {
+    const auto taken = [this, watcher, subject, service = m_service] {
         watcher->deleteLater();
         --m_sent;
+        const bool isCurrent = service == m_service;
         if (watcher->isError()) {
-            // The service may have been replaced by one with other abilities.
-            m_abilities.reset();
+            if (isCurrent)
+                m_abilities.reset();
             fail(watcher->error().message());
-        } else if (!subject.isEmpty()) {
-            m_subjects.insert(QDBusPendingReply<uint>(*watcher).value(), subject);
+        } else if (isCurrent && !subject.isEmpty()) {
+            m_shown.insert(QDBusPendingReply<uint>(*watcher).value(), {subject});
         }
         if (pending() == 0)
             Q_EMIT settled();
-    });
+    };
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, taken);
+}
+
+/// Comes before the choice, where it comes at all.
+void DBusNotifications::tokenGiven(uint id, const QString& token) {
+    if (const auto one = m_shown.find(id); one != m_shown.end())
+        one->activationToken = token.toUtf8();
 }
 
 void DBusNotifications::chosen(uint id, const QString& action) {
-    const QString subject = m_subjects.value(id);
-    if (subject.isEmpty())
+    const Shown one = m_shown.value(id);
+    if (one.subject.isEmpty())
         return;
+    // For the window, or the browser.
+    if (!one.activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", one.activationToken);
     if (action == defaultAction)
-        Q_EMIT opened(subject);
+        Q_EMIT opened(one.subject);
     else if (action == ownAction)
-        Q_EMIT actionChosen(subject);
+        Q_EMIT actionChosen(one.subject);
 }
 
 /// Some services send the choice after this, but in the same breath.
 void DBusNotifications::closed(uint id, uint) {
-    QMetaObject::invokeMethod(this, [this, id] { m_subjects.remove(id); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this, id] { m_shown.remove(id); }, Qt::QueuedConnection);
 }
 
 void DBusNotifications::fail(const QString& reason) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Clock, folders, notifications and keychain, each with the real thing on a bus of their own.
+// Clock, folders, notifications, the one instance and keychain, each with the real thing on a bus
+// of their own.
 #include "core/Keychain.h"
+#include "platform/linux/DBusInstance.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxClock.h"
@@ -13,6 +15,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -137,9 +140,40 @@ private Q_SLOTS:
         QTRY_COMPARE(center.pending(), 0);
     }
 
+    void anotherServiceIsAskedAfresh() {
+        DBusNotifications center(QDBusConnection::sessionBus());
+        const QSignalSpy missing(&center, &NotificationCenter::unavailable);
+        {
+            NotificationService plain({u"body"_s});
+            center.post({u"a"_s, u"1 < 2"_s});
+            QTRY_COMPARE(plain.received.size(), 1);
+            QCOMPARE(plain.received[0].body, u"1 < 2"_s);
+            QVERIFY(center.isAvailable());
+        }
+        QTRY_VERIFY(!center.isAvailable());
+        const QStringList markup{u"body"_s, u"body-markup"_s};
+        {
+            const NotificationService second(markup);
+            // Without being asked to show anything.
+            QTRY_VERIFY(center.isAvailable());
+        }
+        QTRY_VERIFY(!center.isAvailable());
+        auto gone = std::make_unique<NotificationService>(QStringList{u"body"_s});
+        center.post({u"b"_s, u"1 < 2"_s});
+        gone.reset();
+        // What waits for the answer of one that has gone is for its successor.
+        NotificationService third(markup);
+        QTRY_COMPARE(third.received.size(), 1);
+        QCOMPARE(third.received[0].body, u"1 &lt; 2"_s);
+        QCOMPARE(missing.size(), 0);
+    }
+
     void whatIsChosenComesBackWithItsSubject() {
         NotificationService service({u"body"_s, u"actions"_s});
         DBusNotifications center(QDBusConnection::sessionBus());
+        center.post({u"ingen hører"_s, u"Oslo"_s, u"key#business"_s, u"Book på SAS"_s});
+        QTRY_COMPARE(service.received.size(), 1);
+        QCOMPARE(service.received.takeFirst().actions, QStringList());
         const QSignalSpy opened(&center, &NotificationCenter::opened);
         const QSignalSpy chosen(&center, &NotificationCenter::actionChosen);
         center.post({u"funn"_s, u"Oslo"_s, u"key#business"_s, u"Book på SAS"_s});
@@ -149,19 +183,55 @@ private Q_SLOTS:
         const QStringList actions{u"default"_s, u"Vis i Tindra"_s, u"own"_s, u"Book på SAS"_s};
         QCOMPARE(service.received[0].actions, actions);
         QCOMPARE(service.received[1].actions, QStringList());
+        // Anybody on the bus can say so, but only the service is believed.
+        const QString stranger = u"stranger"_s;
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, stranger)
+            .send(QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,
+                                             u"org.freedesktop.Notifications"_s, u"ActionInvoked"_s)
+                  << 1U << u"own"_s);
+        QDBusConnection::disconnectFromBus(stranger);
         Q_EMIT service.ActionInvoked(2, u"default"_s);
         Q_EMIT service.ActionInvoked(17, u"default"_s);
+        Q_EMIT service.ActivationToken(2, u"for another"_s);
+        Q_EMIT service.ActivationToken(1, u"token"_s);
         Q_EMIT service.ActionInvoked(1, u"default"_s);
         Q_EMIT service.ActionInvoked(1, u"own"_s);
         Q_EMIT service.NotificationClosed(1, 2);
         QTRY_COMPARE(chosen.size(), 1);
         QCOMPARE(opened, (QList<QVariantList>{{u"key#business"_s}}));
         QCOMPARE(chosen[0][0].toString(), u"key#business"_s);
+        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), "token");
+        qunsetenv("XDG_ACTIVATION_TOKEN");
         // Other programs' notifications may get the number later.
         Q_EMIT service.ActionInvoked(1, u"default"_s);
         Q_EMIT service.ActionInvoked(99, u"default"_s);
         QTest::qWait(50);
         QCOMPARE(opened.size(), 1);
+    }
+
+    void aSecondStartHandsOnItsCommandAndItsToken() {
+        const QTemporaryDir folder;
+        DBusInstance first(folder.path(), QDBusConnection::sessionBus());
+        QVERIFY(first.isFirst());
+        QByteArray token;
+        first.serve([&token](const QStringList& arguments) -> QCoro::Task<CommandAnswer> {
+            token = qgetenv("XDG_ACTIVATION_TOKEN");
+            co_return CommandAnswer{7, arguments.join(u' ').toUtf8(), u"å"_s};
+        });
+        const QString connection = u"second"_s;
+        {
+            DBusInstance second(folder.path(), QDBusConnection::connectToBus(
+                                                   QDBusConnection::SessionBus, connection));
+            QVERIFY(!second.isFirst());
+            qputenv("XDG_ACTIVATION_TOKEN", "of the launcher");
+            auto passed = second.pass({u"hunt"_s, u"--once"_s});
+            // Both live in one process here, and share what the token is handed on by.
+            qunsetenv("XDG_ACTIVATION_TOKEN");
+            QCOMPARE(**awaited(std::move(passed)), (CommandAnswer{7, "hunt --once", u"å"_s}));
+        }
+        QDBusConnection::disconnectFromBus(connection);
+        QCOMPARE(token, "of the launcher");
+        qunsetenv("XDG_ACTIVATION_TOKEN");
     }
 
     void aMissingKeychainIsMissedOnce() {

@@ -10,9 +10,11 @@ class FakeNotificationCenter final : public NotificationCenter {
     Q_OBJECT
 public:
     void requestAuthorization() override { ++authorizations; }
+    bool isAvailable() const override { return isThere; }
     void post(const Notification& notification) override { posted.append(notification); }
     int pending() const override { return 0; }
 
+    bool isThere = true;
     QList<Notification> posted;
     int authorizations = 0;
 };

@@ -43,6 +43,7 @@ public Q_SLOTS:
     }
 
 Q_SIGNALS:
+    void ActivationToken(uint id, const QString& token);
     void ActionInvoked(uint id, const QString& action);
     void NotificationClosed(uint id, uint reason);
 

@@ -4,7 +4,8 @@ import QtQuick.Layouts
 import Tindra.Theme
 
 /**
- * A question: title, message, optional content, and buttons. Escape is `cancelText`.
+ * A question: title, message, optional content, and buttons. Escape is `cancelText`. Without an
+ * `actionText` there is nothing to accept.
  * `accepted` is emitted by the action, `rejected` by everything else; both after it has closed.
  */
 TDModal {
@@ -23,7 +24,7 @@ TDModal {
 
     property bool agreed: false
     function accept() {
-        if (!actionEnabled)
+        if (!actionEnabled || actionText === "")
             return;
         agreed = true;
         close();
@@ -73,6 +74,7 @@ TDModal {
                 onClicked: dialog.close()
             }
             TDButton {
+                visible: text !== ""
                 text: dialog.actionText
                 kind: dialog.destructive ? "destructive" : "filled"
                 enabled: dialog.actionEnabled

@@ -8,8 +8,16 @@
 
 using namespace Qt::StringLiterals;
 
-LifeCycle::LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Database& database)
-    : m_tray(tray), m_notifier(notifier), m_database(database) {
+namespace {
+
+/// Set once the user knows that the hunt goes on without the window.
+const QString told = u"told_background"_s;
+
+} // namespace
+
+LifeCycle::LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Database& database,
+                     SecondStart secondStart)
+    : m_tray(tray), m_notifier(notifier), m_database(database), m_secondStart(secondStart) {
     connect(&tray, &Tray::activated, this, &LifeCycle::panelRequested);
     connect(&tray, &Tray::openChosen, this, &LifeCycle::showWindow);
     connect(&tray, &Tray::checkChosen, &panel, &MenuBarPanel::checkNow);
@@ -32,6 +40,22 @@ bool LifeCycle::hasTray() const {
     return m_tray.isAvailable();
 }
 
+QString LifeCycle::question() const {
+    if (hasTray())
+        return u"Tindra kan sjekke overvåkerne som før når vinduet er lukket. Du finner Tindra ved "
+               u"klokken; der kan du også avslutte."_s;
+    if (canHide())
+        return u"Tindra kan sjekke overvåkerne uten vindu og varsle deg som før. Start Tindra på "
+               u"nytt for å åpne vinduet igjen."_s;
+    return u"Uten vindu kan du ikke komme tilbake til Tindra her, så når vinduet lukkes, er jakten "
+           u"over."_s;
+}
+
+void LifeCycle::start(bool hidden) {
+    if (!hidden || !canHide())
+        showWindow();
+}
+
 void LifeCycle::showWindow() {
     setAsking(false);
     setWindowShown(true);
@@ -39,13 +63,15 @@ void LifeCycle::showWindow() {
 }
 
 void LifeCycle::closeWindow() {
-    if (!hasTray()) {
+    const bool isTold = m_database.isOn(told, false);
+    if (!hasTray() || (!isTold && !m_notifier.canPost())) {
+        // Nobody sees a question in a window that is minimised.
+        Q_EMIT raiseRequested();
         setAsking(true);
         return;
     }
     setWindowShown(false);
-    const QString told = u"told_background"_s;
-    if (m_database.isOn(told, false))
+    if (isTold)
         return;
     m_database.set(told, u"1"_s);
     m_notifier.post(u"Tindra jakter videre"_s,
@@ -55,6 +81,10 @@ void LifeCycle::closeWindow() {
 
 void LifeCycle::keepHunting() {
     setAsking(false);
+    if (!canHide())
+        return;
+    if (hasTray())
+        m_database.set(told, u"1"_s);
     setWindowShown(false);
 }
 

@@ -78,9 +78,9 @@ FocusScope {
     }
     TDDialog {
         id: question
-        title: "Fortsette jakten i bakgrunnen?"
-        message: "Tindra kan sjekke overvåkerne uten vindu og varsle deg som før. Start Tindra på nytt for å åpne vinduet igjen."
-        actionText: "Fortsett i bakgrunnen"
+        title: content.life.canHide ? "Fortsette jakten i bakgrunnen?" : "Avslutte jakten?"
+        message: content.life.question
+        actionText: content.life.canHide ? "Fortsett i bakgrunnen" : ""
         onAccepted: content.life.keepHunting()
         onRejected: content.life.stay()
         TDButton {

@@ -5,6 +5,7 @@
 #include "ui/window/LifeCycle.h"
 #include "ui/window/PanelPlacement.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QQuickItem>
@@ -70,25 +71,48 @@ void MainWindow::raise() {
 PanelWindow::PanelWindow(QQmlEngine& engine, const Theme& theme, const QVariantMap& properties)
     : QQuickView(&engine, nullptr) {
     setTitle(u"Tindra"_s);
-    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setResizeMode(SizeViewToRootObject);
     paintGround(*this, theme);
     setInitialProperties(properties);
     setSource(QUrl(u"qrc:/qt/qml/Tindra/Window/MenuBarPanel.qml"_s));
     if (rootObject())
         connect(rootObject(), SIGNAL(done()), this, SLOT(hidePanel()));
+    // What has changed while it was hidden is laid out when it is shown.
+    connect(this, &QWindow::heightChanged, this, [this] {
+        if (isVisible())
+            putInPlace();
+    });
 }
 
 void PanelWindow::toggle(std::optional<QPoint> place) {
+    const QScreen* on = place ? screen()->virtualSiblingAt(*place) : nullptr;
+    toggleAt(place, (on ? on : screen())->availableGeometry(), nullptr);
+}
+
+void PanelWindow::toggleIn(QWindow& window) {
+    toggleAt({}, window.geometry(), &window);
+}
+
+void PanelWindow::toggleAt(std::optional<QPoint> place, const QRect& area, QWindow* window) {
     if (isVisible()) {
         hide();
         return;
     }
-    const QScreen* on = place ? screen()->virtualSiblingAt(*place) : screen();
-    setPosition(panelPlacement(place, (on ? on : screen())->availableGeometry(), size()));
+    // On Wayland a popup of another window is all that goes where it is put; on X11 one gets no
+    // key presses.
+    const bool isPopup = window && QGuiApplication::platformName().startsWith(u"wayland");
+    setFlags((isPopup ? Qt::Popup : Qt::Tool) | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setTransientParent(window);
+    m_place = place;
+    m_area = area;
+    putInPlace();
     show();
     raise();
     requestActivate();
+}
+
+void PanelWindow::putInPlace() {
+    setPosition(panelPlacement(m_place, m_area, size()));
 }
 
 bool PanelWindow::event(QEvent* event) {

@@ -37,6 +37,8 @@ public:
 
     /// At `place` on the screen, or in a corner; hides it where it is shown already.
     void toggle(std::optional<QPoint> place);
+    /// The same in a corner of `window`, which it then belongs to.
+    void toggleIn(QWindow& window);
 
 protected:
     bool event(QEvent* event) override;
@@ -44,4 +46,12 @@ protected:
 private Q_SLOTS:
     /// The content has led elsewhere.
     void hidePanel() { hide(); }
+
+private:
+    void toggleAt(std::optional<QPoint> place, const QRect& area, QWindow* window);
+    void putInPlace();
+
+    /// Where it was asked for; its height may change while it is shown.
+    std::optional<QPoint> m_place;
+    QRect m_area;
 };

@@ -28,7 +28,7 @@ struct WindowWorld : SettingsWorld {
     OnboardingView onboarding{state, session, clock, [this] { ++loginsOpened; }};
     DashboardView dashboard{state, session};
     MenuBarPanel panel{state, worker, session, desktop, Site{}};
-    LifeCycle life{tray, panel, notifier, database};
+    LifeCycle life{tray, panel, notifier, database, LifeCycle::SecondStart::reaches};
     RootView root;
 
     void lastPollWas(int fetched, const QStringList& errors = {}) {

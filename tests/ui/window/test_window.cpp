@@ -3,8 +3,12 @@
 #include "tests/support/RawSql.h"
 #include "tests/ui/support/PageWindow.h"
 #include "tests/ui/window/WindowWorld.h"
+#include "ui/controls/Controls.h"
 #include "ui/window/PanelPlacement.h"
+#include "ui/window/Windows.h"
 
+#include <QQmlEngine>
+#include <QScreen>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -105,6 +109,25 @@ private Q_SLOTS:
         QCOMPARE(quit.size(), 1);
     }
 
+    void withoutAWayBackThereIsOnlyToStayOrQuit() {
+        WindowWorld world;
+        world.tray.isThere = false;
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+                       LifeCycle::SecondStart::isLost);
+        QVariantMap content = world.content();
+        content[u"life"_s] = QVariant::fromValue(&life);
+        life.showWindow();
+        PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, content);
+        life.closeWindow();
+        QTRY_VERIFY(page.isShown(u"Avslutte jakten?"_s));
+        QVERIFY(page.find(u"quit"_s));
+        QVERIFY(!page.isShown(u"Fortsett i bakgrunnen"_s));
+        page.key(Qt::Key_Return);
+        page.key(Qt::Key_Escape);
+        QTRY_VERIFY(!life.isAsking());
+        QVERIFY(life.isWindowShown());
+    }
+
     void theOnboardingComesFirst() {
         WindowWorld world;
         world.database.set(u"onboarded"_s, u"0"_s);
@@ -135,6 +158,38 @@ private Q_SLOTS:
         QCOMPARE(opened.size(), 1);
         world.session.setLoggedOut(false);
         QVERIFY(page.isShown(u"Ikke innlogget hos SAS — søkene får ingen data"_s));
+    }
+
+    void thePanelGrowsInItsPlace() {
+        WindowWorld world;
+        FakeAppearance appearance;
+        Theme theme(appearance);
+        QQmlEngine engine;
+        setUpEngine(engine, theme);
+        PanelWindow panel(engine, theme, {{u"panel"_s, QVariant::fromValue(&world.panel)}});
+        const QRect screen = panel.screen()->availableGeometry();
+        const QPoint icon(screen.center().x(), screen.bottom() - 10);
+        const auto isAboveTheIcon = [&] { return panel.geometry().bottom() + 9 == icon.y(); };
+        panel.toggle(icon);
+        QTRY_VERIFY(isAboveTheIcon());
+        const int low = panel.height();
+        panel.toggle(icon);
+        QVERIFY(!panel.isVisible());
+        world.addMatch();
+        panel.toggle(icon);
+        QTRY_VERIFY(panel.height() > low);
+        QTRY_VERIFY(isAboveTheIcon());
+        world.session.setLoggedOut(false);
+        const int high = panel.height();
+        QTRY_VERIFY(panel.height() > high);
+        QTRY_VERIFY(isAboveTheIcon());
+        panel.hide();
+
+        QWindow window;
+        window.setGeometry(100, 50, 600, 400);
+        panel.toggleIn(window);
+        QCOMPARE(panel.geometry().topRight(), QPoint(100 + 600 - 8 - 1, 50 + 8));
+        QCOMPARE(panel.transientParent(), &window);
     }
 
     void thePanelIsWholeAndBesideItsIcon_data() {

@@ -127,7 +127,7 @@ private Q_SLOTS:
 
     void closingTheWindowWithATrayGoesOnAndSaysSoOnce() {
         World world;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database);
+        LifeCycle& life = world.life;
         life.showWindow();
         QVERIFY(life.isWindowShown());
         life.closeWindow();
@@ -144,13 +144,60 @@ private Q_SLOTS:
         QVERIFY(life.isWindowShown());
     }
 
+    void whatCannotBeNotifiedIsAsked_data() {
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<bool>("isServiceThere");
+        QTest::newRow("switched off") << u"0"_s << true;
+        QTest::newRow("no service") << u"1"_s << false;
+    }
+    void whatCannotBeNotifiedIsAsked() {
+        QFETCH(QString, setting);
+        QFETCH(bool, isServiceThere);
+        World world;
+        world.database.set(u"native_notify"_s, setting);
+        world.center.isThere = isServiceThere;
+        world.life.showWindow();
+        world.life.closeWindow();
+        QVERIFY(world.life.isAsking());
+        QVERIFY(world.life.isWindowShown());
+        QVERIFY(world.life.question().contains(u"ved klokken"_s));
+        world.life.stay();
+        // Nobody has agreed to anything.
+        world.life.closeWindow();
+        QVERIFY(world.life.isAsking());
+        world.life.keepHunting();
+        QVERIFY(!world.life.isWindowShown());
+        world.life.showWindow();
+        world.life.closeWindow();
+        QVERIFY(!world.life.isWindowShown());
+        QVERIFY(world.center.posted.isEmpty());
+    }
+
+    void aWindowWithoutAWayBackStays() {
+        World world;
+        world.tray.isThere = false;
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+                       LifeCycle::SecondStart::isLost);
+        life.start(true);
+        QVERIFY(life.isWindowShown());
+        life.closeWindow();
+        QVERIFY(!life.question().contains(u"på nytt"_s));
+        life.keepHunting();
+        QVERIFY(life.isWindowShown());
+        world.life.start(true);
+        QVERIFY(!world.life.isWindowShown());
+    }
+
     void closingTheWindowWithoutATrayAsks() {
         World world;
         world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database);
+        LifeCycle& life = world.life;
         const QSignalSpy quit(&life, &LifeCycle::quitRequested);
         life.showWindow();
+        // The question is seen where the window was minimised, too.
+        const QSignalSpy raised(&life, &LifeCycle::raiseRequested);
         life.closeWindow();
+        QCOMPARE(raised.size(), 1);
         QVERIFY(life.isAsking());
         QVERIFY(life.isWindowShown());
         life.stay();

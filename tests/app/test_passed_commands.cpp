@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// What another process may ask of the Tindra that runs.
+#include "airline/Capture.h"
+#include "airline/LiveSession.h"
+#include "airline/SessionState.h"
+#include "app/PassedCommands.h"
+#include "app/SignIn.h"
+#include "core/Keychain.h"
+#include "platform/MemorySecretStore.h"
+#include "tests/support/AppWorld.h"
+#include "tests/support/FakeHostWindow.h"
+#include "tests/support/FakeWebView.h"
+#include "tests/support/Settled.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestPassedCommands : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void onlyWhatConcernsTheOneThatRunsIsDone_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QStringList>("done");
+        const auto row = [](const char* line, int exitCode, const QStringList& done = {}) {
+            QTest::newRow(line) << QString::fromLatin1(line).split(u' ', Qt::SkipEmptyParts)
+                                << exitCode << done;
+        };
+        row("", Hunt::roundEnded, {u"window"_s});
+        // Started with the session while it runs already: nobody has asked for the window.
+        row("--hidden", Hunt::roundEnded);
+        row("watchers pause 1", Hunt::roundEnded, {u"data"_s});
+        row("watchers list", Hunt::wrongUsage);
+        row("hits --json", Hunt::wrongUsage);
+        row("backup /tmp/other", Hunt::wrongUsage);
+        row("restore /tmp/other", Hunt::wrongUsage);
+        row("--help", Hunt::wrongUsage);
+        row("fly", Hunt::wrongUsage);
+        row("hunt --once --picture x.png", Hunt::cannotStart);
+    }
+
+    void onlyWhatConcernsTheOneThatRunsIsDone() {
+        QFETCH(QStringList, arguments);
+        AppWorld world;
+        SessionState session;
+        FakeWebView view;
+        FakeHostWindow hostWindow;
+        MemorySecretStore secrets;
+        Keychain keychain{secrets};
+        Capture capture{view, world.clock, Site{}};
+        LiveSession live{view,     hostWindow, world.clock, world.database,
+                         keychain, session,    capture,     Site{}};
+        SignIn signIn{live.window(), session,      world.database,
+                      world.airline, world.worker, world.clock};
+        QStringList done;
+        PassedCommands commands([](bool, const Hunt::Output&) { return std::unique_ptr<Hunt>(); },
+                                [&done](const DataCommand&) {
+                                    done.append(u"data"_s);
+                                    return CommandAnswer{};
+                                },
+                                [&done] {
+                                    done.append(u"window"_s);
+                                    return QString();
+                                },
+                                signIn, world.worker, world.clock);
+        const auto answer = awaited(commands.run(arguments));
+        QVERIFY(answer);
+        QTEST(answer->exitCode, "exitCode");
+        QTEST(done, "done");
+        QCOMPARE(answer->err.isEmpty(), answer->exitCode == Hunt::roundEnded);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPassedCommands)
+#include "test_passed_commands.moc"
