@@ -25,9 +25,15 @@ bool syncToDisk(const QString& path) {
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return false;
-    const bool isSynced = ::fsync(file) == 0;
+    if (::fsync(file) == 0) {
+        ::close(file);
+        return true;
+    }
+    // What is told is why this failed.
+    const int reason = errno;
     ::close(file);
-    return isSynced;
+    errno = reason;
+    return false;
 }
 
 /// An empty file that only its owner may read, which SQLite then fills.
