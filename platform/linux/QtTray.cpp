@@ -29,7 +29,9 @@ using XcbReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
 /// Whether somebody owns the selection that the first screen's tray has to own.
 bool hasX11Tray() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    // Offscreen drawing has an X11 interface too, but no connection behind it.
+    const auto* x11 =
+        isOnX11() ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     if (!x11)
         return false;
     xcb_connection_t* display = x11->connection();
