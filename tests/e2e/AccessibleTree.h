@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QList>
 #include <QProcess>
 #include <QRect>
@@ -44,6 +45,7 @@ private:
         QString service;
         QString path;
     };
+    QDBusMessage answer(const QDBusMessage& call) const;
     QVariant ask(const Node& node, const QString& method) const;
     QVariant property(const Node& node, const QString& name) const;
     QList<Node> children(const Node& node) const;

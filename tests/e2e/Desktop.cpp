@@ -11,7 +11,10 @@ namespace {
 constexpr int momentMs = 300;
 
 void xdotool(const QStringList& arguments) {
-    QProcess::execute(u"xdotool"_s, arguments);
+    QProcess tool;
+    tool.start(u"xdotool"_s, arguments);
+    if (!tool.waitForFinished(10000))
+        qWarning("xdotool does not end");
     QTest::qWait(momentMs);
 }
 
