@@ -43,9 +43,8 @@ std::string dataFolder() {
 
 template<typename Number>
 bool read(std::string_view text, Number least, Number most, Number& into) {
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, into);
-    return error == std::errc() && stop == end && into >= least && into <= most;
+    const auto [stop, error] = std::from_chars(text.begin(), text.end(), into);
+    return error == std::errc() && stop == text.end() && into >= least && into <= most;
 }
 
 enum Code { Port = 1, Listen, Data, Store, Rate, Proxy, Local, Help, Version };
