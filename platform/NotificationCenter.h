@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 /// All texts are plain; line feeds in the body are line breaks.
 struct Notification {
     QString title;
@@ -27,9 +29,12 @@ public:
     virtual void requestAuthorization() = 0;
     /// Whether the desktop is known to show notifications now; false until it has answered.
     virtual bool isAvailable() const = 0;
+    /// Told in a later turn whether the desktop has taken a notification.
+    using Answer = std::function<void(bool isTaken)>;
+
     /// Shows one notification at once, with the default sound. What can be done about it is offered
     /// where the desktop can, and somebody listens to `opened`.
-    virtual void post(const Notification& notification) = 0;
+    virtual void post(const Notification& notification, Answer answer = {}) = 0;
     /// Notifications that the desktop has not taken yet.
     virtual int pending() const = 0;
 

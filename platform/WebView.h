@@ -27,6 +27,13 @@ struct ScriptMessage {
 class WebView : public QObject {
     Q_OBJECT
 public:
+    enum class LoadFailure {
+        /// The host was not found or could not be reached, or the connection broke.
+        unreachable,
+        /// The host answers, but not with a page: redirects without end, for instance.
+        unusable,
+    };
+
     using QObject::QObject;
 
     /// Switches the engine's tracking prevention off; false when it has no such switch.
@@ -63,9 +70,11 @@ Q_SIGNALS:
     void scriptMessage(const ScriptMessage& message);
     /// A navigation of the main frame began, or was redirected by a server; `url` is where to.
     void navigating(const QUrl& url);
-    /// A page of the main frame could not be fetched: its host was not found or could not be
-    /// reached, or the connection broke. Not for a load that was given up or led nowhere.
-    void loadFailed();
+    /// A page of the main frame has begun to replace the one before it. `status` is HTTP's, 0 for a
+    /// page of another kind; `retryAfter` is the header of that name, mostly empty.
+    void pageArrived(const QUrl& url, int status, const QString& retryAfter);
+    /// A page of the main frame could not be fetched. Not for a load that was given up.
+    void loadFailed(WebView::LoadFailure failure);
     /// The process that runs the page has died. The next load starts a new one.
     void webProcessTerminated();
 };

@@ -50,13 +50,22 @@ void DBusNotifications::requestAuthorization() {
     askCapabilities();
 }
 
-void DBusNotifications::post(const Notification& notification) {
+void DBusNotifications::post(const Notification& notification, Answer answer) {
     if (m_abilities) {
-        send(notification);
+        send(notification, answer);
         return;
     }
-    m_waiting.append(notification);
+    m_waiting.append({notification, std::move(answer)});
     askCapabilities();
+}
+
+void DBusNotifications::dropWaiting() {
+    const auto dropped = std::exchange(m_waiting, {});
+    for (const Waiting& one : dropped) {
+        if (one.answer)
+            QMetaObject::invokeMethod(
+                this, [answer = one.answer] { answer(false); }, Qt::QueuedConnection);
+    }
 }
 
 /// Another service has abilities of its own, and counts its notifications afresh. One that has gone
@@ -75,7 +84,7 @@ void DBusNotifications::askCapabilities() {
         return;
     if (!m_bus.isConnected()) {
         // A call on such a connection never gets an answer, not even an error.
-        m_waiting.clear();
+        dropWaiting();
         fail({});
         return;
     }
@@ -89,19 +98,20 @@ void DBusNotifications::takeCapabilities() {
     const QDBusPendingReply<QStringList> reply = *m_question;
     // It is the sender of the signal that has led here.
     m_question.release()->deleteLater();
-    const auto waiting = std::exchange(m_waiting, {});
     if (reply.isError()) {
+        dropWaiting();
         fail(reply.error().message());
     } else {
         m_abilities = reply.value();
-        for (const Notification& notification : waiting)
-            send(notification);
+        const auto waiting = std::exchange(m_waiting, {});
+        for (const Waiting& one : waiting)
+            send(one.notification, one.answer);
     }
     if (pending() == 0)
         Q_EMIT settled();
 }
 
-void DBusNotifications::send(const Notification& notification) {
+void DBusNotifications::send(const Notification& notification, const Answer& answer) {
     // Services with body markup read "&", "<" and ">" as markup; the others show them as they are.
     const bool hasMarkup = m_abilities->contains(u"body-markup"_s);
     // A button that nobody answers is not offered: a hunt without a window has none.
@@ -121,9 +131,11 @@ void DBusNotifications::send(const Notification& notification) {
     ++m_sent;
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerTimeoutMs), this);
     const QString subject = actions.isEmpty() ? QString() : notification.subject;
-    const auto taken = [this, watcher, subject, service = m_service] {
+    const auto taken = [this, watcher, subject, answer, service = m_service] {
         watcher->deleteLater();
         --m_sent;
+        if (answer)
+            answer(!watcher->isError());
         const bool isCurrent = service == m_service;
         if (watcher->isError()) {
             if (isCurrent)

@@ -24,7 +24,7 @@ public:
     /// notification does not have to.
     void requestAuthorization() override;
     bool isAvailable() const override { return m_abilities.has_value(); }
-    void post(const Notification& notification) override;
+    void post(const Notification& notification, Answer answer = {}) override;
 
     int pending() const override { return static_cast<int>(m_waiting.size()) + m_sent; }
 
@@ -34,6 +34,11 @@ private Q_SLOTS:
     void closed(uint id, uint reason);
 
 private:
+    /// A notification that the service has not got yet.
+    struct Waiting {
+        Notification notification;
+        Answer answer;
+    };
     /// A notification that is on the screen.
     struct Shown {
         QString subject;
@@ -44,7 +49,8 @@ private:
     void startAfresh(const QString& newService);
     void askCapabilities();
     void takeCapabilities();
-    void send(const Notification& notification);
+    void send(const Notification& notification, const Answer& answer);
+    void dropWaiting();
     void fail(const QString& reason);
 
     QDBusConnection m_bus;
@@ -55,7 +61,7 @@ private:
     /// Which of the services that have come and gone this is.
     int m_service = 0;
     bool m_reported = false;
-    QList<Notification> m_waiting;
+    QList<Waiting> m_waiting;
     /// By the service's number, those that lead somewhere.
     QHash<uint, Shown> m_shown;
     int m_sent = 0;

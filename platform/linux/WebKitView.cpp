@@ -132,6 +132,9 @@ struct WebKitView::Private {
     /// `load` was called, and its page has not arrived; `hasStarted` when it is on its way.
     bool isLoadAsked = false;
     bool hasStarted = false;
+    /// Of the main frame's last response.
+    int status = 0;
+    QString retryAfter;
     /// A dialog of the page that is on the screen.
     WebKitScriptDialog* dialog = nullptr;
     QList<GtkWidget*> popups;
@@ -141,32 +144,59 @@ struct WebKitView::Private {
     explicit Private(Clock& itsClock) : clock(itsClock) {}
 
     static void loadChanged(WebKitWebView* web, WebKitLoadEvent event, gpointer self) {
-        static_cast<WebKitView*>(self)->d->followDocument(event);
+        auto* view = static_cast<WebKitView*>(self);
+        const bool hasArrived = view->d->followDocument(event);
         if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED)
-            Q_EMIT static_cast<WebKitView*>(self)->navigating(
-                QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
+            Q_EMIT view->navigating(QUrl(QString::fromUtf8(webkit_web_view_get_uri(web))));
+        else if (hasArrived)
+            Q_EMIT view->pageArrived(view->d->document, std::exchange(view->d->status, 0),
+                                     std::exchange(view->d->retryAfter, {}));
     }
 
     /// The engine's own page about the failure follows, for whoever has the view on the screen.
     static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
                                gpointer self) {
-        // Others are loads that were given up or refused, and redirects without end.
-        if (error->domain == G_IO_ERROR || error->domain == G_RESOLVER_ERROR ||
-            error->domain == G_TLS_ERROR)
-            Q_EMIT static_cast<WebKitView*>(self)->loadFailed();
+        auto* view = static_cast<WebKitView*>(self);
+        if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
+            error->domain == WEBKIT_POLICY_ERROR)
+            return FALSE;
+        const bool isUnreachable = error->domain == G_IO_ERROR ||
+                                   error->domain == G_RESOLVER_ERROR ||
+                                   error->domain == G_TLS_ERROR;
+        Q_EMIT view->loadFailed(isUnreachable ? LoadFailure::unreachable : LoadFailure::unusable);
         return FALSE;
     }
 
-    /// Keeps `document` true. What is committed before the load that was asked for has started is
-    /// an older page's.
-    void followDocument(WebKitLoadEvent event) {
+    /// The response comes before its page does.
+    static gboolean noteResponse(WebKitWebView*, WebKitPolicyDecision* decision,
+                                 WebKitPolicyDecisionType type, gpointer self) {
+        if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE)
+            return FALSE;
+        auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+        if (!webkit_response_policy_decision_is_main_frame_main_resource(reply))
+            return FALSE;
+        auto& d = *static_cast<WebKitView*>(self)->d;
+        WebKitURIResponse* response = webkit_response_policy_decision_get_response(reply);
+        d.status = static_cast<int>(webkit_uri_response_get_status_code(response));
+        SoupMessageHeaders* headers = webkit_uri_response_get_http_headers(response);
+        const char* header =
+            headers ? soup_message_headers_get_one(headers, "Retry-After") : nullptr;
+        d.retryAfter = QString::fromUtf8(header);
+        return FALSE;
+    }
+
+    /// Keeps `document` true, and says whether it has come. What is committed before the load that
+    /// was asked for has started is an older page's.
+    bool followDocument(WebKitLoadEvent event) {
         if (event == WEBKIT_LOAD_STARTED || event == WEBKIT_LOAD_REDIRECTED) {
             hasStarted = true;
             document = QUrl();
         } else if (event == WEBKIT_LOAD_COMMITTED && (!isLoadAsked || hasStarted)) {
             isLoadAsked = false;
             document = QUrl(QString::fromUtf8(webkit_web_view_get_uri(web.get())));
+            return true;
         }
+        return false;
     }
 
     void forgetDialog() {
@@ -256,6 +286,7 @@ WebKitView::WebKitView(WebKitWebContext* context, WebKitUserContentFilterStore* 
                      this);
     g_signal_connect(d->web.get(), "script-dialog", G_CALLBACK(Private::answerDialog), this);
     g_signal_connect(d->web.get(), "create", G_CALLBACK(Private::openPopup), this);
+    g_signal_connect(d->web.get(), "decide-policy", G_CALLBACK(Private::noteResponse), this);
     refuseRequests(d->web.get());
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeWebView.h"
 
+#include "airline/PageScripts.h"
+
 #include <QRegularExpression>
 #include <QTest>
 
@@ -20,8 +22,22 @@ QByteArray FakeWebView::word() const {
     return argument.match(scripts.value(0)).captured(1).toLatin1();
 }
 
-void FakeWebView::sendFromHook(const QString& url, const QByteArray& body) {
-    send({u"sniff"_s, true, {{u"url"_s, url.toUtf8()}, {u"body"_s, body}, {u"word"_s, word()}}});
+void FakeWebView::arrive(int status, const QString& retryAfter, const QUrl& at) {
+    const QUrl url = at.isEmpty() ? loaded.last() : at;
+    QMetaObject::invokeMethod(
+        this, [this, url, status, retryAfter] { Q_EMIT pageArrived(url, status, retryAfter); },
+        Qt::QueuedConnection);
+}
+
+void FakeWebView::sendFromHook(const QString& url, const QByteArray& body, int status,
+                               const QString& retryAfter) {
+    send({u"sniff"_s,
+          true,
+          {{u"url"_s, url.toUtf8()},
+           {u"status"_s, QByteArray::number(status)},
+           {u"retryAfter"_s, retryAfter.toUtf8()},
+           {u"body"_s, body},
+           {u"word"_s, word()}}});
 }
 
 void FakeWebView::send(const ScriptMessage& message) {
@@ -30,6 +46,11 @@ void FakeWebView::send(const ScriptMessage& message) {
 }
 
 QCoro::Task<std::optional<QString>> FakeWebView::evaluate(QString script) {
+    static const QByteArray pageState = PageScripts::resource(u"page-state.js"_s);
+    if (script.contains(QString::fromUtf8(pageState).trimmed())) {
+        co_await nextTurn();
+        co_return shown;
+    }
     evaluated.append(script);
     co_await nextTurn();
     if (!page) {

@@ -26,14 +26,19 @@ public:
     QCoro::Task<std::optional<QString>> evaluate(QString script) override;
     CookieStore& cookies() override { return store; }
 
+    /// A page arrives, in a later turn of the event loop; by default the one last asked for.
+    void arrive(int status = 200, const QString& retryAfter = {}, const QUrl& at = {});
     /// A message as the hook sends it, in a later turn of the event loop.
-    void sendFromHook(const QString& url, const QByteArray& body);
+    void sendFromHook(const QString& url, const QByteArray& body, int status = 200,
+                      const QString& retryAfter = {});
     /// A message as any page could send it.
     void send(const ScriptMessage& message);
     /// The word that the hook was given.
     QByteArray word() const;
 
-    /// What a page answers to a script; a script without it fails the test.
+    /// What a search page that asked for nothing shows.
+    QString shown = QStringLiteral("page Bestill");
+    /// What a page answers to other scripts; such a script without it fails the test.
     std::function<std::optional<QString>(const QString& script)> page;
     /// Where redirects and forms have led, when that is not the page last loaded.
     QUrl current;
