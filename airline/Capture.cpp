@@ -3,15 +3,28 @@
 
 #include "airline/PageScripts.h"
 #include "airline/SAS.h"
-#include "platform/WebView.h"
+#include "airline/Verdict.h"
 
+#include <QPointer>
 #include <QRandomGenerator>
 
 #include <array>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+using Kind = Outcome::Kind;
+
+/// A page that got an error asks again within this time, if at all, and one whose request broke
+/// takes longer to notice.
+constexpr auto timeForAnotherTry = 3s;
+constexpr auto timeAfterBrokenRequest = 10s;
+/// A challenge that lets browsers through does so within this time.
+constexpr auto timeForAnotherPage = 10s;
+/// How often a page that has asked for nothing yet is looked at.
+constexpr auto betweenLooks = 8s;
 
 QByteArray randomWord() {
     std::array<quint32, 4> numbers{};
@@ -19,10 +32,18 @@ QByteArray randomWord() {
     return QByteArray(reinterpret_cast<const char*>(numbers.data()), sizeof numbers).toHex();
 }
 
+bool isIn(const QString& host, const QString& parent) {
+    return !parent.isEmpty() && (host == parent || host.endsWith(u'.' + parent));
+}
+
 } // namespace
 
 Capture::Capture(WebView& view, Clock& clock, Site site)
-    : m_view(view), m_clock(clock), m_site(std::move(site)), m_word(randomWord()) {
+    : m_view(view)
+    , m_clock(clock)
+    , m_site(std::move(site))
+    , m_parser(m_site)
+    , m_word(randomWord()) {
     view.addUserScript(
         PageScripts::call(u"capture-hook.js"_s, {PageScripts::jsString(QString::fromLatin1(m_word)),
                                                  QString::number(largestBody)}),
@@ -30,32 +51,61 @@ Capture::Capture(WebView& view, Clock& clock, Site site)
     view.setContentRules(
         PageScripts::resource(u"content-rules.json"_s)
             .replace("%SITE_HOST%", QUrl(m_site.origin).host().replace(u'.', u"\\\\."_s).toUtf8()));
-    view.addMessageHandler(u"sniff"_s, {u"url"_s, u"body"_s, u"word"_s});
+    view.addMessageHandler(u"sniff"_s,
+                           {u"url"_s, u"status"_s, u"retryAfter"_s, u"body"_s, u"word"_s});
     connect(&view, &WebView::scriptMessage, this, &Capture::receive);
+    connect(&view, &WebView::pageArrived, this, &Capture::takePage);
     // Nothing can come any more, and the time-out would be a minute away.
-    connect(&view, &WebView::webProcessTerminated, this, &Capture::end);
-    connect(&view, &WebView::loadFailed, this, &Capture::end);
+    connect(&view, &WebView::webProcessTerminated, this, [this] { conclude(Kind::failed); });
+    connect(&view, &WebView::loadFailed, this, [this](WebView::LoadFailure failure) {
+        conclude(failure == WebView::LoadFailure::unreachable ? Kind::unreachable : Kind::failed);
+    });
 }
 
 Capture::~Capture() {
     end();
 }
 
-QCoro::Task<Capture::Body> Capture::capture(QString origin, QString dest, QString outDate,
-                                            bool award, std::chrono::milliseconds timeout) {
+QCoro::Task<std::optional<Outcome>> Capture::capture(Leg leg, std::chrono::milliseconds timeout) {
     end();
-    m_leg = Leg{origin, dest, outDate, award};
-    const OneShot<Body> pending;
+    m_leg = leg;
+    ++m_number;
+    const OneShot<std::optional<Outcome>> pending;
     m_pending = pending;
-    m_view.load(pageOf(*m_leg));
-    m_timeout = m_clock.after(timeout, [this] { end(); });
-    co_return co_await pending;
+    m_view.load(pageOf(leg));
+    m_timeout = m_clock.after(timeout, [this] { giveUp(); });
+    auto outcome = co_await pending;
+    co_return outcome;
 }
 
 void Capture::end() {
+    conclude(std::nullopt);
+}
+
+void Capture::conclude(Kind kind) {
+    if (m_leg)
+        conclude(Outcome{kind});
+}
+
+void Capture::conclude(std::optional<Outcome> outcome) {
     m_timeout.reset();
+    m_holding.reset();
+    m_nextLook.reset();
+    m_held.reset();
     m_leg.reset();
-    m_pending.resolve(std::nullopt);
+    m_hasPage = false;
+    m_pending.resolve(std::move(outcome));
+}
+
+void Capture::hold(Outcome outcome, std::chrono::milliseconds time) {
+    m_held = std::move(outcome);
+    m_holding = m_clock.after(time, [this] { giveUp(); });
+}
+
+/// A connection that hangs, as where packets are dropped, shows itself by a page that never comes.
+void Capture::giveUp() {
+    conclude(m_held ? std::exchange(m_held, std::nullopt).value()
+                    : Outcome{m_hasPage ? Kind::silent : Kind::unreachable});
 }
 
 void Capture::receive(const ScriptMessage& message) {
@@ -66,16 +116,57 @@ void Capture::receive(const ScriptMessage& message) {
     if (body == message.texts.constEnd())
         return;
     const QString url = QString::fromUtf8(message.texts.value(u"url"_s));
-    const auto matches = m_leg->award ? SAS::awardURLMatches : SAS::offersURLMatches;
-    if (!matches(url, m_leg->origin, m_leg->dest, m_leg->outDate))
+    const auto matches = m_leg->flow == Flow::award ? SAS::awardURLMatches : SAS::offersURLMatches;
+    if (!matches(url, m_leg->origin, m_leg->destination, m_leg->date.toString(u"yyyyMMdd"_s)))
         return;
-    m_timeout.reset();
-    m_leg.reset();
-    m_pending.resolve(body->size() > largestBody ? QByteArray() : *body);
+    const Verdict::Response response{
+        message.texts.value(u"status"_s).toInt(),
+        QString::fromUtf8(message.texts.value(u"retryAfter"_s)).left(100), *body};
+    Outcome outcome = Verdict::ofResponse(response, *m_leg, m_parser);
+    if (outcome.kind == Kind::answer)
+        conclude(std::move(outcome));
+    else
+        hold(std::move(outcome), response.status == 0 ? timeAfterBrokenRequest : timeForAnotherTry);
+}
+
+void Capture::takePage(const QUrl& url, int status, const QString& retryAfter) {
+    // What was there before may still arrive.
+    if (!m_leg || url.scheme() == u"about")
+        return;
+    m_hasPage = true;
+    m_held.reset();
+    m_holding.reset();
+    const QString host = url.host().toLower();
+    if (isIn(host, m_site.identityHost)) {
+        conclude(Kind::signedOut);
+        return;
+    }
+    if (auto outcome = Verdict::ofPage(status, retryAfter.left(100)))
+        hold(std::move(*outcome), timeForAnotherPage);
+    lookLater();
+}
+
+void Capture::lookLater() {
+    m_nextLook = m_clock.after(betweenLooks, [this] { lookAtPage(); });
+}
+
+QCoro::Task<> Capture::lookAtPage() {
+    const QPointer self(this);
+    const int number = m_number;
+    const auto state = co_await m_view.evaluate(PageScripts::call(u"page-state.js"_s, {}));
+    if (!self || number != m_number || !m_leg)
+        co_return;
+    if (state == u"form"_s)
+        conclude(Kind::signedOut);
+    else if (state && Verdict::saysRefused(*state))
+        conclude(Kind::refused);
+    else
+        lookLater();
 }
 
 QUrl Capture::pageOf(const Leg& leg) const {
-    return QUrl(leg.award
-                    ? SAS::awardURL(m_site, leg.origin, leg.dest, SAS::dashedDate(leg.outDate))
-                    : SAS::bookingURL(m_site, leg.origin, leg.dest, leg.outDate));
+    const QString date = leg.date.toString(Qt::ISODate);
+    return QUrl(leg.flow == Flow::award
+                    ? SAS::awardURL(m_site, leg.origin, leg.destination, date)
+                    : SAS::bookingURL(m_site, leg.origin, leg.destination, date));
 }

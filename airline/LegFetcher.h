@@ -1,34 +1,39 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "airline/FetchedLegs.h"
+#include "airline/Leg.h"
+#include "airline/Outcome.h"
 #include "airline/SASLoginStatus.h"
 
 #include <QCoroTask>
 
 #include <functional>
+#include <optional>
 
-/// Who looks up fares for the poll worker.
+/// Who looks up fares for the poll worker: between `prepare` and `rest`, one leg at a time.
 class LegFetcher {
 public:
-    /// Asked before every date; true ends the batch.
-    using AbortQuestion = std::function<bool()>;
-    /// Told a label and a date: what is being fetched, or why it waits (with an empty date).
-    using Progress = std::function<void(const QString& label, const QString& date)>;
+    /// Told what is being done beside looking, or why it waits, in Norwegian.
+    using Progress = std::function<void(const QString& label)>;
 
-    /// The label of a batch that waits for the sign-in window to close.
+    /// The label while the sign-in window is waited for.
     static QString waitingLabel() { return QStringLiteral("venter på innlogging"); }
 
     virtual ~LegFetcher() = default;
 
     virtual SASLoginStatus loginStatus() const = 0;
-    /// The site could not be reached when it was last asked, and is not known to be back. What the
-    /// session is like cannot be told from that.
-    virtual bool isSiteUnreachable() const = 0;
-    /// Confirms or renews the session; afterwards `loginStatus` tells whether it lives.
-    virtual QCoro::Task<> verifyLogin() = 0;
-    /// Looks up every date of every group, in order; `award` selects the flow that also prices
-    /// partner flights. Never fails: it returns what it has when it is cut short.
-    virtual QCoro::Task<FetchedLegs> fetchLegs(QList<LegGroup> legs, bool award,
-                                               AbortQuestion shouldAbort, Progress progress) = 0;
+    /// Until when the site has asked to be left alone; absent when it may be asked.
+    virtual std::optional<Instant> refusedUntil() const = 0;
+    /// Confirms or renews the session; afterwards `loginStatus` tells whether it lives. The answer
+    /// is what became of the last look, absent when there was none to make or it was cut short.
+    virtual QCoro::Task<std::optional<Outcome::Kind>> verifyLogin() = 0;
+    virtual bool isVerifying() const = 0;
+    /// Gets ready for the legs of one watcher: waits until nobody signs in, and renews a session
+    /// that has grown old.
+    virtual QCoro::Task<> prepare(Progress progress) = 0;
+    /// Looks one leg up, and tries to renew the session when that is the trouble. Absent when the
+    /// user has opened the sign-in window.
+    virtual QCoro::Task<std::optional<Outcome>> fetchLeg(Leg leg, Progress progress) = 0;
+    /// Nothing will be looked up for a while.
+    virtual void rest() = 0;
 };

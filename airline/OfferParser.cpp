@@ -405,8 +405,11 @@ std::optional<QList<Fare>> OfferParser::parseOffers(const QByteArray& body, cons
     const auto root = m_buffers->root(body);
     if (!root)
         return std::nullopt;
+    const auto flights = member(*root, "outboundFlights");
+    if (!flights || !object(*flights))
+        return std::nullopt;
     QList<Fare> fares;
-    eachObjectMember(member(*root, "outboundFlights"), [&](std::string_view, dom::object flight) {
+    eachObjectMember(flights, [&](std::string_view, dom::object flight) {
         fares.append(ordinaryFare(flight, m_site, origin, dest));
     });
     return fares;
@@ -421,7 +424,7 @@ OfferParser::parseAwardOffers(const QByteArray& body, const QString& origin, con
     dom::array flights;
     const auto list = member(*root, "outboundFlights");
     if (!list || list->get(flights))
-        return fares;
+        return std::nullopt;
     for (const dom::element entry : flights) {
         const auto flight = object(entry);
         if (!flight)
@@ -430,4 +433,9 @@ OfferParser::parseAwardOffers(const QByteArray& body, const QString& origin, con
             fares.append(std::move(*fare));
     }
     return fares;
+}
+
+std::optional<QList<Fare>> OfferParser::parse(const QByteArray& body, const Leg& leg) {
+    return leg.flow == Flow::award ? parseAwardOffers(body, leg.origin, leg.destination)
+                                   : parseOffers(body, leg.origin, leg.destination);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "airline/Fare.h"
-#include "airline/FetchedLegs.h"
+#include "airline/Leg.h"
 #include "airline/Site.h"
 
 #include <QByteArray>
@@ -10,6 +10,9 @@
 
 #include <memory>
 #include <optional>
+
+/// Bodies above this many bytes are not read.
+inline constexpr qsizetype largestBody = 16 * 1024 * 1024;
 
 /// Reads the two kinds of offer responses. Bytes in, values out; it keeps only its buffers between
 /// calls, and the answers depend on nothing but the arguments.
@@ -26,13 +29,16 @@ public:
     /// The fares of an ordinary response, in no particular order, one for every flight object,
     /// also without any award seat. `origin` and `dest` stand in for codes that a flight lacks.
     /// Absent when the body is not a JSON object in valid UTF-8, is nested more than 1,024 deep, is
-    /// larger than `largestBody`, or holds a number that no double can; an object without flights
-    /// gives an empty list.
+    /// larger than `largestBody`, holds a number that no double can, or has no `outboundFlights` of
+    /// the response's own shape: an error is no answer without flights.
     std::optional<QList<Fare>> parseOffers(const QByteArray& body, const QString& origin,
                                            const QString& dest);
     /// The same for an award response, whose sold-out flights are left out.
     std::optional<QList<Fare>> parseAwardOffers(const QByteArray& body, const QString& origin,
                                                 const QString& dest);
+
+    /// The one of the two that reads answers of the leg's flow.
+    std::optional<QList<Fare>> parse(const QByteArray& body, const Leg& leg);
 
 private:
     struct Buffers;

@@ -158,21 +158,16 @@ QMap<QString, int> matchingCabins(const Fare& fare, const CabinSet& wanted, int 
     return cabins;
 }
 
-QStringList expandDates(const QString& from, const QString& to, int cap) {
+QList<QDate> expandDates(const QString& from, const QString& to, QDate earliest, int cap) {
     const auto first = DateFmt::parseIso(from);
     if (!first)
         return {};
     const QDate last = std::max(*first, DateFmt::parseIso(to).value_or(*first));
-    QStringList dates;
-    for (QDate date = *first; date <= last && dates.size() < cap; date = date.addDays(1))
-        dates.append(date.toString(u"yyyyMMdd"_s));
+    QList<QDate> dates;
+    for (QDate date = std::max(*first, earliest); date <= last && dates.size() < cap;
+         date = date.addDays(1))
+        dates.append(date);
     return dates;
-}
-
-QString dashedDate(const QString& compact) {
-    if (compact.size() != 8)
-        return compact;
-    return compact.left(4) + u'-' + compact.mid(4, 2) + u'-' + compact.mid(6);
 }
 
 int durationMinutes(const std::optional<QString>& startGmt, const std::optional<QString>& endGmt,

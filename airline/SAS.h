@@ -55,12 +55,10 @@ bool awardURLMatches(const QString& url, const QString& origin, const QString& d
 QMap<QString, int> matchingCabins(const Fare& fare, const CabinSet& wanted, int minSeats,
                                   int maxStops);
 
-/// The dates from `from` to `to` (both "yyyy-MM-dd"), ascending, as "yyyyMMdd", at most `cap`.
-/// None when `from` is not a date; only `from` when `to` is not a date or lies before it.
-QStringList expandDates(const QString& from, const QString& to, int cap);
-
-/// "yyyyMMdd" as "yyyy-MM-dd"; any text that is not 8 characters long is kept.
-QString dashedDate(const QString& compact);
+/// The dates from `from` to `to` (both "yyyy-MM-dd"), ascending, at most `cap` of those from
+/// `earliest` on. None when `from` is not a date; only `from` when `to` is not a date or lies
+/// before it.
+QList<QDate> expandDates(const QString& from, const QString& to, QDate earliest, int cap);
 
 /// Travel time in minutes, from two instants such as "2025-03-01T10:15:00.000Z", else from a text
 /// of hours and minutes such as "13:05". 0 when unknown, or not between 1 minute and 48 hours.

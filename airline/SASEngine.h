@@ -3,7 +3,10 @@
 
 #include "airline/Capture.h"
 #include "airline/LegFetcher.h"
+#include "airline/Lookup.h"
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
+#include "airline/Strikes.h"
 
 class Database;
 class Keychain;
@@ -14,35 +17,33 @@ class SessionKeeper;
 class SASEngine : public QObject, public LegFetcher {
     Q_OBJECT
 public:
-    /// Everything must outlive the engine. Without a `keeper` the session is never renewed.
+    /// All must outlive the engine.
     SASEngine(WebView& view, Clock& clock, Database& database, Keychain& keychain,
-              SessionState& state, Capture& capture, SessionKeeper* keeper);
+              SessionState& state, StandBack& standBack, Capture& capture, SessionKeeper& keeper);
 
     /// Asked by `verifyLogin`, which stands back while a poll round runs.
     void setRoundQuestion(std::function<bool()> roundIsRunning);
 
     SASLoginStatus loginStatus() const override { return m_state.loginStatus(); }
-    bool isSiteUnreachable() const override { return m_state.isSiteUnreachable(); }
-    QCoro::Task<> verifyLogin() override;
-    QCoro::Task<FetchedLegs> fetchLegs(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
-                                       Progress progress) override;
+    std::optional<Instant> refusedUntil() const override { return m_standBack.until(); }
+    QCoro::Task<std::optional<Outcome::Kind>> verifyLogin() override;
+    bool isVerifying() const override { return m_probing; }
+    QCoro::Task<> prepare(Progress progress) override;
+    QCoro::Task<std::optional<Outcome>> fetchLeg(Leg leg, Progress progress) override;
+    /// Leaves the last page, whose scripts would run on at full speed, and saves the session.
+    void rest() override;
 
-    /// One real lookup of tomorrow's flights from Oslo to Copenhagen; true when it gave an answer.
-    QCoro::Task<bool> probeLogin();
+    /// One real lookup of tomorrow's flights from Oslo to Copenhagen.
+    QCoro::Task<std::optional<Outcome>> probeLogin();
     /// Renews the session unless it was renewed less than six hours ago.
     QCoro::Task<> refreshSessionIfStale();
 
 private:
-    QCoro::Task<> verify();
-    QCoro::Task<bool> confirm(bool isRenewed);
-    QCoro::Task<Capture::Body> lookUp(QString origin, QString dest, QString outDate, bool award,
-                                      std::chrono::milliseconds timeout);
-    bool hasLostContact();
-    QCoro::Task<> reportLoggedOut();
+    QCoro::Task<std::optional<Outcome::Kind>> verify();
+    QCoro::Task<std::optional<Outcome::Kind>> renewAndProbe(Outcome::Kind before);
+    QCoro::Task<std::optional<Outcome>> afterStrikes(Leg leg, Outcome last, Progress progress);
     QCoro::Task<bool> renew();
-    QCoro::Task<FetchedLegs> fetch(QList<LegGroup> legs, bool award, AbortQuestion shouldAbort,
-                                   Progress progress);
-    void confirmNow();
+    QCoro::Task<> reportLoggedOut();
     void leavePage();
 
     WebView& m_view;
@@ -50,10 +51,13 @@ private:
     Database& m_database;
     Keychain& m_keychain;
     SessionState& m_state;
-    Capture& m_capture;
-    SessionKeeper* m_keeper;
+    StandBack& m_standBack;
+    SessionKeeper& m_keeper;
+    Lookup m_lookup;
     std::function<bool()> m_roundIsRunning;
+    Strikes m_strikes;
+    bool m_hasAnswers = false;
     bool m_probing = false;
-    /// A load has failed since the last lookup or renewal began.
+    /// A page could not be fetched since a renewal began.
     bool m_loadFailed = false;
 };

@@ -14,8 +14,8 @@ public:
     virtual QCoro::Task<> restoreCookiesIfNeeded() = 0;
     /// Deletes foreign and tracking cookies, once a day.
     virtual QCoro::Task<> pruneCookiesIfStale() = 0;
-    /// Saves the session's cookies.
-    virtual QCoro::Task<> snapshotCookies() = 0;
+    /// Saves the session's cookies; nobody waits for it.
+    virtual void snapshotSoon() = 0;
     /// Renews the session through single sign-on, without the user. True when that succeeded.
     virtual QCoro::Task<bool> silentSSORefresh(int maxSteps) = 0;
     /// Signs in with the stored details, where the user allows it. True when signed in.

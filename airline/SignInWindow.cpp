@@ -83,7 +83,7 @@ void SignInWindow::judge() {
         m_state.lastSessionRefresh = m_clock.ticks();
         m_state.setLoginStatus(SASLoginStatus::checking());
         TDLog::note(u"innlogging: vindu lukket — auth0-runde fullfoert, oekten regnes fersk"_s);
-        m_vault.snapshotCookies();
+        m_vault.snapshotSoon();
     } else {
         TDLog::note(u"innlogging: vindu lukket UTEN fullfoert auth0-runde (auth besoekt: %1) — "
                     u"antar ingenting, bekrefter"_s.arg(visited ? u"true"_s : u"false"_s));

@@ -2,7 +2,7 @@
 // every offer response that the page fetches to the application, and changes nothing for the page.
 //
 // `word` is known to nobody else; a message without it did not come from here. A body of more
-// than `limit` characters is handed over empty.
+// than `limit` characters is handed over empty. A request that breaks has status 0.
 (function (word, limit) {
     if (window.__tdHooked) {
         return;
@@ -12,9 +12,15 @@
     // Taken now, so that nothing the page does later can stand between.
     const handler = window.webkit.messageHandlers.sniff;
 
-    function post(url, body) {
+    function post(url, status, retryAfter, body) {
         try {
-            handler.postMessage({ url: url, body: body.length > limit ? "" : body, word: word });
+            handler.postMessage({
+                url: url,
+                status: String(status),
+                retryAfter: retryAfter || "",
+                body: body.length > limit ? "" : body,
+                word: word,
+            });
         } catch (e) {}
     }
 
@@ -23,27 +29,38 @@
         return text.includes("api/offers/flights") || text.includes("award-api/flights");
     }
 
+    function addressOf(resource) {
+        return (resource instanceof Request ? resource.url : String(resource || "")) || "";
+    }
+
     const pageFetch = window.fetch;
     window.fetch = function (resource) {
         const answer = pageFetch.apply(this, arguments);
+        const requested = addressOf(resource);
         answer
             .then(function (response) {
-                const requested =
-                    typeof resource === "string" ? resource : (resource && resource.url) || "";
                 if (!hit(response.url) && !hit(requested)) {
                     return;
                 }
+                const url = requested || response.url;
                 response
                     .clone()
                     .text()
                     .then(
                         function (body) {
-                            post(requested || response.url, body);
+                            const retryAfter = response.headers.get("Retry-After");
+                            post(url, response.status, retryAfter, body);
                         },
-                        function () {},
+                        function () {
+                            post(url, 0, "", "");
+                        },
                     );
             })
-            .catch(function () {});
+            .catch(function () {
+                if (hit(requested)) {
+                    post(requested, 0, "", "");
+                }
+            });
         return answer;
     };
 
@@ -65,9 +82,15 @@
             try {
                 const url = this.responseURL || this.__tdU;
                 if (hit(this.responseURL) || hit(this.__tdU)) {
-                    post(String(url), bodyOf(this));
+                    const retryAfter = this.getResponseHeader("Retry-After");
+                    post(String(url), this.status, retryAfter, bodyOf(this));
                 }
             } catch (e) {}
+        });
+        this.addEventListener("error", function () {
+            if (hit(this.__tdU)) {
+                post(String(this.__tdU), 0, "", "");
+            }
         });
         return pageSend.apply(this, arguments);
     };

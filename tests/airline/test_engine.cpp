@@ -15,6 +15,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Kind = Outcome::Kind;
 
 namespace {
 
@@ -25,9 +26,11 @@ public:
     void hideWindow() override { ++hidden; }
     QCoro::Task<> restoreCookiesIfNeeded() override { return noted(u"restore"_s); }
     QCoro::Task<> pruneCookiesIfStale() override { return noted(u"prune"_s); }
-    QCoro::Task<> snapshotCookies() override { return noted(u"snapshot"_s); }
+    void snapshotSoon() override { calls.append(u"snapshot"_s); }
     QCoro::Task<bool> silentSSORefresh(int maxSteps) override {
         calls.append(u"silent %1"_s.arg(maxSteps));
+        if (whileRenewing)
+            whileRenewing();
         co_await nextTurn();
         if (silent.isEmpty())
             QTest::qFail("nobody expected a silent renewal", __FILE__, __LINE__);
@@ -45,6 +48,7 @@ public:
     QStringList calls;
     QList<bool> silent;
     QList<bool> automatic;
+    std::function<void()> whileRenewing;
 
 private:
     QCoro::Task<> noted(QString call) {
@@ -54,6 +58,10 @@ private:
 };
 
 const QByteArray someBody = R"({"outboundFlights":{}})";
+
+QString offersAddress(const QString& date) {
+    return u"/api/offers/flights?from=OSL&to=CPH&outDate="_s + date;
+}
 
 } // namespace
 
@@ -68,85 +76,116 @@ class TestEngine : public QObject {
         Keychain keychain{secrets};
         Database database{dir.path(), clock};
         SessionState state;
-        Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, {}, {}};
+        StandBack standBack{database, clock};
+        Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"id.localhost"_s, {}};
         Capture capture{view, clock, site};
         FakeKeeper keeper;
-        SASEngine engine{view, clock, database, keychain, state, capture, &keeper};
+        SASEngine engine{view, clock, database, keychain, state, standBack, capture, keeper};
         QStringList progress;
         QStringList notices;
-        /// Which dates the airline answers for; the others run into their time-out.
-        std::function<bool(const QString& date)> answers = [](const QString&) { return true; };
-        /// Whether pages can be fetched.
-        std::function<bool()> hasNetwork = [] { return true; };
-        std::function<bool()> shouldAbort;
-        std::optional<FetchedLegs> fetched;
+        /// What the airline does when the page of a date is loaded.
+        std::function<void(World&, const QString& date)> airline = &World::answer;
+        QList<std::optional<Outcome>> outcomes;
+        bool hasEnded = false;
 
         World() {
             // A session that was just renewed, so that nothing but the captures happens.
             state.lastSessionRefresh = clock.ticks();
             connect(&state, &SessionState::notice, &state,
-                    [this](const QString& title, const QString& body) {
-                        notices.append(title + u": "_s + body);
+                    [this](const QString& title, const QString& text) {
+                        notices.append(title + u": "_s + text);
                     });
         }
         ~World() { settle(); }
 
-        void start(const QList<LegGroup>& legs, bool award = false) {
-            engine
-                .fetchLegs(
-                    legs, award, [this] { return shouldAbort && shouldAbort(); },
-                    [this](const QString& label, const QString& date) {
-                        progress.append(label + u' ' + date);
-                    })
-                .then([this, alive = QPointer(&engine)](const FetchedLegs& result) {
-                    // The world may be gone before its batch.
-                    if (alive)
-                        fetched = result;
-                });
+        void answer(const QString& date) {
+            view.arrive();
+            view.sendFromHook(offersAddress(date), someBody);
+        }
+        void sayNothing(const QString&) { view.arrive(); }
+        void askToSignIn(const QString&) {
+            view.arrive(200, {}, QUrl(u"https://id.localhost/login"_s));
+        }
+        void beUnreachable(const QString&) {
+            QMetaObject::invokeMethod(
+                &view, [this] { Q_EMIT view.loadFailed(WebView::LoadFailure::unreachable); },
+                Qt::QueuedConnection);
+        }
+
+        QCoro::Task<> batch(QList<Leg> legs) {
+            const QPointer alive(&engine);
+            const auto told = [this](const QString& label) { progress.append(label); };
+            co_await engine.prepare(told);
+            for (const Leg& leg : legs) {
+                if (!alive)
+                    co_return;
+                const auto outcome = co_await engine.fetchLeg(leg, told);
+                // The world may be gone before its batch.
+                if (!alive)
+                    co_return;
+                outcomes.append(outcome);
+                if (!outcome)
+                    break;
+            }
+            engine.rest();
+            hasEnded = true;
+        }
+        void start(int days) {
+            outcomes.clear();
+            hasEnded = false;
+            QList<Leg> legs;
+            for (int day = 1; day <= days; ++day)
+                legs.append({u"OSL"_s, u"CPH"_s, QDate(2027, 3, day)});
+            batch(legs);
             settle();
         }
-        static QString dateOf(const QUrl& page) {
-            static const QRegularExpression date(u"(\\d{8})_a1c0i0y0"_s);
-            return date.match(page.toString()).captured(1);
-        }
-        /// Plays the airline until the batch has ended.
-        void play() {
-            qsizetype seen = 0;
-            for (int step = 0; !fetched && step < 1000; ++step) {
+        /// Plays the airline until `isOver`.
+        void play(const std::function<bool()>& isOver) {
+            static const QRegularExpression date(u"-(\\d{8})_a1c0i0y0"_s);
+            for (int step = 0; !isOver() && step < 1000; ++step) {
                 settle();
-                if (view.loaded.size() > seen) {
-                    seen = view.loaded.size();
-                    if (!hasNetwork()) {
-                        QMetaObject::invokeMethod(
-                            &view, [this] { Q_EMIT view.loadFailed(); }, Qt::QueuedConnection);
-                        continue;
-                    }
-                    const QString date = dateOf(view.loaded.last());
-                    if (answers(date)) {
-                        view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate="_s + date,
-                                          someBody);
-                        continue;
-                    }
+                if (view.loaded.size() > m_played) {
+                    m_played = view.loaded.size();
+                    const QString page = view.loaded.last().toString();
+                    airline(*this, date.match(page).captured(1));
+                    settle();
+                    continue;
                 }
                 clock.advance(1s);
             }
-            QVERIFY(fetched);
+            QVERIFY(isOver());
         }
-        FetchedDates dates(const QString& leg = u"OSL-CPH"_s) const { return fetched->value(leg); }
-    };
+        void play() {
+            play([this] { return hasEnded; });
+        }
+        void run(int days) {
+            start(days);
+            play();
+        }
+        QList<Kind> kinds() const {
+            QList<Kind> result;
+            for (const auto& outcome : outcomes)
+                result.append(outcome ? outcome->kind : Kind::silent);
+            return result;
+        }
+        std::optional<Kind> verify() {
+            std::optional<std::optional<Kind>> kind;
+            engine.verifyLogin().then([&kind](std::optional<Kind> found) { kind = found; });
+            play([&kind] { return kind.has_value(); });
+            return kind.value_or(std::nullopt);
+        }
+        bool isSignedIn() const {
+            return engine.loginStatus().state == SASLoginStatus::Case::loggedIn;
+        }
 
-    static QList<LegGroup> days(int count) {
-        LegGroup leg{u"OSL"_s, u"CPH"_s, {}};
-        for (int day = 1; day <= count; ++day)
-            leg.dates.append(u"202703%1"_s.arg(day, 2, 10, QChar(u'0')));
-        return {leg};
-    }
+    private:
+        qsizetype m_played = 0;
+    };
 
 private Q_SLOTS:
     void construction() {
         World world;
         QCOMPARE(world.view.scriptHosts, QStringList{u"site.localhost"_s});
-        QCOMPARE(world.view.handlers, QStringList{u"sniff"_s});
         QCOMPARE(world.view.word().size(), 32);
         QVERIFY(world.view.userAgent.contains(u"Version/17.4 Safari/605.1.15"_s));
         QVERIFY(World().view.word() != world.view.word());
@@ -154,15 +193,12 @@ private Q_SLOTS:
         TDLog::start(world.dir.path() + u"/ui.log"_s, &world.clock);
         const auto construct = [&world] {
             const SASEngine other(world.view, world.clock, world.database, world.keychain,
-                                  world.state, world.capture, nullptr);
+                                  world.state, world.standBack, world.capture, world.keeper);
         };
         construct();
         world.view.hasTrackingPreventionSwitch = false;
         construct();
-        TDLog::start({}, nullptr);
-        QFile log(world.dir.path() + u"/ui.log"_s);
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        const QStringList lines = QString::fromUtf8(log.readAll()).split(u'\n');
+        const QStringList lines = log(world);
         QVERIFY(lines[0].endsWith(u"Z ITP slaatt av for soeke-webviewen"_s));
         QVERIFY(lines[1].endsWith(
             u"Z ITP: fant ikke av-bryteren i WebKit — sporingsvern forblir paa"_s));
@@ -170,62 +206,146 @@ private Q_SLOTS:
 
     void aBatchInOrder() {
         World world;
-        world.start(days(2) + QList<LegGroup>{{u"CPH"_s, u"OSL"_s, {}}});
-        world.play();
-        QCOMPARE(world.dates(),
-                 (FetchedDates{{u"20270301"_s, someBody}, {u"20270302"_s, someBody}}));
-        QVERIFY(world.fetched->contains(u"CPH-OSL"_s));
-        QCOMPARE(world.progress, QStringList({u"OSL→CPH 20270301"_s, u"OSL→CPH 20270302"_s}));
+        world.run(2);
+        QCOMPARE(world.kinds(), QList<Kind>(2, Kind::answer));
+        QVERIFY(world.progress.isEmpty());
         QCOMPARE(world.keeper.calls,
                  QStringList({u"restore"_s, u"prune"_s, u"restore"_s, u"snapshot"_s}));
-        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
+        QVERIFY(world.isSignedIn());
         QCOMPARE(world.view.unloads, 1);
         QCOMPARE(world.keeper.hidden, 1);
         QCOMPARE(world.clock.waiting(), 0);
     }
 
-    void aRouteThatComesTwiceKeepsAllItsDates() {
-        World world;
-        const QStringList dates = days(2).first().dates;
-        world.start({{u"OSL"_s, u"CPH"_s, {dates[1]}},
-                     {u"OSL"_s, u"ARN"_s, {}},
-                     {u"OSL"_s, u"CPH"_s, {dates[0]}}});
-        world.play();
-        QCOMPARE(world.dates().keys(), dates);
+    void whatBecomesOfALook_data() {
+        using Airline = std::function<void(World&)>;
+        QTest::addColumn<Airline>("airline");
+        QTest::addColumn<Outcome>("outcome");
+        QTest::addColumn<int>("seconds");
+        const auto row = [](const char* name, const Airline& airline, const Outcome& outcome,
+                            int seconds) { QTest::newRow(name) << airline << outcome << seconds; };
+        const QString url = offersAddress(u"20270301"_s);
+        const auto response = [url](const QByteArray& body, int status = 200,
+                                    const QString& retryAfter = {}) {
+            return [=](World& world) {
+                world.view.arrive();
+                world.view.sendFromHook(url, body, status, retryAfter);
+            };
+        };
+        const auto page = [](int status, const QString& retryAfter = {}) {
+            return [=](World& world) { world.view.arrive(status, retryAfter); };
+        };
+        row("an answer", response(someBody), {Kind::answer, 200}, 0);
+        row("an error in JSON", response(R"({"errors":[{"code":"X"}]})"), {Kind::failed, 200}, 3);
+        row("too many requests, with 200", response(R"({"message":"Too many requests"})"),
+            {Kind::refused, 200}, 3);
+        row("another shape", response(R"({"outboundFlights":"none"})"), {Kind::failed, 200}, 3);
+        row("the award flow's shape", response(R"({"outboundFlights":[]})"), {Kind::failed, 200},
+            3);
+        row("no JSON", response("<html>"), {Kind::failed, 200}, 3);
+        row("no content", response("", 204), {Kind::failed, 204}, 3);
+        row("offers with an error status", response(someBody, 500), {Kind::failed, 500}, 3);
+        row("429", response("{}", 429, u"120"_s), {Kind::refused, 429, u"120"_s}, 3);
+        row("403", response("{}", 403), {Kind::refused, 403}, 3);
+        row("503", response(someBody, 503), {Kind::refused, 503}, 3);
+        row("401", response(R"({"error":"not signed in"})", 401), {Kind::signedOut, 401}, 3);
+        row("a huge body", response(QByteArray(largestBody + 1, 'x')), {Kind::failed, 200}, 3);
+        row("a request that broke", response("", 0), {Kind::failed, 0}, 10);
+        row(
+            "an error, then the offers",
+            [url](World& world) {
+                world.view.arrive();
+                world.view.sendFromHook(url, "{}", 500);
+                world.view.sendFromHook(url, someBody);
+            },
+            {Kind::answer, 200}, 0);
+        row("a page that refuses", page(429, u"soon"_s), {Kind::refused, 429, u"soon"_s}, 10);
+        row("a page that fails", page(500), {Kind::failed, 500}, 10);
+        row(
+            "a challenge that lets us through",
+            [url](World& world) {
+                world.view.arrive(403);
+                world.view.arrive();
+                world.view.sendFromHook(url, someBody);
+            },
+            {Kind::answer, 200}, 0);
+        row(
+            "a page that says so",
+            [](World& world) {
+                world.view.shown = u"page Access Denied · Access Denied"_s;
+                world.view.arrive();
+            },
+            {Kind::refused}, 8);
+        row(
+            "a sign-in form",
+            [](World& world) {
+                world.view.shown = u"form"_s;
+                world.view.arrive();
+            },
+            {Kind::signedOut}, 8);
+        row(
+            "the identity provider", [](World& world) { world.askToSignIn({}); }, {Kind::signedOut},
+            0);
+        row("nothing", page(200), {Kind::silent}, 60);
+        row("no page at all", [](World&) {}, {Kind::unreachable}, 60);
+        row(
+            "redirects without end",
+            [](World& world) { Q_EMIT world.view.loadFailed(WebView::LoadFailure::unusable); },
+            {Kind::failed}, 0);
+        row(
+            "a web process that dies",
+            [](World& world) { Q_EMIT world.view.webProcessTerminated(); }, {Kind::failed}, 0);
     }
-
-    void anEmptyBatchOnlyPrepares() {
+    void whatBecomesOfALook() {
+        QFETCH(const std::function<void(World&)>, airline);
+        QFETCH(const Outcome, outcome);
+        QFETCH(const int, seconds);
         World world;
-        world.start({});
-        world.play();
-        QVERIFY(world.fetched->isEmpty());
-        QCOMPARE(world.keeper.calls, QStringList({u"restore"_s, u"prune"_s, u"restore"_s}));
-        QVERIFY(world.view.loaded.isEmpty());
+        world.start(1);
+        airline(world);
+        settle();
+        if (seconds > 0) {
+            world.clock.advance(std::chrono::seconds(seconds) - 1ms);
+            QVERIFY(world.outcomes.isEmpty());
+            world.clock.advance(1ms);
+        }
+        QCOMPARE(world.outcomes.size(), 1);
+        QCOMPARE(world.outcomes.first(), std::optional(outcome));
+        QCOMPARE(world.isSignedIn(), outcome.kind == Kind::answer);
+        QCOMPARE(world.standBack.isOn(), outcome.kind == Kind::refused);
+        QCOMPARE(world.state.isSiteUnreachable(), outcome.kind == Kind::unreachable);
+        QCOMPARE(world.clock.waiting(), world.standBack.isOn() ? 1 : 0);
     }
 
     void theAwardFlow() {
         World world;
-        world.start(days(1), true);
+        world.batch({{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), Flow::award}});
+        settle();
         QCOMPARE(world.view.loaded.last().toString(),
                  u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=CPH"
                  u"&outboundDate=2027-03-01&adults=1"_s);
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270301"_s, "no");
-        world.view.sendFromHook(
-            u"/award-api/flights?origin=OSL&destination=CPH&outboundDate=2027-03-01"_s, "yes");
+        world.view.sendFromHook(offersAddress(u"20270301"_s), someBody);
         settle();
-        QCOMPARE(world.dates(), (FetchedDates{{u"20270301"_s, "yes"}}));
+        QVERIFY(world.outcomes.isEmpty());
+        world.view.sendFromHook(
+            u"/award-api/flights?origin=OSL&destination=CPH&outboundDate=2027-03-01"_s,
+            R"({"outboundFlights":[]})");
+        settle();
+        QCOMPARE(world.kinds(), QList<Kind>{Kind::answer});
     }
 
     void onlyTheHooksOwnAnswerForTheLegCounts() {
         World world;
-        world.start(days(1));
-        const QString url = u"/api/offers/flights?from=OSL&to=CPH&outDate=20270301"_s;
+        world.start(1);
+        const QString url = offersAddress(u"20270301"_s);
         const QByteArray word = world.view.word();
         const auto message = [&](const QByteArray& itsWord) {
-            return ScriptMessage{
-                u"sniff"_s,
-                true,
-                {{u"url"_s, url.toUtf8()}, {u"body"_s, "forged"}, {u"word"_s, itsWord}}};
+            return ScriptMessage{u"sniff"_s,
+                                 true,
+                                 {{u"url"_s, url.toUtf8()},
+                                  {u"status"_s, "200"},
+                                  {u"body"_s, someBody},
+                                  {u"word"_s, itsWord}}};
         };
         world.view.send(message({}));
         world.view.send(message("0123456789abcdef0123456789abcdef"));
@@ -241,119 +361,117 @@ private Q_SLOTS:
         wrong = message(word);
         wrong.texts.remove(u"url"_s);
         world.view.send(wrong);
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270302"_s, "late");
+        world.view.sendFromHook(offersAddress(u"20270302"_s), someBody);
         settle();
-        QVERIFY(!world.fetched);
-
-        world.view.sendFromHook(url, "first");
-        world.view.sendFromHook(url, "second");
+        QVERIFY(world.outcomes.isEmpty());
+        world.view.send(message(word));
         settle();
-        QCOMPARE(world.dates(), (FetchedDates{{u"20270301"_s, "first"}}));
+        QCOMPARE(world.outcomes.size(), 1);
     }
 
-    void aHugeBodyIsHandedOverEmpty() {
+    void aCaptureIsEndedByANewerOneAndLateAnswersAreNobodys() {
         World world;
-        world.start(days(1));
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270301"_s,
-                                QByteArray(largestBody + 1, 'x'));
+        const Leg leg{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 2)};
+        QList<std::optional<Outcome>> older;
+        QList<std::optional<Outcome>> newer;
+        world.capture.capture(leg, 60s).then([&older](auto outcome) { older.append(outcome); });
+        world.capture.capture({u"OSL"_s, u"CPH"_s, QDate(2027, 3, 3)}, 60s)
+            .then([&newer](auto outcome) { newer.append(outcome); });
+        world.view.sendFromHook(offersAddress(u"20270302"_s), someBody);
         settle();
-        QCOMPARE(world.dates(), (FetchedDates{{u"20270301"_s, QByteArray()}}));
-    }
-
-    void aCaptureEndsAtItsTimeOut() {
-        World world;
-        std::optional<Capture::Body> body;
-        world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270302"_s, false, 60s)
-            .then([&body](Capture::Body result) { body = result; });
-        world.clock.advance(59999ms);
-        QVERIFY(!body);
-        world.clock.advance(1ms);
-        QVERIFY(body && !*body);
-        // A late answer belongs to nobody, not even to the next capture.
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270302"_s, "late");
-        std::optional<Capture::Body> next;
-        world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270303"_s, false, 60s)
-            .then([&next](Capture::Body result) { next = result; });
-        settle();
-        QVERIFY(!next);
+        QCOMPARE(older, (QList<std::optional<Outcome>>{std::nullopt}));
+        QVERIFY(newer.isEmpty());
         world.capture.end();
         settle();
-        QVERIFY(next && !*next);
-    }
-
-    void aNewerCaptureSupersedesAndADeadProcessEndsIt() {
-        World world;
-        QList<Capture::Body> older;
-        QList<Capture::Body> newer;
-        world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 60s)
-            .then([&older](Capture::Body body) { older.append(body); });
-        world.capture.capture(u"OSL"_s, u"CPH"_s, u"20270302"_s, false, 60s)
-            .then([&newer](Capture::Body body) { newer.append(body); });
-        settle();
-        QCOMPARE(older, QList<Capture::Body>{std::nullopt});
-        QVERIFY(newer.isEmpty());
-        Q_EMIT world.view.webProcessTerminated();
-        settle();
-        QCOMPARE(newer, QList<Capture::Body>{std::nullopt});
+        QCOMPARE(newer, (QList<std::optional<Outcome>>{std::nullopt}));
         QCOMPARE(world.clock.waiting(), 0);
-    }
-
-    void anAbortKeepsWhatIsThere() {
-        World world;
-        world.shouldAbort = [&world] { return world.view.loaded.size() == 2; };
-        world.start(days(2) + QList<LegGroup>{{u"CPH"_s, u"OSL"_s, {u"20270310"_s}}});
-        world.play();
-        QCOMPARE(world.dates().size(), 2);
-        QVERIFY(world.fetched->contains(u"CPH-OSL"_s));
-        QVERIFY(world.dates(u"CPH-OSL"_s).isEmpty());
-        QVERIFY(!world.keeper.calls.contains(u"snapshot"_s));
     }
 
     void aBatchWaitsForTheWindowAndEndsWhenItOpens() {
         World world;
         world.state.setLoginWindowOpen(true);
-        world.start(days(3));
+        world.start(3);
         world.clock.advance(2500ms);
-        QCOMPARE(world.progress,
-                 QStringList({u"venter på innlogging "_s, u"venter på innlogging "_s,
-                              u"venter på innlogging "_s}));
+        QCOMPARE(world.progress, QStringList(3, u"venter på innlogging"_s));
         QVERIFY(world.keeper.calls.isEmpty());
         world.state.setLoginWindowOpen(false);
-        world.answers = [&world](const QString&) {
-            world.state.setLoginWindowOpen(world.view.loaded.size() == 2);
-            return true;
+        world.airline = [](World& self, const QString& date) {
+            self.state.setLoginWindowOpen(self.view.loaded.size() == 2);
+            self.answer(date);
         };
         world.clock.advance(500ms);
         world.play();
-        QCOMPARE(world.dates().keys(), QStringList({u"20270301"_s, u"20270302"_s}));
+        QCOMPARE(world.outcomes.size(), 3);
+        QVERIFY(world.outcomes[1] && !world.outcomes[2]);
+        QCOMPARE(world.view.loaded.size(), 2);
         QCOMPARE(world.view.unloads, 0);
     }
 
-    void threeStrikesThenASilentRenewal() {
+    void whatEndsASession_data() {
+        using Airline = std::function<void(World&, const QString&)>;
+        QTest::addColumn<Airline>("airline");
+        QTest::addColumn<QList<Kind>>("kinds");
+        QTest::addColumn<int>("loads");
+        const auto row = [](const char* name, const QList<Kind>& kinds, int loads,
+                            const Airline& airline) {
+            QTest::newRow(name) << airline << kinds << loads;
+        };
+        constexpr Kind ok = Kind::answer;
+        constexpr Kind silent = Kind::silent;
+        row("three silent looks", {silent, silent, ok, ok}, 5,
+            [](World& world, const QString& date) {
+                world.keeper.silent.isEmpty() ? world.answer(date) : world.sayNothing(date);
+            });
+        row("two that ask to sign in", {Kind::signedOut, ok, ok, ok}, 5,
+            [](World& world, const QString& date) {
+                world.keeper.silent.isEmpty() ? world.answer(date) : world.askToSignIn(date);
+            });
+        row("two that ask to sign in, after an answer", {ok, Kind::signedOut, ok, ok}, 5,
+            [](World& world, const QString& date) {
+                const bool isDead = world.view.loaded.size() > 1 && !world.keeper.silent.isEmpty();
+                isDead ? world.askToSignIn(date) : world.answer(date);
+            });
+    }
+    void whatEndsASession() {
+        QFETCH(const std::function<void(World&, const QString&)>, airline);
         World world;
         world.clock.advance(1h);
         world.keeper.silent = {true};
-        world.answers = [&world](const QString&) { return world.view.loaded.size() > 3; };
-        world.start(days(4));
-        world.play();
-        QCOMPARE(world.view.loaded.size(), 5);
-        QVERIFY(!world.dates()[u"20270302"_s]);
-        QVERIFY(world.dates()[u"20270303"_s]);
-        QVERIFY(world.dates()[u"20270304"_s]);
+        world.airline = airline;
+        world.run(4);
+        QTEST(world.kinds(), "kinds");
+        QTEST(static_cast<int>(world.view.loaded.size()), "loads");
         QCOMPARE(world.keeper.calls.mid(3), QStringList({u"silent 12"_s, u"snapshot"_s}));
-        QVERIFY(world.progress.contains(u"logger inn på nytt "_s));
+        QCOMPARE(world.progress, QStringList{u"logger inn på nytt"_s});
         QVERIFY(world.clock.ticks() - *world.state.lastSessionRefresh < 2s);
         QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.isSignedIn());
     }
 
-    void strikesAfterASuccessAreOnlyRecorded() {
+    void whatDoesNotEndASession_data() {
+        using Airline = std::function<void(World&, const QString&)>;
+        QTest::addColumn<Airline>("airline");
+        QTest::newRow("silence after an answer") << Airline([](World& world, const QString& date) {
+            date == u"20270302" ? world.answer(date) : world.sayNothing(date);
+        });
+        QTest::newRow("errors") << Airline([](World& world, const QString& date) {
+            world.view.arrive();
+            world.view.sendFromHook(offersAddress(date), "{}", 500);
+        });
+        QTest::newRow("single pages that ask to sign in")
+            << Airline([](World& world, const QString& date) {
+                   date.endsWith(u'2') || date.endsWith(u'5') ? world.askToSignIn(date)
+                                                              : world.answer(date);
+               });
+    }
+    void whatDoesNotEndASession() {
+        QFETCH(const std::function<void(World&, const QString&)>, airline);
         World world;
-        world.answers = [](const QString& date) { return date == u"20270302"; };
-        world.start(days(6));
-        world.play();
-        QCOMPARE(world.dates().size(), 6);
+        world.airline = airline;
+        world.run(6);
+        QCOMPARE(world.outcomes.size(), 6);
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
-        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
+        QVERIFY(!world.engine.loginStatus().isLoggedOut());
     }
 
     void whenNothingHelps_data() {
@@ -376,13 +494,12 @@ private Q_SLOTS:
         World world;
         world.keeper.silent = {silent};
         world.keeper.automatic = {automatic};
-        world.answers = [](const QString&) { return false; };
+        world.airline = &World::sayNothing;
         world.database.set(u"auto_login"_s, u"1"_s);
         if (hasDetails)
             world.secrets.items.insert(u"app.tindra.Tindra.eurobonus"_s, {u"u"_s, "p"});
-        world.start(days(9));
-        world.play();
-        QCOMPARE(world.dates().keys(), QStringList({u"20270301"_s, u"20270302"_s, u"20270303"_s}));
+        world.run(3);
+        QCOMPARE(world.kinds(), QList<Kind>({Kind::silent, Kind::silent, Kind::signedOut}));
         QCOMPARE(world.view.loaded.size(), silent || automatic ? 4 : 3);
         QCOMPARE(world.keeper.automatic.isEmpty(), !silent);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
@@ -392,33 +509,49 @@ private Q_SLOTS:
         QCOMPARE(world.notices.size(), 1);
     }
 
+    void theThirdStrikeWithTheWindowOpen() {
+        World world;
+        world.airline = [](World& self, const QString& date) {
+            self.sayNothing(date);
+            // As automatic sign-in leaves it: nobody has ended the look.
+            self.state.setLoginWindowOpen(self.view.loaded.size() == 3);
+        };
+        world.run(3);
+        QVERIFY(world.engine.loginStatus().isLoggedOut());
+        QVERIFY(world.notices.value(0).contains(u"fullfør i innloggingsvinduet"_s));
+        QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
+    }
+
     void aNetworkThatIsGoneSaysNothingAboutTheSession() {
         World world;
-        bool isUp = false;
-        world.hasNetwork = [&isUp] { return isUp; };
-        world.start(days(4));
-        world.play();
+        world.airline = &World::beUnreachable;
+        world.run(1);
+        QCOMPARE(world.kinds(), QList<Kind>{Kind::unreachable});
         QCOMPARE(world.view.loaded.size(), 3);
-        QVERIFY(world.engine.isSiteUnreachable());
+        QVERIFY(world.state.isSiteUnreachable());
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
         // A verification learns nothing either, and asks nobody to sign in.
         const Ticks began = world.clock.ticks();
-        world.fetched.reset();
-        world.engine.verifyLogin();
-        for (int i = 0; i < 30; ++i) {
-            Q_EMIT world.view.loadFailed();
-            world.clock.advance(1s);
-        }
+        QCOMPARE(world.verify(), Kind::unreachable);
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
         QVERIFY(world.clock.ticks() - began < 45s);
         QVERIFY(world.notices.isEmpty());
 
-        isUp = true;
-        world.start(days(4));
-        world.play();
-        QVERIFY(!world.engine.isSiteUnreachable());
-        QCOMPARE(world.dates().size(), 4);
-        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
+        // It goes while the session is renewed.
+        world.keeper.silent = {false};
+        world.keeper.automatic = {false};
+        world.keeper.whileRenewing = [&world] { world.beUnreachable({}); };
+        world.airline = &World::askToSignIn;
+        world.run(2);
+        QCOMPARE(world.kinds(), QList<Kind>({Kind::signedOut, Kind::unreachable}));
+        QVERIFY(world.notices.isEmpty());
+
+        world.keeper.whileRenewing = {};
+        world.airline = &World::answer;
+        world.run(4);
+        QVERIFY(!world.state.isSiteUnreachable());
+        QCOMPARE(world.kinds(), QList<Kind>(4, Kind::answer));
+        QVERIFY(world.isSignedIn());
     }
 
     void aNightOfSleepInTheMiddleOfABatch_data() {
@@ -430,61 +563,79 @@ private Q_SLOTS:
         QFETCH(const int, loadsWithoutNetwork);
         World world;
         bool hasSlept = false;
-        world.answers = [&](const QString& date) {
+        world.airline = [&](World& self, const QString& date) {
+            const auto loads = self.view.loaded.size();
             if (date == u"20270302" && !std::exchange(hasSlept, true)) {
-                world.clock.suspend(9h);
-                return false;
+                self.sayNothing(date);
+                settle();
+                self.clock.suspend(9h);
+            } else if (loads > 2 && loads <= 2 + loadsWithoutNetwork) {
+                self.beUnreachable(date);
+            } else {
+                self.answer(date);
             }
-            return true;
         };
-        world.hasNetwork = [&] {
-            return world.view.loaded.size() <= 2 ||
-                   world.view.loaded.size() > 2 + loadsWithoutNetwork;
-        };
-        world.start(days(4));
-        world.play();
+        world.run(4);
         // The page that was waited for in the evening is lost, and no more than that.
-        QCOMPARE(world.dates().size(), 4);
-        for (const QString& date : {u"20270301"_s, u"20270303"_s, u"20270304"_s})
-            QVERIFY(world.dates()[date]);
-        QVERIFY(!world.engine.isSiteUnreachable());
+        QCOMPARE(world.kinds(),
+                 QList<Kind>({Kind::answer, Kind::silent, Kind::answer, Kind::answer}));
+        QVERIFY(!world.state.isSiteUnreachable());
         QVERIFY(world.notices.isEmpty());
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
         QCOMPARE(world.clock.waiting(), 0);
 
         // The session is old by now.
-        world.fetched.reset();
         world.keeper.silent = {true};
-        world.start(days(1));
-        world.play();
+        world.run(1);
         QVERIFY(world.keeper.calls.contains(u"silent 12"_s));
-        QVERIFY(world.dates()[u"20270301"_s]);
+        QCOMPARE(world.kinds(), QList<Kind>{Kind::answer});
     }
 
+    void anOldSessionIsRenewedBeforeTheBatch_data() {
+        using Airline = std::function<void(World&, const QString&)>;
+        QTest::addColumn<Airline>("airline");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("confirmed")
+            << Airline(&World::answer) << u"SSO-fornyelse: bekreftet med ekte oppslag"_s;
+        QTest::newRow("the session is dead all the same")
+            << Airline(&World::askToSignIn)
+            << u"SSO-fornyelse: SSO OK men offers ga INGEN data — poeng-sesjonen er doed, trenger "
+               u"ekte innlogging"_s;
+        QTest::newRow("the network goes in between")
+            << Airline(&World::beUnreachable)
+            << u"SSO-fornyelse: SSO OK, men nettstedet svarte ikke paa oppslaget"_s;
+    }
     void anOldSessionIsRenewedBeforeTheBatch() {
+        QFETCH(const std::function<void(World&, const QString&)>, airline);
+        QFETCH(const QString, line);
         World world;
         world.clock.advance(5h);
-        world.start(days(1));
-        world.play();
+        world.run(1);
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
 
-        world.fetched.reset();
+        TDLog::start(world.dir.path() + u"/ui.log"_s, &world.clock);
         world.clock.advance(2h);
         world.keeper.silent = {true};
-        world.start(days(1));
-        world.play();
-        QCOMPARE(world.keeper.calls.last(5), QStringList({u"prune"_s, u"restore"_s, u"silent 12"_s,
-                                                          u"snapshot"_s, u"snapshot"_s}));
+        world.airline = airline;
+        world.start(1);
+        world.play(
+            [&world] { return world.view.loaded.size() > 1 && !world.engine.isVerifying(); });
         QVERIFY(world.view.loaded.at(1).toString().contains(u"OSL-CPH-20270116"_s));
-        QVERIFY(world.clock.ticks() - *world.state.lastSessionRefresh < 2s);
+        for (int i = 0; i < 30; ++i) {
+            if (world.view.loaded.size() < 5)
+                airline(world, u"20270116"_s);
+            world.clock.advance(1s);
+        }
+        QVERIFY(log(world).join(u'\n').contains(line));
+        QCOMPARE(world.clock.ticks() - *world.state.lastSessionRefresh < 1min,
+                 line.contains(u"bekreftet"));
     }
 
     void verification() {
         World world;
         bool isRunning = true;
         world.engine.setRoundQuestion([&isRunning] { return isRunning; });
-        world.engine.verifyLogin();
-        settle();
+        QCOMPARE(world.verify(), std::nullopt);
         QVERIFY(world.view.loaded.isEmpty());
         isRunning = false;
 
@@ -495,8 +646,10 @@ private Q_SLOTS:
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::checking);
         world.keeper.silent = {true};
         world.keeper.automatic = {false};
+        world.view.arrive();
         world.clock.advance(45s);
         QCOMPARE(world.view.loaded.size(), 2);
+        world.view.arrive();
         world.clock.advance(45s);
         QCOMPARE(world.keeper.calls, QStringList({u"restore"_s, u"silent 12"_s, u"auto"_s}));
         QVERIFY(world.engine.loginStatus().isLoggedOut());
@@ -505,15 +658,36 @@ private Q_SLOTS:
         // A batch that begins meanwhile waits for the verdict.
         QCOMPARE(world.view.unloads, 1);
         world.engine.verifyLogin();
-        world.start(days(1));
+        world.start(1);
         QCOMPARE(world.view.loaded.size(), 3);
-        world.view.sendFromHook(u"/api/offers/flights?from=OSL&to=CPH&outDate=20270116"_s,
-                                someBody);
+        world.view.sendFromHook(offersAddress(u"20270116"_s), someBody);
         settle();
-        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::loggedIn);
+        QVERIFY(world.isSignedIn());
         QCOMPARE(world.keeper.calls.last(2), QStringList({u"restore"_s, u"snapshot"_s}));
         world.play();
         QCOMPARE(world.view.loaded.size(), 4);
+    }
+
+    void aVerificationThatRenewsAndThenSucceeds_data() {
+        QTest::addColumn<bool>("silently");
+        QTest::newRow("silently") << true;
+        QTest::newRow("with the stored details") << false;
+    }
+    void aVerificationThatRenewsAndThenSucceeds() {
+        QFETCH(const bool, silently);
+        World world;
+        world.clock.advance(1h);
+        world.keeper.silent = {silently};
+        world.keeper.automatic = {true};
+        world.airline = [](World& self, const QString& date) {
+            self.view.loaded.size() == 1 ? self.askToSignIn(date) : self.answer(date);
+        };
+        QCOMPARE(world.verify(), Kind::answer);
+        QVERIFY(world.isSignedIn());
+        QVERIFY(world.notices.isEmpty());
+        QCOMPARE(world.keeper.calls.contains(u"auto"_s), !silently);
+        QCOMPARE(world.keeper.calls.last(), u"snapshot"_s);
+        QCOMPARE(world.clock.ticks() - *world.state.lastSessionRefresh < 2s, silently);
     }
 
     void aVerificationLeavesTheVerdictToTheUser() {
@@ -524,17 +698,48 @@ private Q_SLOTS:
         world.capture.end();
         settle();
         QCOMPARE(world.keeper.calls, QStringList{u"restore"_s});
-        QVERIFY(!world.engine.loginStatus().isLoggedOut());
+        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
         QVERIFY(world.notices.isEmpty());
         QCOMPARE(world.view.unloads, 0);
     }
 
+    void aRefusalIsNotSignedOut() {
+        World world;
+        world.airline = [](World& self, const QString& date) {
+            self.view.arrive();
+            self.view.sendFromHook(offersAddress(date), "{}", 429, u"1200"_s);
+        };
+        world.run(4);
+        QCOMPARE(world.kinds(), QList<Kind>(4, Kind::refused));
+        // Nothing more is looked at, and nobody signs in.
+        QCOMPARE(world.view.loaded.size(), 1);
+        QCOMPARE(world.verify(), Kind::refused);
+        world.run(1);
+        QCOMPARE(world.view.loaded.size(), 1);
+        QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
+        QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
+        QCOMPARE(world.engine.refusedUntil(), world.standBack.until());
+
+        world.airline = &World::answer;
+        world.clock.advance(20min);
+        world.run(2);
+        QCOMPARE(world.kinds(), QList<Kind>(2, Kind::answer));
+    }
+
     void anEngineThatGoesAwayInTheMiddle() {
         auto world = std::make_unique<World>();
-        world->start(days(2));
+        world->start(2);
         QCOMPARE(world->view.loaded.size(), 1);
         world.reset();
         settle();
+    }
+
+private:
+    static QStringList log(const World& world) {
+        TDLog::start({}, nullptr);
+        QFile file(world.dir.path() + u"/ui.log"_s);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n')
+                                              : QStringList();
     }
 };
 

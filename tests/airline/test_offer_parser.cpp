@@ -123,17 +123,19 @@ private Q_SLOTS:
             1);
     }
 
-    void answersWithoutFlightsAreEmpty() {
-        for (const QByteArray body : {"{}", R"({"outboundFlights":7})",
-                                      R"({"outboundFlights":null})", R"({"error":"x"})"}) {
-            QCOMPARE(m_parser.parseOffers(body, u"OSL"_s, u"BKK"_s), QList<Fare>());
-            QCOMPARE(m_parser.parseAwardOffers(body, u"OSL"_s, u"BKK"_s), QList<Fare>());
+    void onlyTheFlowsOwnShapeIsAnAnswer() {
+        for (const QByteArray body :
+             {"{}", R"({"outboundFlights":7})", R"({"outboundFlights":null})",
+              R"({"outboundFlights":"none"})", R"({"errors":[{"code":"X"}]})"}) {
+            QVERIFY(!m_parser.parseOffers(body, u"OSL"_s, u"BKK"_s));
+            QVERIFY(!m_parser.parseAwardOffers(body, u"OSL"_s, u"BKK"_s));
         }
-        // Each flow has its own shape.
-        QCOMPARE(m_parser.parseOffers(R"({"outboundFlights":[{}]})", u"OSL"_s, u"BKK"_s),
-                 QList<Fare>());
-        QCOMPARE(m_parser.parseAwardOffers(R"({"outboundFlights":{"a":{}}})", u"OSL"_s, u"BKK"_s),
-                 QList<Fare>());
+        const QByteArray map = R"({"outboundFlights":{}})";
+        const QByteArray list = R"({"outboundFlights":[]})";
+        QCOMPARE(m_parser.parseOffers(map, u"OSL"_s, u"BKK"_s), QList<Fare>());
+        QCOMPARE(m_parser.parseAwardOffers(list, u"OSL"_s, u"BKK"_s), QList<Fare>());
+        QVERIFY(!m_parser.parseOffers(list, u"OSL"_s, u"BKK"_s));
+        QVERIFY(!m_parser.parseAwardOffers(map, u"OSL"_s, u"BKK"_s));
     }
 };
 

@@ -60,16 +60,26 @@ private Q_SLOTS:
     }
 
     void windows() {
-        const auto dates = SAS::expandDates(u"2027-03-30"_s, u"2027-04-02"_s, 60);
-        QCOMPARE(dates, QStringList({u"20270330"_s, u"20270331"_s, u"20270401"_s, u"20270402"_s}));
-        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"2027-04-02"_s, 2), dates.first(2));
-        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"2027-03-01"_s, 60), dates.first(1));
-        QCOMPARE(SAS::expandDates(u"2027-03-30"_s, u"soon"_s, 60), dates.first(1));
-        QCOMPARE(SAS::expandDates(u"2028-02-28"_s, u"2028-03-01"_s, 60).size(), 3);
-        QVERIFY(SAS::expandDates(u""_s, u"2027-04-02"_s, 60).isEmpty());
-        QVERIFY(SAS::expandDates(u"2027-02-30"_s, u"2027-04-02"_s, 60).isEmpty());
-        QCOMPARE(SAS::dashedDate(u"20270330"_s), u"2027-03-30"_s);
-        QCOMPARE(SAS::dashedDate(u"2027"_s), u"2027"_s);
+        const QDate today(2027, 1, 15);
+        const QDate first(2027, 3, 30);
+        const auto days = [first](std::initializer_list<int> later) {
+            QList<QDate> dates;
+            for (const int day : later)
+                dates.append(first.addDays(day));
+            return dates;
+        };
+        const auto expand = [](const QString& from, const QString& to, QDate earliest, int cap) {
+            return SAS::expandDates(from, to, earliest, cap);
+        };
+        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, today, 60), days({0, 1, 2, 3}));
+        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, today, 2), days({0, 1}));
+        QCOMPARE(expand(u"2027-03-30"_s, u"2027-03-01"_s, today, 60), days({0}));
+        QCOMPARE(expand(u"2027-03-30"_s, u"soon"_s, today, 60), days({0}));
+        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, first.addDays(2), 60), days({2, 3}));
+        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, first.addDays(4), 60), days({}));
+        QCOMPARE(expand(u"2028-02-28"_s, u"2028-03-01"_s, today, 60).size(), 3);
+        QVERIFY(expand(u""_s, u"2027-04-02"_s, today, 60).isEmpty());
+        QVERIFY(expand(u"2027-02-30"_s, u"2027-04-02"_s, today, 60).isEmpty());
     }
 
     void travelTimes_data() {

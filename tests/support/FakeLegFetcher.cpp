@@ -1,33 +1,47 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakeLegFetcher.h"
 
+#include "airline/Verdict.h"
+
 #include <QTest>
 
-QCoro::Task<> FakeLegFetcher::verifyLogin() {
+QCoro::Task<std::optional<Outcome::Kind>> FakeLegFetcher::verifyLogin() {
     ++verifications;
     co_await nextTurn();
     if (!verified)
         QTest::qFail("nobody expected a verification", __FILE__, __LINE__);
     status = verified.value_or(status);
+    if (unreachable)
+        co_return Outcome::Kind::unreachable;
+    co_return status.isLoggedOut() ? Outcome::Kind::signedOut : Outcome::Kind::answer;
 }
 
-QCoro::Task<FetchedLegs> FakeLegFetcher::fetchLegs(QList<LegGroup> legs, bool award,
-                                                   AbortQuestion shouldAbort, Progress progress) {
-    calls.append({legs, award});
+QCoro::Task<> FakeLegFetcher::prepare(Progress) {
+    co_await nextTurn();
+}
+
+QCoro::Task<std::optional<Outcome>> FakeLegFetcher::fetchLeg(Leg leg, Progress) {
+    looked.append(leg);
+    co_await nextTurn();
+    if (looked.size() == heldLookup)
+        co_await goOn;
+    std::optional<Outcome> result = Outcome{};
+    if (outcome) {
+        result = outcome(leg);
+        co_return result;
+    }
     if (!answer)
         QTest::qFail("nobody expected a lookup", __FILE__, __LINE__);
-    FetchedLegs fetched;
-    for (const LegGroup& leg : legs) {
-        FetchedDates& dates = fetched[leg.origin + u'-' + leg.destination];
-        for (const QString& date : leg.dates) {
-            if (shouldAbort())
-                co_return fetched;
-            progress(leg.origin + u'→' + leg.destination, date);
-            co_await nextTurn();
-            if (++m_lookups == heldLookup)
-                co_await goOn;
-            dates.insert(date, answer ? answer(leg.origin, leg.destination, date) : std::nullopt);
-        }
+    std::optional<QByteArray> body;
+    if (answer)
+        body = answer(leg.origin, leg.destination, leg.date.toString(u"yyyyMMdd"));
+    if (body) {
+        const Verdict::Response response{200, {}, *body};
+        result = Verdict::ofResponse(response, leg, m_parser);
+    } else if (unreachable) {
+        result->kind = Outcome::Kind::unreachable;
+    } else if (status.isLoggedOut()) {
+        result->kind = Outcome::Kind::signedOut;
     }
-    co_return fetched;
+    co_return result;
 }

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "airline/StandBack.h"
+
+#include "airline/RetryAfter.h"
+#include "core/Database.h"
+#include "core/TDLog.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::seconds shortest = 1min;
+constexpr std::chrono::seconds first = 15min;
+constexpr std::chrono::seconds longest = 4h;
+/// Seconds since 1970 until which nothing is looked at, and the length of the last own pause.
+const QString untilKey = u"refused_until"_s;
+const QString pauseKey = u"refused_pause"_s;
+
+double number(const std::optional<QString>& text) {
+    const double value = text.value_or(QString()).toDouble();
+    return std::isfinite(value) ? value : 0;
+}
+
+QString timeOfDay(Instant instant) {
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(secondsSince1970(instant) * 1000))
+        .toString(u"HH:mm"_s);
+}
+
+} // namespace
+
+StandBack::StandBack(Database& database, Clock& clock) : m_database(database), m_clock(clock) {
+    const double longestSeconds = static_cast<double>(longest.count());
+    m_ownPause = std::chrono::seconds(
+        static_cast<qint64>(std::clamp(number(database.get(pauseKey)), 0.0, longestSeconds)));
+    // A clock that was set back meanwhile must not make it longer than it ever was.
+    const double left =
+        std::min(number(database.get(untilKey)) - secondsSince1970(clock.now()), longestSeconds);
+    if (left > 0)
+        begin(std::chrono::seconds(static_cast<qint64>(std::ceil(left))));
+}
+
+StandBack::~StandBack() = default;
+
+std::optional<Instant> StandBack::until() const {
+    if (!m_end)
+        return std::nullopt;
+    return m_clock.now() + (*m_end - m_clock.ticks());
+}
+
+void StandBack::begin(std::chrono::seconds pause) {
+    m_end = m_clock.ticks() + pause;
+    m_timer = m_clock.after(pause, [this] { end(); });
+}
+
+void StandBack::end() {
+    m_timer.reset();
+    m_end.reset();
+    store();
+    Q_EMIT changed();
+}
+
+void StandBack::store() {
+    const auto instant = until();
+    m_database.transaction([&] {
+        m_database.set(untilKey, QString::number(instant ? secondsSince1970(*instant) : 0, 'f', 0));
+        m_database.set(pauseKey, QString::number(m_ownPause.count()));
+    });
+}
+
+void StandBack::refuse(const QString& header, int status) {
+    auto pause = retryAfter(header, m_clock.now());
+    if (pause) {
+        pause = std::clamp(*pause, shortest, longest);
+    } else {
+        m_ownPause = m_ownPause == 0s ? first : std::min(m_ownPause * 2, longest);
+        pause = m_ownPause;
+    }
+    begin(*pause);
+    store();
+    TDLog::note(u"sas: ber oss vente (%1) — ingen oppslag foer %2"_s.arg(QString::number(status),
+                                                                         timeOfDay(*until())));
+    Q_EMIT changed();
+}
+
+void StandBack::answered() {
+    if (m_ownPause == 0s && !m_end)
+        return;
+    m_ownPause = 0s;
+    end();
+}
+
+void StandBack::lift() {
+    if (!m_end)
+        return;
+    TDLog::note(u"sas: brukeren vil proeve naa"_s);
+    end();
+}
+
+QString StandBack::text(Instant until) {
+    return u"SAS ber oss vente til %1."_s.arg(timeOfDay(until));
+}

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "airline/RetryAfter.h"
+#include "airline/StandBack.h"
+#include "core/Database.h"
+#include "tests/support/ManualClock.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestStandBack : public QObject {
+    Q_OBJECT
+
+    struct World {
+        QTemporaryDir dir;
+        ManualClock clock;
+        Database database{dir.path(), clock};
+
+        static std::chrono::seconds left(const StandBack& standBack, const Clock& itsClock) {
+            const auto until = standBack.until();
+            return until ? std::chrono::round<std::chrono::seconds>(*until - itsClock.now()) : 0s;
+        }
+        std::chrono::seconds left(const StandBack& standBack) const {
+            return left(standBack, clock);
+        }
+    };
+
+private Q_SLOTS:
+    void whatTheHeaderSays_data() {
+        QTest::addColumn<QString>("header");
+        QTest::addColumn<qint64>("seconds");
+        const auto row = [](const QString& header, qint64 seconds) {
+            QTest::newRow(qPrintable(header)) << header << seconds;
+        };
+        row(u"120"_s, 120);
+        row(u" 0 "_s, 0);
+        row(u"31536000"_s, 31536000);
+        row(u"2027"_s, 2027);
+        row(u"99999999999999999999999"_s, 31536000);
+        // The clock stands at noon of 15 January 2027.
+        row(u"Fri, 15 Jan 2027 12:20:00 GMT"_s, 1200);
+        row(u"Fri, 15 Jan 2027 11:00:00 GMT"_s, 0);
+        row(u"Mon, 15 Jan 2091 11:00:00 GMT"_s, 31536000);
+        for (const QString& nonsense :
+             {u""_s, u"-5"_s, u"1e3"_s, u"soon"_s, u"Fri, 99 Jan 2027 12:20:00 GMT"_s, u"２"_s})
+            row(nonsense, -1);
+    }
+    void whatTheHeaderSays() {
+        QFETCH(const QString, header);
+        QFETCH(const qint64, seconds);
+        const auto found = retryAfter(header, ManualClock().now());
+        QCOMPARE(found ? found->count() : -1, seconds);
+    }
+
+    void theSitesOwnTimeWithinReason() {
+        World world;
+        StandBack standBack(world.database, world.clock);
+        for (const auto& [header, pause] :
+             {std::pair(u"600"_s, 10min), {u"0"_s, 1min}, {u"31536000"_s, 240min}}) {
+            standBack.refuse(header, 429);
+            QCOMPARE(world.left(standBack), std::chrono::seconds(pause));
+        }
+        // It says nothing about how long to wait where the site names no time.
+        standBack.refuse({}, 429);
+        QCOMPARE(world.left(standBack), std::chrono::seconds(15min));
+        const QSignalSpy changed(&standBack, &StandBack::changed);
+        world.clock.advance(15min - 1s);
+        QVERIFY(standBack.isOn());
+        world.clock.advance(1s);
+        QVERIFY(!standBack.isOn());
+        QCOMPARE(changed.count(), 1);
+    }
+
+    void aQuarterOfAnHourThatDoubles() {
+        World world;
+        StandBack standBack(world.database, world.clock);
+        for (const auto pause : {15min, 30min, 60min, 120min, 240min, 240min}) {
+            standBack.refuse({}, 503);
+            QCOMPARE(world.left(standBack), std::chrono::seconds(pause));
+            world.clock.advance(pause);
+            QVERIFY(!standBack.isOn());
+        }
+        standBack.answered();
+        standBack.refuse({}, 503);
+        QCOMPARE(world.left(standBack), std::chrono::seconds(15min));
+        standBack.lift();
+        QVERIFY(!standBack.isOn());
+        // The user's wish changes nothing about the site.
+        standBack.refuse({}, 503);
+        QCOMPARE(world.left(standBack), std::chrono::seconds(30min));
+    }
+
+    void itIsKeptOverARestart() {
+        World world;
+        StandBack(world.database, world.clock).refuse({}, 429);
+        world.clock.advance(5min);
+        {
+            StandBack again(world.database, world.clock);
+            QCOMPARE(world.left(again), std::chrono::seconds(10min));
+            again.refuse({}, 429);
+            QCOMPARE(world.left(again), std::chrono::seconds(30min));
+            // Setting the clock moves nothing while it runs.
+            world.clock.setWallClock(3h);
+            QCOMPARE(world.left(again), std::chrono::seconds(30min));
+            world.clock.setWallClock(-3h);
+        }
+        world.clock.setWallClock(-48h);
+        QCOMPARE(world.left(StandBack(world.database, world.clock)), std::chrono::seconds(240min));
+        world.clock.setWallClock(49h);
+        QVERIFY(!StandBack(world.database, world.clock).isOn());
+        for (const QString& nonsense : {u"nan"_s, u"1e300"_s, u"x"_s}) {
+            world.database.set(u"refused_until"_s, nonsense);
+            world.database.set(u"refused_pause"_s, nonsense);
+            QVERIFY(world.left(StandBack(world.database, world.clock)) <= 4h);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestStandBack)
+#include "test_stand_back.moc"
