@@ -210,14 +210,33 @@ void Database::markChecked(qint64 id, int found) {
                 found, id);
 }
 
-qint64 Database::recordMatch(const Match& m) {
+qint64 Database::recordMatch(const Match& m, Telling telling) {
     static const QByteArray sql = QByteArray("INSERT INTO matches (") + matchColumns +
                                   ") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
     const int added =
         m_db.change(sql.constData(), m.searchId, m.key, m.route, m.fromCity, m.toCity, m.depart,
                     m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points, m.travelDate,
                     m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
-    return added > 0 ? m_db.lastInsertId() : 0;
+    const qint64 id = added > 0 ? m_db.lastInsertId() : 0;
+    if (id > 0 && telling == Telling::isDue)
+        m_db.change("INSERT INTO untold (match_id) VALUES (?)", id);
+    return id;
+}
+
+QList<Match> Database::untold() {
+    static const QByteArray sql = QByteArray("SELECT id,") + matchColumns +
+                                  " FROM matches JOIN untold ON match_id = id ORDER BY id";
+    QList<Match> matches;
+    m_db.query(sql.constData(),
+               [&matches](const SqliteRow& row) { matches.append(readMatch(row)); });
+    return matches;
+}
+
+void Database::markTold(const QList<qint64>& matches) {
+    transaction([&] {
+        for (const qint64 id : matches)
+            m_db.change("DELETE FROM untold WHERE match_id = ?", id);
+    });
 }
 
 QList<Match> Database::recentMatches(int limit) {

@@ -28,6 +28,9 @@ public:
         bool operator==(const Seen&) const = default;
     };
 
+    /// Whether the user is still to be told of a stored offer.
+    enum class Telling { isDone, isDue };
+
     enum class Access {
         /// This process has the folder to itself, apart from `guest`s.
         owner,
@@ -94,7 +97,11 @@ public:
     void markChecked(qint64 id, int found);
 
     /// Stores an offer under a new id and returns that; 0 when it could not be stored.
-    qint64 recordMatch(const Match& match);
+    qint64 recordMatch(const Match& match, Telling telling = Telling::isDone);
+    /// Offers and sold-out records of which the user is still to be told, in the order of storing.
+    QList<Match> untold();
+    /// The user has been told of these, or need not be.
+    void markTold(const QList<qint64>& matches);
     /// The newest offers first; those whose travel date is past are left out.
     QList<Match> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.

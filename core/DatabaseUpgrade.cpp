@@ -53,6 +53,7 @@ CREATE TABLE IF NOT EXISTS matches (
     found_at REAL NOT NULL
 );
 CREATE TABLE IF NOT EXISTS kv (key TEXT PRIMARY KEY, value TEXT NOT NULL);
+CREATE TABLE IF NOT EXISTS untold (match_id INTEGER PRIMARY KEY);
 )";
 
 } // namespace
@@ -84,6 +85,7 @@ void Database::upgrade() {
     cleanupDuplicateMatches();
     m_db.execute("DELETE FROM matches WHERE search_id != -1 AND "
                  "search_id NOT IN (SELECT id FROM searches)");
+    m_db.execute("DELETE FROM untold WHERE match_id NOT IN (SELECT id FROM matches)");
     if (m_version < DatabaseFile::schemaVersion && !m_problem)
         m_db.execute(QByteArray("PRAGMA user_version = ") +
                      QByteArray::number(DatabaseFile::schemaVersion));

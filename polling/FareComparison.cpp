@@ -46,82 +46,77 @@ Match soldOutMatch(const Search& watcher, const QString& key, const QString& see
 
 } // namespace
 
-FareComparison::FareComparison(Search watcher, QSet<QString> visited,
-                               QMap<QString, Database::Seen> seen, Instant now)
-    : m_watcher(std::move(watcher))
-    , m_visited(std::move(visited))
-    , m_seen(std::move(seen))
-    , m_nextSeen(m_seen.constBegin())
-    , m_now(now) {}
+FareComparison::FareComparison(Search watcher, QMap<QString, Database::Seen> seen)
+    : m_watcher(std::move(watcher)), m_seen(std::move(seen)) {}
 
-std::optional<FareNews> FareComparison::add(const Fare& fare) {
+QList<FareNews> FareComparison::compare(const Leg& leg, const QList<Fare>& fares, Instant now) {
+    m_news.clear();
+    m_places.clear();
+    for (const Fare& fare : fares)
+        add(fare, now);
+    const QString prefix = leg.keyPrefix();
+    for (auto seen = m_seen.lowerBound(prefix);
+         seen != m_seen.end() && seen.key().startsWith(prefix); ++seen)
+        addGone(seen.key(), now);
+    m_news.removeIf(
+        [](const FareNews& news) { return news.found.isEmpty() && !news.soldOut && !news.seen; });
+    return std::exchange(m_news, {});
+}
+
+FareNews& FareComparison::newsOf(const QString& key) {
+    const auto place = m_places.constFind(key);
+    if (place != m_places.constEnd())
+        return m_news[*place];
+    m_places.insert(key, m_news.size());
+    m_news.append(FareNews{key, {}, {}, {}, {}});
+    return m_news.last();
+}
+
+void FareComparison::add(const Fare& fare, Instant now) {
     const auto cabins =
         SAS::matchingCabins(fare, m_watcher.cabins, m_watcher.minSeats, m_watcher.maxStops);
     if (cabins.isEmpty())
-        return std::nullopt;
+        return;
     ++m_satisfied;
 
     const auto before = m_seen.constFind(fare.key);
     const bool wasSeen = before != m_seen.constEnd();
     const auto earlier = m_round.constFind(fare.key);
     const bool isRepeated = earlier != m_round.constEnd();
-    Database::Seen now{isRepeated ? earlier->cabins : CabinSet(),
-                       u"%1 %2 · %3"_s.arg(fare.route, fare.date, fare.flight)};
-    FareNews news;
-    news.key = fare.key;
+    Database::Seen seen{isRepeated ? earlier->cabins : CabinSet(),
+                        u"%1 %2 · %3"_s.arg(fare.route, fare.date, fare.flight)};
+    FareNews& news = newsOf(fare.key);
     for (auto cabin = cabins.constBegin(); cabin != cabins.constEnd(); ++cabin) {
-        if (!now.cabins.contains(cabin.key()) && !(wasSeen && before->cabins.contains(cabin.key())))
-            news.found.append(foundMatch(m_watcher, fare, cabin.key(), *cabin, m_now));
-        now.cabins.insert(cabin.key());
+        if (!seen.cabins.contains(cabin.key()) &&
+            !(wasSeen && before->cabins.contains(cabin.key())))
+            news.found.append(foundMatch(m_watcher, fare, cabin.key(), *cabin, now));
+        seen.cabins.insert(cabin.key());
     }
-    const bool isStored = isRepeated ? *earlier == now : wasSeen && *before == now;
+    const bool isStored = isRepeated ? *earlier == seen : wasSeen && *before == seen;
     if (!isStored)
-        news.seen = now;
-    m_round.insert(fare.key, now);
-    if (news.found.isEmpty() && !news.seen)
-        return std::nullopt;
-    return news;
+        news.seen = seen;
+    m_round.insert(fare.key, seen);
 }
 
-std::optional<FareNews> FareComparison::nextGone() {
-    while (m_nextSeen != m_seen.constEnd()) {
-        const auto entry = m_nextSeen++;
-        if (!isVisited(entry.key()))
-            continue;
-        if (auto news = goneOf(entry.key(), *entry))
-            return news;
-    }
-    return std::nullopt;
-}
-
-std::optional<FareNews> FareComparison::goneOf(const QString& key,
-                                               const Database::Seen& before) const {
+void FareComparison::addGone(const QString& key, Instant now) {
+    Database::Seen& before = m_seen[key];
     const auto round = m_round.constFind(key);
     const bool isBack = round != m_round.constEnd();
-    FareNews news;
-    news.key = key;
+    CabinSet gone;
     for (const QString& cabin : before.cabins) {
         // A cabin that the user no longer wants vanishes without a word.
         if (m_watcher.cabins.contains(cabin) && !(isBack && round->cabins.contains(cabin)))
-            news.gone.insert(cabin);
+            gone.insert(cabin);
     }
-    if (!news.gone.isEmpty())
-        news.soldOut = soldOutMatch(m_watcher, key, before.label, news.gone, m_now);
+    if (gone.isEmpty() && (isBack || before.cabins.isEmpty()))
+        return;
+    FareNews& news = newsOf(key);
+    if (!gone.isEmpty()) {
+        news.soldOut = soldOutMatch(m_watcher, key, before.label, gone, now);
+        news.gone = gone;
+    }
     // The row stays without cabins; when the fare comes back, they are all new again.
-    if (!isBack && !before.cabins.isEmpty())
-        news.seen = Database::Seen{{}, before.label};
-    if (!news.soldOut && !news.seen)
-        return std::nullopt;
-    return news;
-}
-
-/// Whether the key's leg, the text up to its fifth "-", was looked up in this round.
-bool FareComparison::isVisited(const QString& key) const {
-    qsizetype end = -1;
-    for (int dashes = 0; dashes < 5; ++dashes) {
-        end = key.indexOf(u'-', end + 1);
-        if (end < 0)
-            return false;
-    }
-    return m_visited.contains(key.left(end + 1));
+    before.cabins = isBack ? before.cabins - gone : CabinSet();
+    if (!isBack)
+        news.seen = before;
 }

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "airline/Fare.h"
+#include "airline/Leg.h"
 #include "core/Database.h"
-
-#include <QSet>
 
 /// What one fare means for a watcher: what is to be stored, all of it or nothing, and then said.
 struct FareNews {
@@ -21,34 +20,35 @@ struct FareNews {
     bool operator==(const FareNews&) const = default;
 };
 
-/// Compares the fares that one round fetched for a watcher with what it has seen before.
+/// Compares the answers that a watcher gets in one round, leg by leg, with what it has seen before.
 /// Values in, values out; it stores and announces nothing.
 class FareComparison {
 public:
-    /// `visited` as of `Legs::visited`; `seen` is the state before the round, and stays the
-    /// measure for what has sold out; `now` dates the finds.
-    FareComparison(Search watcher, QSet<QString> visited, QMap<QString, Database::Seen> seen,
-                   Instant now);
+    /// `seen` is what the watcher had seen before the round.
+    FareComparison(Search watcher, QMap<QString, Database::Seen> seen);
 
-    /// One fare of the round; absent when it says nothing new. Call for all fares first.
-    std::optional<FareNews> add(const Fare& fare);
-    /// The next fare that was available before and lost cabins on a leg of this round; absent
-    /// after the last.
-    std::optional<FareNews> nextGone();
+    /// From the next leg on the watcher asks for something else.
+    void setWatcher(const Search& watcher) { m_watcher = watcher; }
 
-    /// Fares that satisfied the watcher, each call of `add` counted.
+    /// What the answer for `leg` says that was not known: what became available among its `fares`,
+    /// and what was seen before on that leg and is not among them. `now` dates it.
+    QList<FareNews> compare(const Leg& leg, const QList<Fare>& fares, Instant now);
+
+    /// Fares that satisfied the watcher in this round.
     int satisfied() const { return m_satisfied; }
 
 private:
-    std::optional<FareNews> goneOf(const QString& key, const Database::Seen& before) const;
-    bool isVisited(const QString& key) const;
+    void add(const Fare& fare, Instant now);
+    void addGone(const QString& key, Instant now);
+    FareNews& newsOf(const QString& key);
 
     Search m_watcher;
-    QSet<QString> m_visited;
+    /// Before the round.
     QMap<QString, Database::Seen> m_seen;
-    QMap<QString, Database::Seen>::const_iterator m_nextSeen;
     /// What is seen of the fares that satisfied in this round, by fare key.
     QHash<QString, Database::Seen> m_round;
-    Instant m_now;
+    /// Of the leg that is compared, in its order, with each key's place.
+    QList<FareNews> m_news;
+    QHash<QString, qsizetype> m_places;
     int m_satisfied = 0;
 };

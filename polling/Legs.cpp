@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Legs.h"
 
+#include "core/DateFmt.h"
 #include "core/Err.h"
 
 #include <algorithm>
@@ -13,27 +14,35 @@ Leg All::operator[](qsizetype index) const {
     const qsizetype back = index - pairs.size() * outbound.size();
     if (back < 0) {
         const auto& pair = pairs[index / outbound.size()];
-        return {pair.origin, pair.destination, outbound[index % outbound.size()]};
+        return {pair.origin, pair.destination, outbound[index % outbound.size()], flow};
     }
     const auto& pair = pairs[back / homebound.size()];
-    return {pair.destination, pair.origin, homebound[back % homebound.size()]};
+    return {pair.destination, pair.origin, homebound[back % homebound.size()], flow};
 }
 
-All ofWatcher(const Search& watcher) {
+bool All::contains(const Leg& leg) const {
+    return leg.flow == flow &&
+           ((outbound.contains(leg.date) && pairs.contains({leg.origin, leg.destination})) ||
+            (homebound.contains(leg.date) && pairs.contains({leg.destination, leg.origin})));
+}
+
+All ofWatcher(const Search& watcher, QDate today) {
     QStringList origins = Search::codes(watcher.origin);
     QStringList destinations = Search::codes(watcher.destination);
     if (origins.isEmpty())
         throw Err{u"Søket mangler avreisested."_s};
     if (destinations.isEmpty())
         throw Err{u"Søket mangler destinasjon."_s};
+    if (!DateFmt::parseIso(watcher.dateFrom))
+        throw Err{u"SAS-søk krever avreisedato."_s};
     origins.removeDuplicates();
     destinations.removeDuplicates();
     destinations.sort();
     All legs;
-    legs.outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, datesPerWindow);
-    if (legs.outbound.isEmpty())
-        throw Err{u"SAS-søk krever avreisedato."_s};
-    legs.homebound = SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, datesPerWindow);
+    legs.flow = watcher.includePartners ? Flow::award : Flow::points;
+    legs.outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, today, datesPerWindow);
+    legs.homebound =
+        SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, today, datesPerWindow);
 
     legs.pairs.reserve(origins.size() * destinations.size());
     // Two origins have the same pair only where the hub stands in for one of them.
@@ -54,29 +63,20 @@ All ofWatcher(const Search& watcher) {
 
 QList<Leg> slice(const All& legs, qsizetype start) {
     const bool fitIntoOne = legs.size() <= perRound;
+    const qsizetype count = std::min<qsizetype>(legs.size(), perRound);
     QList<Leg> selected;
-    selected.reserve(std::min<qsizetype>(legs.size(), perRound));
-    for (qsizetype k = 0; k < std::min<qsizetype>(legs.size(), perRound); ++k)
+    selected.reserve(count);
+    for (qsizetype k = 0; k < count; ++k)
         selected.append(legs[fitIntoOne ? k : (start + k) % legs.size()]);
     return selected;
 }
 
-QList<LegGroup> grouped(const QList<Leg>& legs) {
-    QList<LegGroup> groups;
-    for (const Leg& leg : legs) {
-        if (groups.isEmpty() || groups.last().origin != leg.origin ||
-            groups.last().destination != leg.destination)
-            groups.append({leg.origin, leg.destination, {}});
-        groups.last().dates.append(leg.date);
+int countOfRound(const Search& watcher, QDate today) {
+    try {
+        return static_cast<int>(std::min<qsizetype>(ofWatcher(watcher, today).size(), perRound));
+    } catch (const Err&) {
+        return 0;
     }
-    return groups;
-}
-
-QSet<QString> visited(const QList<Leg>& legs) {
-    QSet<QString> prefixes;
-    for (const Leg& leg : legs)
-        prefixes.insert(u"%1-%2-%3-"_s.arg(SAS::dashedDate(leg.date), leg.origin, leg.destination));
-    return prefixes;
 }
 
 } // namespace Legs

@@ -6,6 +6,7 @@
 #include "polling/CommunityFind.h"
 
 #include <QLocale>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -27,29 +28,48 @@ QString offerText(const Match& match) {
                                                   match.depart, match.arrive, match.stopsText);
 }
 
+/// By what was last seen of its fare.
+bool isStillSo(const Match& match, const QMap<QString, Database::Seen>& seen) {
+    if (match.isCommunity)
+        return seen.contains(Notifier::subject(match));
+    if (!match.soldOut)
+        return seen.value(match.key).cabins.contains(match.cabin);
+    const QString fare = match.key.chopped(QStringView(u":soldout").size());
+    return !seen.value(fare).cabins.intersects(decodeCabins(match.cabin));
+}
+
 } // namespace
 
 Notifier::Notifier(Database& database, NotificationCenter& center, Clock& clock)
     : m_database(database), m_center(center), m_clock(clock) {}
+
+Notifier::~Notifier() {
+    markTold();
+}
 
 void Notifier::requestPermission() {
     m_center.requestAuthorization();
 }
 
 void Notifier::notifyNewFare(const Match& match) {
-    if (!shouldNotify(subject(match)))
+    if (!shouldNotify(subject(match))) {
+        told(match.id);
         return;
+    }
     postOffer(u"✈️ Ny bonusreise: %1 → %2"_s.arg(match.fromCity, match.toCity), offerText(match),
               match);
 }
 
-void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins) {
-    if (!m_database.isOn(u"notify_soldout"_s, true))
+void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match) {
+    if (!m_database.isOn(u"notify_soldout"_s, true)) {
+        told(match);
         return;
+    }
     QStringList names;
     std::transform(cabins.begin(), cabins.end(), std::back_inserter(names), cabinLabel);
     names.sort();
-    post(u"🔴 Utsolgt"_s, u"%1\n%2 er ikke lenger tilgjengelig"_s.arg(label, names.join(u", "_s)));
+    hand({u"🔴 Utsolgt"_s, u"%1\n%2 er ikke lenger tilgjengelig"_s.arg(label, names.join(u", "_s))},
+         match);
 }
 
 void Notifier::notifyCommunityFare(const Match& match) {
@@ -62,15 +82,55 @@ bool Notifier::canPost() const {
 }
 
 void Notifier::post(const QString& title, const QString& body) {
-    if (m_database.isOn(u"native_notify"_s, true))
-        m_center.post({title, body});
+    hand({title, body}, 0);
 }
 
 void Notifier::postOffer(const QString& title, const QString& body, const Match& match) {
-    if (!m_database.isOn(u"native_notify"_s, true))
-        return;
     const QString booking = match.bookingURL.isEmpty() ? QString() : u"Book på SAS"_s;
-    m_center.post({title, body, subject(match), booking});
+    hand({title, body, subject(match), booking}, match.id);
+}
+
+void Notifier::hand(const Notification& notification, qint64 match) {
+    if (!m_database.isOn(u"native_notify"_s, true)) {
+        told(match);
+        return;
+    }
+    const auto taken = [self = QPointer(this), match](bool isTaken) {
+        // What the desktop did not take is told at the next start, if it is still worth telling.
+        if (self && isTaken)
+            self->told(match);
+    };
+    m_center.post(notification, taken);
+}
+
+void Notifier::told(qint64 match) {
+    if (match <= 0)
+        return;
+    if (m_told.isEmpty())
+        QMetaObject::invokeMethod(this, &Notifier::markTold, Qt::QueuedConnection);
+    m_told.append(match);
+}
+
+void Notifier::markTold() {
+    if (const auto matches = std::exchange(m_told, {}); !matches.isEmpty())
+        m_database.markTold(matches);
+}
+
+void Notifier::tellRest() {
+    const Instant oldest = m_clock.now() - repeatWindow;
+    QHash<qint64, QMap<QString, Database::Seen>> seen;
+    for (const Match& match : m_database.untold()) {
+        if (!seen.contains(match.searchId))
+            seen.insert(match.searchId, m_database.seenCabins(match.searchId));
+        if (match.foundAt < oldest || !isStillSo(match, seen[match.searchId]))
+            told(match.id);
+        else if (match.soldOut)
+            notifySoldOut(match.route, decodeCabins(match.cabin), match.id);
+        else if (match.isCommunity)
+            notifyCommunityFare(match);
+        else
+            notifyNewFare(match);
+    }
 }
 
 QString Notifier::subject(const Match& match) {

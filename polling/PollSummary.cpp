@@ -6,14 +6,32 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// A list with anything but texts in it counts as missing.
+QStringList texts(const QJsonValue& list) {
+    QStringList result;
+    for (const auto& text : list.toArray()) {
+        if (!text.isString())
+            return {};
+        result.append(text.toString());
+    }
+    return result;
+}
+
+} // namespace
+
 QJsonObject PollSummary::toJson() const {
-    return {{u"at"_s, secondsSince1970(at)},
-            {u"searches"_s, searches},
-            {u"fetched"_s, fetched},
-            {u"matches"_s, matches},
-            {u"new"_s, newAlerts},
-            {u"soldout"_s, soldOut},
-            {u"errors"_s, QJsonArray::fromStringList(errors)}};
+    QJsonObject object{{u"at"_s, secondsSince1970(at)},
+                       {u"searches"_s, searches},
+                       {u"fetched"_s, fetched},
+                       {u"matches"_s, matches},
+                       {u"new"_s, newAlerts},
+                       {u"soldout"_s, soldOut},
+                       {u"errors"_s, QJsonArray::fromStringList(errors)}};
+    if (!notes.isEmpty())
+        object.insert(u"notes"_s, QJsonArray::fromStringList(notes));
+    return object;
 }
 
 std::optional<PollSummary> PollSummary::fromJson(const QString& text) {
@@ -28,13 +46,7 @@ std::optional<PollSummary> PollSummary::fromJson(const QString& text) {
     summary.matches = object[u"matches"].toInt();
     summary.newAlerts = object[u"new"].toInt();
     summary.soldOut = object[u"soldout"].toInt();
-    for (const auto& error : object[u"errors"].toArray()) {
-        // A list with anything but texts in it counts as missing.
-        if (!error.isString()) {
-            summary.errors.clear();
-            break;
-        }
-        summary.errors.append(error.toString());
-    }
+    summary.errors = texts(object[u"errors"]);
+    summary.notes = texts(object[u"notes"]);
     return summary;
 }

@@ -25,11 +25,13 @@ struct PollSummary {
     int soldOut = 0;
     /// One Norwegian line per watcher whose lookup failed.
     QStringList errors;
+    /// One Norwegian line per watcher that did not get all of its answers.
+    QStringList notes;
 
     bool operator==(const PollSummary&) const = default;
 
     /// The stored form: "at" in seconds since 1970, "searches", "fetched", "matches", "new",
-    /// "soldout" and "errors".
+    /// "soldout", "errors", and "notes" where there are any.
     QJsonObject toJson() const;
     /// Absent when the text is not a JSON object; members that are missing or of another type
     /// read as 0 or empty.

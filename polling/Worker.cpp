@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Worker.h"
 
+#include "airline/StandBack.h"
 #include "core/Err.h"
 #include "core/TDLog.h"
 #include "polling/Notifier.h"
 
 #include <QJsonDocument>
 #include <QPointer>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cmath>
@@ -16,33 +18,48 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using Kind = Outcome::Kind;
+
 constexpr auto revivalPause = 1800s;
+constexpr auto resumePatience = 30min;
 constexpr double shortestIntervalMinutes = 1.0;
 /// A week: a setting beyond that is a slip of the pen.
 constexpr double longestIntervalMinutes = 7 * 24 * 60;
+constexpr double jitter = 0.1;
 const QString lastPollKey = u"last_poll"_s;
 
-/// Fares compared, and news stored and announced, before everything else gets its turn: a few
-/// milliseconds' worth.
-constexpr int faresPerStep = 400;
-constexpr int newsPerStep = 60;
+/// News stored and announced before everything else gets its turn: a few milliseconds' worth.
+constexpr qsizetype newsPerStep = 60;
 
-const QString unreachableText =
-    u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
-
-QString errorOf(const Search& watcher, const QString& message) {
+QString ofWatcher(const Search& watcher, const QString& message) {
     return u"søk %1: %2"_s.arg(QString::number(watcher.id), message);
+}
+
+/// What of a watcher decides which fares it wants.
+Search criteria(Search watcher) {
+    watcher.name.clear();
+    watcher.lastChecked.reset();
+    watcher.lastFound = 0;
+    return watcher;
+}
+
+/// Outcomes after which the next look would only be the same again.
+bool endsRound(const Outcome& outcome, bool isSignedOut) {
+    return outcome.kind == Kind::refused || outcome.kind == Kind::unreachable ||
+           (outcome.kind == Kind::signedOut && isSignedOut);
 }
 
 } // namespace
 
-Worker::Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock, Site site)
+Worker::Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock)
     : m_database(database)
     , m_fetcher(fetcher)
-    , m_notifier(notifier)
     , m_clock(clock)
-    , m_parser(std::move(site))
-    , m_pause(clock) {}
+    , m_announcer(database, notifier)
+    , m_pause(clock) {
+    connect(&m_announcer, &Announcer::matchFound, this, &Worker::matchFound);
+    connect(&m_announcer, &Announcer::soldOut, this, &Worker::soldOut);
+}
 
 void Worker::startTimer(double intervalMinutes) {
     stopTimer();
@@ -61,6 +78,11 @@ double Worker::intervalMinutes(const std::optional<QString>& stored, double othe
                       shortestIntervalMinutes, longestIntervalMinutes);
 }
 
+std::chrono::milliseconds Worker::jittered(std::chrono::milliseconds interval, double chance) {
+    const double factor = 1 - jitter + 2 * jitter * std::clamp(chance, 0.0, 1.0);
+    return std::chrono::milliseconds(std::llround(static_cast<double>(interval.count()) * factor));
+}
+
 QCoro::Task<> Worker::loop(double intervalMinutes) {
     const QPointer self(this);
     const int number = m_loopNumber;
@@ -68,18 +90,33 @@ QCoro::Task<> Worker::loop(double intervalMinutes) {
         co_await pollOnce();
         if (!self || number != m_loopNumber)
             co_return;
-        const double minutes =
-            Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), intervalMinutes);
-        const bool slept =
-            co_await m_pause.start(std::chrono::duration_cast<std::chrono::milliseconds>(
-                std::chrono::duration<double, std::ratio<60>>(minutes)));
+        const bool slept = co_await m_pause.start(untilNextRound(intervalMinutes));
         if (!slept || !self)
             co_return;
     }
 }
 
-QString Worker::signedOutText() {
-    return u"Ikke innlogget hos SAS — søkene får ingen data. Logg inn via Innstillinger."_s;
+std::chrono::milliseconds Worker::untilNextRound(double intervalMinutes) const {
+    const double minutes =
+        Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), intervalMinutes);
+    const auto interval = jittered(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                       std::chrono::duration<double, std::ratio<60>>(minutes)),
+                                   QRandomGenerator::global()->generateDouble());
+    // When the airline may be asked again, it is, within the interval.
+    const auto refused = m_fetcher.refusedUntil();
+    if (!refused)
+        return interval;
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(*refused - m_clock.now()) + 1s;
+    return std::clamp<std::chrono::milliseconds>(left, 1s, interval);
+}
+
+std::optional<QString> Worker::whyNoRound() const {
+    if (isSignedOut())
+        return LookTally::signedOutText();
+    if (const auto until = refusedUntil())
+        return StandBack::text(*until);
+    return std::nullopt;
 }
 
 QCoro::Task<PollSummary> Worker::pollOnce() {
@@ -88,16 +125,34 @@ QCoro::Task<PollSummary> Worker::pollOnce() {
     if (std::exchange(m_busy, true))
         co_return summary;
     const QPointer self(this);
-    // Signed out there is no round, but storage has to work all the same.
+    // Whether there is a round or not, storage has to work.
     if (m_database.recover())
         Q_EMIT stored();
-    const bool alive = co_await revive();
+    bool mayLook = !m_fetcher.refusedUntil();
+    if (mayLook)
+        mayLook = co_await revive();
+    if (self && mayLook)
+        summary = co_await round();
     if (!self)
         co_return summary;
-    if (alive)
-        summary = co_await round();
-    if (self)
-        m_busy = false;
+    m_busy = false;
+    Q_EMIT idle(summary);
+    co_return summary;
+}
+
+QCoro::Task<PollSummary> Worker::joinRound() {
+    if (m_busy) {
+        const OneShot<PollSummary> end;
+        const QMetaObject::Connection ended = connect(
+            this, &Worker::idle, this, [end](const PollSummary& summary) { end.resolve(summary); });
+        const QMetaObject::Connection gone =
+            connect(this, &QObject::destroyed, [end] { end.resolve(PollSummary()); });
+        PollSummary summary = co_await end;
+        disconnect(ended);
+        disconnect(gone);
+        co_return summary;
+    }
+    PollSummary summary = co_await pollOnce();
     co_return summary;
 }
 
@@ -111,230 +166,291 @@ QCoro::Task<bool> Worker::revive() {
     TDLog::note(u"worker: utlogget — proever samlet re-innlogging (neste forsoek om 30 min)"_s);
     LegFetcher& fetcher = m_fetcher;
     const QPointer self(this);
-    co_await fetcher.verifyLogin();
+    const auto kind = co_await fetcher.verifyLogin();
     // An attempt without a network was none.
-    if (self && fetcher.isSiteUnreachable())
+    if (self && kind == Kind::unreachable)
         m_lastRevivalAttempt.reset();
     co_return !fetcher.loginStatus().isLoggedOut();
 }
 
 QCoro::Task<PollSummary> Worker::round() {
     const QPointer self(this);
-    PollSummary summary;
-    summary.at = m_clock.now();
-    QList<Match> found;
+    Round round;
+    round.summary.at = m_clock.now();
     m_isRunning = true;
-    QList<Search> watchers = m_database.listSearches();
-    watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
-    const int total = static_cast<int>(watchers.size());
-    if (total == 0) {
+    forgetOldCut();
+    auto watcher = nextWatcher(round);
+    if (!watcher) {
         m_isRunning = false;
         setStatus({});
         Q_EMIT stored();
-        co_return summary;
+        co_return round.summary;
     }
-    m_progress = {0, total};
-    for (int i = 0; i < total; ++i) {
-        const Search& watcher = watchers.at(i);
-        if (!stillActive(watcher.id))
-            continue;
-        ++summary.searches;
-        m_progress = {i, total};
-        m_lookupDone = 0;
-        setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
-        const auto errors = summary.errors.size();
-        co_await checkWatcher(watcher, summary, found);
+    while (watcher && !round.cut) {
+        round.begun.insert(watcher->id);
+        co_await checkWatcher(*watcher, round);
         if (!self)
-            co_return summary;
-        // What had come before the contact was lost has been used; the round tells all the same.
-        if (m_fetcher.isSiteUnreachable() && summary.errors.size() == errors)
-            summary.errors.append(errorOf(watcher, unreachableText));
-        if (summary.errors.size() > errors && (m_fetcher.isSiteUnreachable() || isSignedOut()))
-            break;
+            co_return round.summary;
+        watcher = nextWatcher(round);
     }
-    m_progress = {total, total};
+    if (!round.cut)
+        m_resume.reset();
+    m_fetcher.rest();
+    m_progress = {m_progress.total, m_progress.total};
     m_database.set(
         lastPollKey,
-        QString::fromUtf8(QJsonDocument(summary.toJson()).toJson(QJsonDocument::Compact)));
+        QString::fromUtf8(QJsonDocument(round.summary.toJson()).toJson(QJsonDocument::Compact)));
     m_isRunning = false;
     setStatus({});
-    Q_EMIT roundEnded(summary, found);
+    Q_EMIT roundEnded(round.summary);
     Q_EMIT stored();
-    co_return summary;
+    co_return round.summary;
 }
 
-QCoro::Task<> Worker::checkWatcher(Search watcher, PollSummary& summary, QList<Match>& found) {
-    const QPointer self(this);
-    Lookup lookup = co_await fetchSASFares(watcher);
-    if (!self)
-        co_return;
-    if (lookup.error) {
-        summary.errors.append(errorOf(watcher, *lookup.error));
-        m_database.markChecked(watcher.id, 0);
-        co_return;
-    }
-    if (!stillActive(watcher.id))
-        co_return;
-    summary.fetched += static_cast<int>(lookup.fares.size());
-    co_await matchFares(watcher, std::move(lookup), summary, found);
+/// Those that are new since the round began have a turn too. A round after one that was cut short
+/// is the rest of that one.
+std::optional<Search> Worker::nextWatcher(const Round& round) {
+    QList<Search> waiting = activeWatchers();
+    waiting.removeIf([this, &round](const Search& one) {
+        return round.begun.contains(one.id) || (m_resume && one.id < m_resume->watcher);
+    });
+    return waiting.isEmpty() ? std::nullopt : std::optional(waiting.first());
 }
 
-QCoro::Task<Worker::Lookup> Worker::fetchSASFares(Search watcher) {
-    const QPointer self(this);
-    Lookup lookup;
-    QList<Leg> legs;
+void Worker::forgetOldCut() {
+    const auto watchers = activeWatchers();
+    const bool isOver = m_resume && (watchers.isEmpty() || watchers.last().id < m_resume->watcher ||
+                                     (m_resume->end && m_clock.ticks() > *m_resume->end));
+    if (isOver)
+        m_resume.reset();
+}
+
+/// Absent when there is nothing to look at.
+std::optional<Worker::Visit> Worker::visit(const Search& watcher, Round& round) {
+    Legs::All legs;
     try {
-        legs = takeTurn(watcher, Legs::ofWatcher(watcher));
+        legs = Legs::ofWatcher(watcher, m_clock.today());
     } catch (const Err& error) {
-        lookup.error = error.message;
-        co_return lookup;
+        ++round.summary.searches;
+        round.summary.errors.append(ofWatcher(watcher, error.message));
+        m_database.markChecked(watcher.id, 0);
+        return std::nullopt;
     }
-    m_lookupTotal = static_cast<int>(legs.size());
-    Q_EMIT changed();
-
-    const QList<LegGroup> groups = Legs::grouped(legs);
-    const LegFetcher::AbortQuestion abort = [self, id = watcher.id] {
-        return self && !self->stillActive(id);
-    };
-    const LegFetcher::Progress progress =
-        [self, name = watcher.displayName()](const QString& label, const QString& date) {
-            if (self)
-                self->noteProgress(name, label, date);
-        };
-    auto fetched = co_await m_fetcher.fetchLegs(groups, watcher.includePartners, abort, progress);
-    if (!self)
-        co_return lookup;
-
-    qsizetype noData = 0;
-    co_await readBodies(std::move(fetched), watcher.includePartners, lookup, noData);
-    if (!self || !lookup.fares.isEmpty())
-        co_return lookup;
-    if (m_fetcher.isSiteUnreachable())
-        lookup.error = unreachableText;
-    else if (isSignedOut())
-        lookup.error = signedOutText();
-    else if (noData > 0 && noData == legs.size())
-        lookup.error = u"SAS ga ingen data — sjekk EuroBonus-innloggingen (Innstillinger)."_s;
-    co_return lookup;
+    // All its dates have passed, which its card says.
+    if (legs.size() == 0)
+        return std::nullopt;
+    Visit visit{watcher,
+                Turn(std::move(legs), storedCursor(watcher.id)),
+                FareComparison(watcher, m_database.seenCabins(watcher.id)),
+                {}};
+    if (m_resume && m_resume->watcher == watcher.id && m_resume->leg)
+        visit.turn.beginAt(*m_resume->leg);
+    return visit;
 }
 
-/// The legs of this round; the cursor remembers where the next one goes on.
-QList<Leg> Worker::takeTurn(const Search& watcher, const Legs::All& legs) {
+QCoro::Task<> Worker::checkWatcher(Search watcher, Round& round) {
+    const QPointer self(this);
+    const int begun = static_cast<int>(round.begun.size());
+    m_progress = {begun - 1, std::max(begun, static_cast<int>(activeWatchers().size()))};
+    m_lookupDone = 0;
     m_rotationTotal = 0;
-    if (legs.size() <= Legs::perRound)
-        return Legs::slice(legs, 0);
-    const QString key = u"lookup_cursor_%1"_s.arg(watcher.id);
-    const qint64 cursor = std::max<qint64>(m_database.get(key).value_or(QString()).toLongLong(), 0);
-    const qint64 start = cursor % legs.size();
-    m_database.set(key, QString::number((start + Legs::perRound) % legs.size()));
-    m_rotationTotal = static_cast<int>(legs.size());
-    return Legs::slice(legs, start);
+    setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
+    auto visit = this->visit(watcher, round);
+    if (!visit)
+        co_return;
+    ++round.summary.searches;
+    m_rotationTotal = visit->turn.rotationTotal();
+    m_lookupTotal = visit->turn.size();
+    Q_EMIT changed();
+    co_await lookAtLegs(*visit, round);
+    if (self)
+        endVisit(*visit, round);
 }
 
-QCoro::Task<> Worker::readBodies(FetchedLegs fetched, bool award, Lookup& lookup,
-                                 qsizetype& noData) {
+QCoro::Task<> Worker::lookAtLegs(Visit& visit, Round& round) {
     const QPointer self(this);
-    QList<Leg> answered;
-    for (auto leg = fetched.begin(); leg != fetched.end(); ++leg) {
-        const QStringList codes = leg.key().split(u'-', Qt::SkipEmptyParts);
-        if (codes.size() != 2)
-            continue;
-        for (auto date = leg->begin(); date != leg->end(); ++date) {
-            const QByteArray bytes = std::exchange(*date, std::nullopt).value_or(QByteArray());
-            const auto fares = award ? m_parser.parseAwardOffers(bytes, codes[0], codes[1])
-                                     : m_parser.parseOffers(bytes, codes[0], codes[1]);
-            if (!fares) {
-                ++noData;
-                continue;
-            }
-            lookup.fares.append(*fares);
-            // A date that gave no data was not looked at: nothing has sold out because of it.
-            answered.append({codes[0], codes[1], date.key()});
-            co_await nextTurn();
-            if (!self)
-                co_return;
-        }
-    }
-    lookup.visited = Legs::visited(answered);
-}
-
-QCoro::Task<> Worker::matchFares(Search watcher, Lookup lookup, PollSummary& summary,
-                                 QList<Match>& found) {
-    const QPointer self(this);
-    FareComparison comparison(watcher, std::move(lookup.visited), m_database.seenCabins(watcher.id),
-                              m_clock.now());
-    auto fare = lookup.fares.cbegin();
-    bool done = false;
-    while (!done) {
-        // A watcher that is deleted between two steps must not get rows again.
-        if (!stillActive(watcher.id))
+    while (followEdits(visit)) {
+        const auto leg = visit.turn.peek();
+        if (!leg)
             co_return;
-        QList<FareNews> news;
-        for (int compared = 0; !done && compared < faresPerStep && news.size() < newsPerStep;
-             ++compared) {
-            const bool hasFare = fare != lookup.fares.cend();
-            auto next = hasFare ? comparison.add(*fare++) : comparison.nextGone();
-            done = !hasFare && !next;
-            if (next)
-                news.append(std::move(*next));
+        showLeg(visit, *leg);
+        const auto shared = round.answers.constFind(*leg);
+        QList<Fare> fares;
+        bool isAnswer = shared != round.answers.constEnd();
+        if (isAnswer) {
+            fares = *shared;
+            visit.tally.noteShared();
+        } else {
+            auto outcome = co_await lookAt(*leg, visit, round);
+            if (!self || round.cut)
+                co_return;
+            isAnswer = outcome && outcome->kind == Kind::answer;
+            if (isAnswer)
+                fares = std::move(outcome->fares);
         }
-        storeAndAnnounce(watcher, std::move(news), summary, found);
-        co_await nextTurn();
+        // It may have been edited, paused or deleted meanwhile.
+        if (!followEdits(visit))
+            co_return;
+        visit.turn.next();
+        storeCursor(visit);
+        if (!isAnswer)
+            continue;
+        co_await take(std::move(fares), *leg, visit, round);
         if (!self)
             co_return;
     }
-    summary.matches += comparison.satisfied();
-    m_database.markChecked(watcher.id, comparison.satisfied());
 }
 
-/// First on the disk, then said: what was announced is never announced again after a crash. When
-/// the disk takes nothing, a new seat is worth saying all the same; that one has sold out would be
-/// said again in every round, so it waits.
-void Worker::storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
-                              QList<Match>& found) {
-    if (news.isEmpty())
+/// What became of the leg, noted; sets `cut` when the round is over because of it.
+QCoro::Task<std::optional<Outcome>> Worker::lookAt(Leg leg, Visit& visit, Round& round) {
+    const QPointer self(this);
+    const LegFetcher::Progress progress = progressOf(visit.watcher);
+    std::optional<Outcome> outcome;
+    if (!std::exchange(visit.isPrepared, true))
+        co_await m_fetcher.prepare(progress);
+    if (!self)
+        co_return outcome;
+    // A verification that was waited for may have found the session dead.
+    if (isSignedOut())
+        outcome = Outcome{Kind::signedOut};
+    else
+        outcome = co_await m_fetcher.fetchLeg(leg, progress);
+    if (!self)
+        co_return outcome;
+    if (outcome)
+        visit.tally.note(*outcome);
+    if (!outcome || endsRound(*outcome, isSignedOut()))
+        noteCut(visit, leg, outcome ? &*outcome : nullptr, round);
+    else if (outcome->kind == Kind::answer && isWantedLater(leg, round))
+        round.answers.insert(leg, outcome->fares);
+    round.hasAnswers = round.hasAnswers || (outcome && outcome->kind == Kind::answer);
+    co_return outcome;
+}
+
+/// The next round goes on with this leg. One that is refused as the first of a round must not stand
+/// in the way of the others.
+void Worker::noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome, Round& round) {
+    round.cut = {visit.watcher.id, leg};
+    Turn rest = visit.turn;
+    const bool isRefused = outcome && outcome->kind == Kind::refused;
+    if (isRefused && !round.hasAnswers) {
+        rest.next();
+        if (const auto cursor = rest.cursor())
+            m_database.set(u"lookup_cursor_%1"_s.arg(visit.watcher.id), QString::number(*cursor));
+    }
+    const auto next = rest.peek();
+    // Behind its last leg it is the next watcher's turn.
+    m_resume = next ? Resume{visit.watcher.id, next, {}} : Resume{visit.watcher.id + 1, {}, {}};
+    if (!isRefused)
+        m_resume->end = m_clock.ticks() + resumePatience;
+}
+
+/// Stores and tells what an answer says, and only then lets the next page be loaded.
+QCoro::Task<> Worker::take(QList<Fare> fares, Leg leg, Visit& visit, Round& round) {
+    const QPointer self(this);
+    round.summary.fetched += static_cast<int>(fares.size());
+    QList<FareNews> news = visit.comparison.compare(leg, fares, m_clock.now());
+    for (qsizetype from = 0; from < news.size(); from += newsPerStep) {
+        if (from > 0) {
+            co_await nextTurn();
+            if (!self || !activeWatcher(visit.watcher.id))
+                co_return;
+        }
+        const auto count = m_announcer.announce(visit.watcher.id, news.mid(from, newsPerStep));
+        round.summary.newAlerts += count.found;
+        round.summary.soldOut += count.soldOut;
+    }
+    if (!news.isEmpty())
+        Q_EMIT stored();
+}
+
+/// False when the watcher has been paused or deleted. From the next leg on one that was edited is
+/// compared with what it asks for now.
+bool Worker::followEdits(Visit& visit) {
+    const auto now = activeWatcher(visit.watcher.id);
+    if (!now)
+        return false;
+    if (criteria(*now) == criteria(visit.watcher))
+        return true;
+    visit.watcher = *now;
+    visit.comparison.setWatcher(*now);
+    try {
+        visit.turn.plan(Legs::ofWatcher(*now, m_clock.today()), storedCursor(now->id));
+    } catch (const Err&) {
+        // The next round says what is missing.
+        return false;
+    }
+    m_lookupTotal = std::max(m_lookupDone, visit.turn.size());
+    m_rotationTotal = visit.turn.rotationTotal();
+    return true;
+}
+
+void Worker::endVisit(const Visit& visit, Round& round) {
+    // Whoever has deleted or paused it does not want to hear of it.
+    if (!activeWatcher(visit.watcher.id))
         return;
-    const bool isStored = m_database.transaction([&] {
-        for (FareNews& one : news) {
-            for (Match& match : one.found)
-                match.id = m_database.recordMatch(match);
-            if (one.soldOut)
-                one.soldOut->id = m_database.recordMatch(*one.soldOut);
-            if (one.seen)
-                m_database.upsertSeen(watcher.id, one.key, one.seen->cabins, one.seen->label);
+    const bool hasAnswers = visit.tally.answers() > 0;
+    const auto trouble = visit.tally.trouble(refusedUntil(), isSignedOut());
+    // The user has opened the sign-in window before the first look.
+    if (!hasAnswers && !trouble)
+        return;
+    round.summary.matches += visit.comparison.satisfied();
+    m_database.markChecked(visit.watcher.id, visit.comparison.satisfied());
+    if (!trouble)
+        return;
+    const auto gaps = visit.tally.gaps(visit.turn.size(), *trouble);
+    const QString text = ofWatcher(visit.watcher, hasAnswers ? gaps.value_or(*trouble) : *trouble);
+    (hasAnswers && !round.cut ? round.summary.notes : round.summary.errors).append(text);
+}
+
+bool Worker::isWantedLater(const Leg& leg, const Round& round) {
+    const auto watchers = activeWatchers();
+    return std::any_of(watchers.begin(), watchers.end(), [&](const Search& one) {
+        if (round.begun.contains(one.id))
+            return false;
+        try {
+            return Legs::ofWatcher(one, m_clock.today()).contains(leg);
+        } catch (const Err&) {
+            return false;
         }
     });
-    for (FareNews& one : news) {
-        for (Match& match : one.found) {
-            if (!isStored)
-                match.id = 0;
-            ++summary.newAlerts;
-            m_notifier.notifyNewFare(match);
-            found.append(match);
-            Q_EMIT matchFound(match);
-        }
-        if (one.soldOut && isStored) {
-            ++summary.soldOut;
-            m_notifier.notifySoldOut(one.soldOut->route, one.gone);
-            Q_EMIT soldOut(*one.soldOut, one.key, one.gone);
-        }
-    }
 }
 
-void Worker::noteProgress(const QString& displayName, const QString& label, const QString& date) {
-    if (label == LegFetcher::waitingLabel()) {
-        setStatus(u"Venter til du er ferdig innlogget…"_s);
-        return;
-    }
-    if (!date.isEmpty())
-        ++m_lookupDone;
-    setStatus(u"Sjekker %1 — %2"_s.arg(displayName, label));
+qint64 Worker::storedCursor(qint64 watcher) {
+    return m_database.get(u"lookup_cursor_%1"_s.arg(watcher)).value_or(QString()).toLongLong();
 }
 
-bool Worker::stillActive(qint64 id) {
-    const QList<Search> searches = m_database.listSearches();
-    return std::any_of(searches.begin(), searches.end(),
-                       [id](const Search& search) { return search.id == id && search.enabled; });
+void Worker::storeCursor(const Visit& visit) {
+    if (const auto cursor = visit.turn.cursor())
+        m_database.set(u"lookup_cursor_%1"_s.arg(visit.watcher.id), QString::number(*cursor));
+}
+
+LegFetcher::Progress Worker::progressOf(const Search& watcher) {
+    return [self = QPointer(this), name = watcher.displayName()](const QString& label) {
+        if (self)
+            self->setStatus(label == LegFetcher::waitingLabel()
+                                ? u"Venter til du er ferdig innlogget…"_s
+                                : u"Sjekker %1 — %2"_s.arg(name, label));
+    };
+}
+
+void Worker::showLeg(const Visit& visit, const Leg& leg) {
+    m_lookupDone = visit.turn.taken() + 1;
+    setStatus(
+        u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.origin, leg.destination));
+}
+
+QList<Search> Worker::activeWatchers() {
+    QList<Search> watchers = m_database.listSearches();
+    watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
+    return watchers;
+}
+
+std::optional<Search> Worker::activeWatcher(qint64 id) {
+    const auto watchers = activeWatchers();
+    const auto one = std::find_if(watchers.begin(), watchers.end(),
+                                  [id](const Search& watcher) { return watcher.id == id; });
+    return one == watchers.end() ? std::nullopt : std::optional(*one);
 }
 
 void Worker::setStatus(const QString& text) {

@@ -2,15 +2,19 @@
 #pragma once
 
 #include "airline/LegFetcher.h"
-#include "airline/OfferParser.h"
 #include "core/Database.h"
+#include "polling/Announcer.h"
 #include "polling/FareComparison.h"
-#include "polling/Legs.h"
+#include "polling/LookTally.h"
 #include "polling/PollSummary.h"
+#include "polling/Turn.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QObject>
+#include <QSet>
 
+#include <functional>
 #include <optional>
 
 class Notifier;
@@ -27,15 +31,18 @@ public:
     };
 
     /// Everything must outlive the worker.
-    Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock, Site site);
+    Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Clock& clock);
 
     bool isRunning() const { return m_isRunning; }
     /// A round runs, or the session is being revived for one: `pollOnce` would do nothing.
     bool isBusy() const { return m_busy; }
     /// No round can get data before somebody signs in: `pollOnce` then mostly does nothing.
     bool isSignedOut() const { return m_fetcher.loginStatus().isLoggedOut(); }
-    /// What the user is told then.
-    static QString signedOutText();
+    /// Until when the airline has asked to be left alone: no round looks at anything before.
+    /// Absent when it has not.
+    std::optional<Instant> refusedUntil() const { return m_fetcher.refusedUntil(); }
+    /// What the user is told when `pollOnce` would look at nothing; absent when it would.
+    std::optional<QString> whyNoRound() const;
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }
@@ -54,10 +61,17 @@ public:
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 
-    /// One round, after an attempt to mend what is wrong with storage. While another one runs, and
-    /// while signed out within 30 minutes of the last attempt to change that, it does nothing and
-    /// returns an empty summary.
+    /// The interval with a chance of its own, `chance` from 0 to 1: up to a tenth shorter or
+    /// longer, so that those who started together do not stay so.
+    static std::chrono::milliseconds jittered(std::chrono::milliseconds interval, double chance);
+
+    /// One round, after an attempt to mend what is wrong with storage. While another one runs,
+    /// while the airline has asked to be left alone, and while signed out within 30 minutes of the
+    /// last attempt to change that, it does nothing and returns an empty summary.
     QCoro::Task<PollSummary> pollOnce();
+    /// The summary of the round that is under way, at its end; that of `pollOnce` when there is
+    /// none.
+    QCoro::Task<PollSummary> joinRound();
 
     /// The next round may try to revive a signed-out session at once.
     void forgetRevivalAttempt() { m_lastRevivalAttempt.reset(); }
@@ -75,38 +89,66 @@ Q_SIGNALS:
     /// What the database holds has changed, or whether it can store.
     void stored();
     /// A round has ended and its summary is stored.
-    void roundEnded(const PollSummary& summary, const QList<Match>& found);
+    void roundEnded(const PollSummary& summary);
+    /// `pollOnce` has ended, whether there was a round or not.
+    void idle(const PollSummary& summary);
 
 private:
-    /// What a lookup of one watcher gave.
-    struct Lookup {
-        QList<Fare> fares;
-        /// What the fare keys of the legs begin with that gave an answer.
-        QSet<QString> visited;
-        /// Why the lookup failed; absent when it did not.
-        std::optional<QString> error;
+    /// What is known of the round in progress.
+    struct Round {
+        PollSummary summary;
+        /// Watchers that have had their turn, or have it.
+        QSet<qint64> begun;
+        /// Answered legs that a later watcher of the round wants too.
+        QHash<Leg, QList<Fare>> answers;
+        bool hasAnswers = false;
+        /// The leg that ended it early, with its watcher.
+        std::optional<std::pair<qint64, Leg>> cut;
+    };
+    /// One watcher's part of it.
+    struct Visit {
+        Search watcher;
+        Turn turn;
+        FareComparison comparison;
+        LookTally tally;
+        bool isPrepared = false;
+    };
+    /// Where the next round goes on, when the last one was cut short.
+    struct Resume {
+        qint64 watcher = 0;
+        std::optional<Leg> leg;
+        /// When that is no longer worth it, since all has become old; absent for a site that
+        /// refuses, or its last legs would never have their turn.
+        std::optional<Ticks> end;
     };
 
     QCoro::Task<> loop(double intervalMinutes);
+    std::chrono::milliseconds untilNextRound(double intervalMinutes) const;
     QCoro::Task<PollSummary> round();
     QCoro::Task<bool> revive();
-    QCoro::Task<> checkWatcher(Search watcher, PollSummary& summary, QList<Match>& found);
-    QCoro::Task<Lookup> fetchSASFares(Search watcher);
-    QCoro::Task<> readBodies(FetchedLegs fetched, bool award, Lookup& lookup, qsizetype& noData);
-    QCoro::Task<> matchFares(Search watcher, Lookup lookup, PollSummary& summary,
-                             QList<Match>& found);
-    void storeAndAnnounce(const Search& watcher, QList<FareNews> news, PollSummary& summary,
-                          QList<Match>& found);
-    QList<Leg> takeTurn(const Search& watcher, const Legs::All& legs);
-    void noteProgress(const QString& displayName, const QString& label, const QString& date);
-    bool stillActive(qint64 id);
+    std::optional<Search> nextWatcher(const Round& round);
+    std::optional<Visit> visit(const Search& watcher, Round& round);
+    QCoro::Task<> checkWatcher(Search watcher, Round& round);
+    QCoro::Task<> lookAtLegs(Visit& visit, Round& round);
+    QCoro::Task<std::optional<Outcome>> lookAt(Leg leg, Visit& visit, Round& round);
+    QCoro::Task<> take(QList<Fare> fares, Leg leg, Visit& visit, Round& round);
+    bool followEdits(Visit& visit);
+    void endVisit(const Visit& visit, Round& round);
+    bool isWantedLater(const Leg& leg, const Round& round);
+    void noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome, Round& round);
+    void forgetOldCut();
+    qint64 storedCursor(qint64 watcher);
+    void storeCursor(const Visit& visit);
+    LegFetcher::Progress progressOf(const Search& watcher);
+    void showLeg(const Visit& visit, const Leg& leg);
+    QList<Search> activeWatchers();
+    std::optional<Search> activeWatcher(qint64 id);
     void setStatus(const QString& text);
 
     Database& m_database;
     LegFetcher& m_fetcher;
-    Notifier& m_notifier;
     Clock& m_clock;
-    OfferParser m_parser;
+    Announcer m_announcer;
 
     bool m_isRunning = false;
     QString m_statusText;
@@ -117,6 +159,7 @@ private:
     /// Held from the first step of a round to its last, also while a session is revived.
     bool m_busy = false;
     std::optional<Ticks> m_lastRevivalAttempt;
+    std::optional<Resume> m_resume;
     InterruptibleSleep m_pause;
     int m_loopNumber = 0;
 };

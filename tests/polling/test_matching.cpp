@@ -4,6 +4,7 @@
 #include "polling/Legs.h"
 #include "polling/Matching.h"
 #include "polling/PollSummary.h"
+#include "polling/Turn.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -47,7 +48,7 @@ Fare fare(const QString& flight, int economy, int business, const QString& date 
     return fare;
 }
 
-const QSet<QString> visited{u"2027-03-01-CPH-BKK-"_s};
+const Leg leg{u"CPH"_s, u"BKK"_s, QDate(2027, 3, 1)};
 const Instant now = instantFromSeconds(1.8e9);
 using Seen = QMap<QString, Database::Seen>;
 
@@ -62,10 +63,11 @@ class TestMatching : public QObject {
 
 private Q_SLOTS:
     void aFirstFindInTwoCabins() {
-        FareComparison comparison(watcher(), visited, {}, now);
-        const auto news = comparison.add(fare(u"SK1,SK2"_s, 4, 2));
-        QVERIFY(news);
-        QCOMPARE(news->found.size(), 2);
+        FareComparison comparison(watcher(), {});
+        const auto news = comparison.compare(
+            leg, {fare(u"SK1,SK2"_s, 4, 2), fare(u"SK1,SK2"_s, 4, 2), fare(u"SK3"_s, 0, 0)}, now);
+        QCOMPARE(news.size(), 1);
+        QCOMPARE(news[0].found.size(), 2);
         Match match;
         match.searchId = 7;
         match.key = u"2027-03-01-CPH-BKK-SK1,SK2"_s;
@@ -83,85 +85,80 @@ private Q_SLOTS:
         match.travelDate = u"2027-03-01"_s;
         match.bookingURL = u"https://site.example/"_s;
         match.foundAt = now;
-        QCOMPARE(news->found[0], match);
-        QCOMPARE(news->found[1].cabin, u"economy"_s);
-        QCOMPARE(news->found[1].points, 0);
-        QCOMPARE(news->seen, seen({u"economy"_s, u"business"_s}, u"SK1,SK2"_s));
-        QVERIFY(!news->soldOut);
-
-        // The same fare again in this round is no news.
-        QVERIFY(!comparison.add(fare(u"SK1,SK2"_s, 4, 2)));
-        QVERIFY(!comparison.add(fare(u"SK3"_s, 0, 0)));
+        QCOMPARE(news[0].found[0], match);
+        QCOMPARE(news[0].found[1].cabin, u"economy"_s);
+        QCOMPARE(news[0].found[1].points, 0);
+        QCOMPARE(news[0].seen, seen({u"economy"_s, u"business"_s}, u"SK1,SK2"_s));
+        QVERIFY(!news[0].soldOut);
         QCOMPARE(comparison.satisfied(), 2);
-        QVERIFY(!comparison.nextGone());
+        // The same fare in another leg's answer is no news.
+        const Leg other{u"CPH"_s, u"BKK"_s, QDate(2027, 3, 2)};
+        QVERIFY(comparison.compare(other, {fare(u"SK1,SK2"_s, 4, 2)}, now).isEmpty());
     }
 
-    void knownFaresStaySilent() {
-        FareComparison comparison(
-            watcher(), visited,
-            {{u"2027-03-01-CPH-BKK-SK1"_s, seen({u"economy"_s, u"business"_s}, u"SK1"_s)}}, now);
-        QVERIFY(!comparison.add(fare(u"SK1"_s, 1, 1)));
-        QCOMPARE(comparison.satisfied(), 1);
-        QVERIFY(!comparison.nextGone());
+    void whatWasSeenBefore_data() {
+        QTest::addColumn<CabinSet>("before");
+        QTest::addColumn<QList<Fare>>("fares");
+        QTest::addColumn<QString>("found");
+        QTest::addColumn<QString>("gone");
+        QTest::addColumn<QString>("seen");
+        const CabinSet both{u"economy"_s, u"business"_s};
+        const auto row = [](const char* name, const CabinSet& before, const QList<Fare>& fares,
+                            const QString& found, const QString& gone, const QString& seen) {
+            QTest::newRow(name) << before << fares << found << gone << seen;
+        };
+        // The last column: what is stored as seen, "-" where that stays as it was.
+        row("as before", both, {fare(u"SK1"_s, 1, 1)}, {}, {}, u"-"_s);
+        row("in pieces", both, {fare(u"SK1"_s, 1, 0), fare(u"SK1"_s, 0, 1)}, {}, {},
+            u"business,economy"_s);
+        row("one cabin gone", both, {fare(u"SK1"_s, 4, 0)}, {}, u"business"_s, u"economy"_s);
+        row("one gone, one new", {u"business"_s}, {fare(u"SK1"_s, 4, 0)}, u"economy"_s,
+            u"business"_s, u"economy"_s);
+        row("all gone", both, {}, {}, u"business,economy"_s, u""_s);
+        row("no longer wanted", {u"first"_s}, {}, {}, {}, u""_s);
+        row("gone before", {}, {}, {}, {}, u"-"_s);
+        row("back again", {}, {fare(u"SK1"_s, 1, 0)}, u"economy"_s, {}, u"economy"_s);
     }
-
-    void aFareInPiecesKeepsAllItsCabins() {
+    void whatWasSeenBefore() {
+        QFETCH(const CabinSet, before);
+        QFETCH(const QList<Fare>, fares);
         const QString key = u"2027-03-01-CPH-BKK-SK1"_s;
-        FareComparison comparison(watcher(), visited,
-                                  {{key, seen({u"economy"_s, u"business"_s}, u"SK1"_s)}}, now);
-        const auto first = comparison.add(fare(u"SK1"_s, 1, 0));
-        QCOMPARE(first->seen->cabins, CabinSet{u"economy"_s});
-        const auto second = comparison.add(fare(u"SK1"_s, 0, 1));
-        QVERIFY(second && second->found.isEmpty());
-        QCOMPARE(second->seen->cabins, (CabinSet{u"economy"_s, u"business"_s}));
-        QVERIFY(!comparison.nextGone());
-    }
-
-    void soldOutInPart() {
-        FareComparison comparison(
-            watcher(), visited,
-            {{u"2027-03-01-CPH-BKK-SK1"_s, seen({u"economy"_s, u"business"_s}, u"SK1"_s)}}, now);
-        QCOMPARE(comparison.add(fare(u"SK1"_s, 4, 0))->seen, seen({u"economy"_s}, u"SK1"_s));
-        const auto gone = comparison.nextGone();
-        QVERIFY(gone);
-        QCOMPARE(gone->gone, CabinSet{u"business"_s});
-        QVERIFY(!gone->seen);
+        FareComparison comparison(watcher(), {{key, seen(before, u"SK1"_s)}});
+        const auto news = comparison.compare(leg, fares, now);
+        // All that one fare says is stored together.
+        QVERIFY(news.size() <= 1);
+        const FareNews one = news.value(0);
+        CabinSet found;
+        for (const Match& match : one.found)
+            found.insert(match.cabin);
+        QTEST(encodeCabins(found), "found");
+        QTEST(encodeCabins(one.gone), "gone");
+        QTEST(one.seen ? encodeCabins(one.seen->cabins) : u"-"_s, "seen");
+        QCOMPARE(one.soldOut.has_value(), !one.gone.isEmpty());
+        if (!one.soldOut)
+            return;
         Match record;
         record.searchId = 7;
-        record.key = u"2027-03-01-CPH-BKK-SK1:soldout"_s;
+        record.key = key + u":soldout"_s;
         record.route = u"CPH-BKK 2027-03-01 · SK1"_s;
-        record.cabin = u"business"_s;
+        record.cabin = encodeCabins(one.gone);
         record.travelDate = u"2027-03-01"_s;
         record.soldOut = true;
         record.foundAt = now;
-        QCOMPARE(gone->soldOut, record);
-        QVERIFY(!comparison.nextGone());
+        QCOMPARE(*one.soldOut, record);
+        // Told once.
+        QVERIFY(comparison.compare(leg, fares, now).isEmpty());
     }
 
-    void onlyLegsOfThisRoundCanSellOut() {
-        FareComparison comparison(
-            watcher(), visited,
-            {{u"2027-03-02-CPH-BKK-SK1"_s, seen({u"business"_s}, u"SK1"_s)},
-             {u"2027-03-01-CPH-HND-SK1"_s, seen({u"business"_s}, u"SK1"_s)},
-             {u"no key"_s, seen({u"business"_s}, u"SK1"_s)},
-             {u"2027-03-01-CPH-BKK-SK9"_s, seen({u"business"_s, u"economy"_s}, u"SK9"_s)}},
-            now);
-        const auto gone = comparison.nextGone();
-        QCOMPARE(gone->key, u"2027-03-01-CPH-BKK-SK9"_s);
-        QCOMPARE(gone->soldOut->cabin, u"business,economy"_s);
-        QCOMPARE(gone->seen, seen({}, u"SK9"_s));
-        QVERIFY(!comparison.nextGone());
-    }
-
-    void cabinsThatAreNoLongerWantedVanishSilently() {
-        FareComparison comparison(watcher(), visited,
-                                  {{u"2027-03-01-CPH-BKK-SK1"_s, seen({u"first"_s}, u"SK1"_s)},
-                                   {u"2027-03-01-CPH-BKK-SK2"_s, seen({}, u"SK2"_s)}},
-                                  now);
-        const auto gone = comparison.nextGone();
-        QVERIFY(gone && !gone->soldOut);
-        QCOMPARE(gone->seen, seen({}, u"SK1"_s));
-        QVERIFY(!comparison.nextGone());
+    void onlyTheLegItselfSellsOut() {
+        const QString far = u"2027-03-02-CPH-BKK-SK1"_s;
+        FareComparison comparison(watcher(),
+                                  {{far, {{u"business"_s}, u"CPH-BKK 2027-03-02 · SK1"_s}},
+                                   {u"2027-03-01-CPH-HND-SK1"_s, seen({u"business"_s}, u"SK1"_s)},
+                                   {u"no key"_s, seen({u"business"_s}, u"SK1"_s)}});
+        // What another leg's answer has shown in this round is not gone.
+        QVERIFY(comparison.compare(leg, {fare(u"SK1"_s, 0, 1, u"2027-03-02"_s)}, now).isEmpty());
+        QVERIFY(comparison.compare({u"CPH"_s, u"BKK"_s, QDate(2027, 3, 2)}, {}, now).isEmpty());
     }
 
     void stopTexts() {
@@ -227,30 +224,42 @@ private Q_SLOTS:
         search.destination = u"HND, bkk"_s;
         search.dateTo = u"2027-03-02"_s;
         search.returnDateFrom = u"2027-03-09"_s;
-        const QList<Leg> legs = Legs::slice(Legs::ofWatcher(search), 0);
-        QCOMPARE(legs, (QList<Leg>{{u"CPH"_s, u"BKK"_s, u"20270301"_s},
-                                   {u"CPH"_s, u"BKK"_s, u"20270302"_s},
-                                   {u"CPH"_s, u"HND"_s, u"20270301"_s},
-                                   {u"CPH"_s, u"HND"_s, u"20270302"_s},
-                                   {u"BKK"_s, u"CPH"_s, u"20270309"_s},
-                                   {u"HND"_s, u"CPH"_s, u"20270309"_s}}));
-        QCOMPARE(Legs::grouped(legs.first(3)),
-                 (QList<LegGroup>{{u"CPH"_s, u"BKK"_s, {u"20270301"_s, u"20270302"_s}},
-                                  {u"CPH"_s, u"HND"_s, {u"20270301"_s}}}));
-        QVERIFY(Legs::visited(legs).contains(u"2027-03-09-HND-CPH-"_s));
+        const QDate today(2027, 1, 15);
+        const QDate first(2027, 3, 1);
+        const QDate back(2027, 3, 9);
+        const QList<Leg> legs = Legs::slice(Legs::ofWatcher(search, today), 0);
+        QCOMPARE(legs, (QList<Leg>{{u"CPH"_s, u"BKK"_s, first},
+                                   {u"CPH"_s, u"BKK"_s, first.addDays(1)},
+                                   {u"CPH"_s, u"HND"_s, first},
+                                   {u"CPH"_s, u"HND"_s, first.addDays(1)},
+                                   {u"BKK"_s, u"CPH"_s, back},
+                                   {u"HND"_s, u"CPH"_s, back}}));
+        QCOMPARE(legs.last().keyPrefix(), u"2027-03-09-HND-CPH-"_s);
         // The hub among the origins, and codes that come twice, add nothing.
         Search twice = search;
         twice.origin = u"OSL,CPH,osl,BGO"_s;
         twice.destination = u"HND,bkk,HND"_s;
-        QCOMPARE(Legs::slice(Legs::ofWatcher(twice), 0), legs);
+        QCOMPARE(Legs::slice(Legs::ofWatcher(twice, today), 0), legs);
+        // Days that have passed are not looked at, and use up nothing of a long window.
+        QCOMPARE(Legs::ofWatcher(search, first.addDays(1)).size(), 4);
+        QCOMPARE(Legs::ofWatcher(search, back).size(), 2);
+        QCOMPARE(Legs::ofWatcher(search, back.addDays(1)).size(), 0);
+        Search lasting = search;
+        lasting.dateTo = u"2029-01-01"_s;
+        QCOMPARE(Legs::ofWatcher(lasting, QDate(2027, 12, 1)).outbound.last(),
+                 QDate(2027, 12, 1).addDays(329));
         search.includePartners = true;
-        QCOMPARE(Legs::ofWatcher(search).size(), 12);
-        QCOMPARE(Legs::ofWatcher(search)[2].origin + Legs::ofWatcher(search)[2].destination,
-                 u"OSLHND"_s);
+        const auto all = Legs::ofWatcher(search, today);
+        QCOMPARE(all.size(), 12);
+        QCOMPARE(all[2].origin + all[2].destination, u"OSLHND"_s);
+        for (qsizetype i = 0; i < all.size(); ++i)
+            QVERIFY(all.contains(all[i]));
+        QVERIFY(!all.contains({u"OSL"_s, u"HND"_s, first, Flow::points}));
+        QVERIFY(!all.contains({u"HND"_s, u"OSL"_s, first, Flow::award}));
 
         const auto errorOf = [](const Search& wrong) {
             try {
-                Legs::ofWatcher(wrong);
+                Legs::ofWatcher(wrong, QDate(2027, 1, 15));
             } catch (const Err& error) {
                 return error.message;
             }
@@ -269,22 +278,26 @@ private Q_SLOTS:
         search.dateTo = u"2027-03-30"_s;
         search.returnDateFrom = u"2027-04-01"_s;
         search.returnDateTo = u"2027-04-30"_s;
-        const auto sixty = Legs::ofWatcher(search);
+        const QDate today(2027, 1, 15);
+        const auto sixty = Legs::ofWatcher(search, today);
         QCOMPARE(sixty.size(), 60);
         const QList<Leg> all = Legs::slice(sixty, 0);
         QCOMPARE(all.size(), 60);
         QCOMPARE(Legs::slice(sixty, 7), all);
+        QVERIFY(!Turn(sixty, 7).cursor());
         search.returnDateTo = u"2027-05-01"_s;
-        const auto more = Legs::ofWatcher(search);
+        const auto more = Legs::ofWatcher(search, today);
         QCOMPARE(Legs::slice(more, 0), all);
         const QList<Leg> wrapped = Legs::slice(more, 60);
         QCOMPARE(wrapped, QList<Leg>{more[60]} + all.first(59));
-        QCOMPARE(more[60].date, u"20270501"_s);
-        QCOMPARE(Legs::grouped(wrapped).size(), 3);
+        QCOMPARE(more[60].date, QDate(2027, 5, 1));
+        QCOMPARE(Legs::countOfRound(search, today), 60);
+        QCOMPARE(Legs::countOfRound(Search(), today), 0);
     }
 
     void summaries() {
-        const PollSummary summary{instantFromSeconds(1.8e9), 3, 42, 10, 9, 2, {u"søk 3: x"_s}};
+        const PollSummary summary{
+            instantFromSeconds(1.8e9), 3, 42, 10, 9, 2, {u"søk 3: x"_s}, {u"søk 4: y"_s}};
         const QString text = QString::fromUtf8(QJsonDocument(summary.toJson()).toJson());
         QVERIFY(text.contains(u"\"soldout\": 2"_s));
         QVERIFY(text.contains(u"\"new\": 9"_s));

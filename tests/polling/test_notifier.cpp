@@ -116,6 +116,73 @@ private Q_SLOTS:
         world.notifier.notifyNewFare(other);
         QCOMPARE(world.center.posted.size(), 1);
     }
+
+    void whatACrashLeftUntold_data() {
+        QTest::addColumn<std::chrono::minutes>("age");
+        QTest::addColumn<CabinSet>("seenSince");
+        QTest::addColumn<bool>("isSoldOut");
+        QTest::addColumn<bool>("isTold");
+        const CabinSet business{u"business"_s};
+        QTest::newRow("a find that still stands") << 179min << business << false << true;
+        QTest::newRow("too old") << 181min << business << false << false;
+        QTest::newRow("gone meanwhile") << 5min << CabinSet{u"economy"_s} << false << false;
+        QTest::newRow("sold out") << 5min << CabinSet{u"economy"_s} << true << true;
+        QTest::newRow("sold out, and back") << 5min << business << true << false;
+    }
+    void whatACrashLeftUntold() {
+        QFETCH(const std::chrono::minutes, age);
+        QFETCH(const CabinSet, seenSince);
+        QFETCH(const bool, isSoldOut);
+        QFETCH(const bool, isTold);
+        World world;
+        world.database.addSearch(Search());
+        Match match = offer();
+        match.searchId = 1;
+        match.foundAt = world.clock.now();
+        if (isSoldOut) {
+            match.key += u":soldout"_s;
+            match.soldOut = true;
+        }
+        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.database.upsertSeen(1, offer().key, seenSince, {});
+        // The process dies before the desktop has answered.
+        world.center.answers = false;
+        Notifier dead(world.database, world.center, world.clock);
+        isSoldOut ? dead.notifySoldOut(match.route, {match.cabin}, match.id)
+                  : dead.notifyNewFare(match);
+        settle();
+        QCOMPARE(world.database.untold(), QList<Match>{match});
+
+        world.center.answers = true;
+        world.center.posted.clear();
+        world.clock.advance(age);
+        Notifier next(world.database, world.center, world.clock);
+        next.tellRest();
+        settle();
+        QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
+        QVERIFY(world.database.untold().isEmpty());
+        next.tellRest();
+        settle();
+        QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
+    }
+
+    void whatTheDesktopDoesNotTakeStaysUntold() {
+        World world;
+        world.database.addSearch(Search());
+        Match match = offer();
+        match.searchId = 1;
+        match.foundAt = world.clock.now();
+        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.center.isThere = false;
+        world.notifier.notifyNewFare(match);
+        settle();
+        QCOMPARE(world.database.untold().size(), 1);
+        // What the user has switched off is not owed to them.
+        world.database.set(u"native_notify"_s, u"0"_s);
+        Notifier(world.database, world.center, world.clock).notifyNewFare(match);
+        settle();
+        QVERIFY(world.database.untold().isEmpty());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestNotifier)
