@@ -267,10 +267,10 @@ void AppState::notifyFreshCommunityHits() {
     if (fresh.isEmpty())
         return;
     const bool isStored = m_database.transaction([&] {
-        for (const Match& hit : std::as_const(fresh)) {
+        for (Match& hit : fresh) {
             m_database.upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
                                   {hit.cabin}, hit.route);
-            m_database.recordMatch(asStored(hit));
+            hit.id = m_database.recordMatch(asStored(hit), Database::Telling::isDue);
         }
     });
     if (!isStored)

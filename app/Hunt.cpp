@@ -2,6 +2,7 @@
 #include "app/Hunt.h"
 
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
 #include "app/Sharing.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
@@ -36,6 +37,10 @@ Hunt::Hunt(Database& database, SessionState& session, Worker& worker, Sharing& s
     , m_output(std::move(output)) {
     connect(&worker, &Worker::changed, this, &Hunt::showStatus);
     connect(&session, &SessionState::loginStatusChanged, this, &Hunt::sayIfSignedOut);
+    connect(&worker, &Worker::roundEnded, this, [this](const PollSummary& summary) {
+        m_lastRound = summary;
+        ++m_rounds;
+    });
     connect(&worker, &Worker::matchFound, this, [this](const Match& match) {
         m_found.append(match);
         m_output.progress(u"  ✈ %1 %2, %3 %4"_s.arg(
@@ -50,19 +55,15 @@ Hunt::Hunt(Database& database, SessionState& session, Worker& worker, Sharing& s
 QCoro::Task<int> Hunt::once() {
     const QPointer self(this);
     sayWhatIsMissing();
+    const auto refusedUntil = m_worker.refusedUntil();
     PollSummary summary = co_await m_worker.pollOnce();
-    if (self && m_session.isLoginWindowOpen()) {
-        // Automatic sign-in needs the user; ending now would close the window on them.
-        m_output.progress(u"Fullfør innloggingen i vinduet som står åpent."_s);
-        while (self && m_session.isLoginWindowOpen())
-            co_await m_clock.sleep(windowStep);
-        if (self) {
-            m_worker.forgetRevivalAttempt();
-            summary = co_await m_worker.pollOnce();
-        }
-    }
+    // Automatic sign-in needs the user; ending now would close the window on them.
+    if (self && m_session.isLoginWindowOpen())
+        summary = co_await roundAfterSignIn();
     if (!self)
         co_return cannotStart;
+    if (refusedUntil)
+        summary.errors.append(StandBack::text(*refusedUntil));
     sayWhatStorageTells();
     write(takeReport(summary));
     // Others' finds are announced too, so this comes first.
@@ -73,7 +74,28 @@ QCoro::Task<int> Hunt::once() {
         co_return cannotStart;
     if (m_session.loginStatus().isLoggedOut())
         co_return signedOut;
+    if (m_worker.refusedUntil())
+        co_return refused;
     co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+}
+
+/// Whoever listens to the window may have begun the round already, or be done with it.
+QCoro::Task<PollSummary> Hunt::roundAfterSignIn() {
+    const QPointer self(this);
+    const int before = m_rounds;
+    m_output.progress(u"Fullfør innloggingen i vinduet som står åpent."_s);
+    while (self && m_session.isLoginWindowOpen())
+        co_await m_clock.sleep(windowStep);
+    PollSummary summary;
+    if (!self)
+        co_return summary;
+    if (m_rounds > before && !m_worker.isBusy()) {
+        summary = m_lastRound;
+        co_return summary;
+    }
+    m_worker.forgetRevivalAttempt();
+    summary = co_await m_worker.joinRound();
+    co_return summary;
 }
 
 void Hunt::start() {

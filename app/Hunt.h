@@ -27,6 +27,8 @@ public:
         watcherFailed = 3,
         signedOut = 4,
         interrupted = 5,
+        /// The airline asks to be left alone: nothing, or not everything, was looked at.
+        refused = 6,
     };
 
     struct Output {
@@ -48,6 +50,7 @@ public:
     QCoro::Task<> stop();
 
 private:
+    QCoro::Task<PollSummary> roundAfterSignIn();
     void showStatus();
     void write(const HuntReport& report);
     HuntReport takeReport(const PollSummary& summary);
@@ -70,4 +73,7 @@ private:
     bool m_saidSignedOut = false;
     QList<Match> m_found;
     QList<Match> m_soldOut;
+    /// The last round that has ended, and how many have.
+    PollSummary m_lastRound;
+    int m_rounds = 0;
 };

@@ -33,5 +33,9 @@ QString HuntReport::toText() const {
         lines.append(u"Feil:"_s);
     for (const QString& error : summary.errors)
         lines.append(u"  "_s + error);
+    if (!summary.notes.isEmpty())
+        lines.append(u"Ufullstendig:"_s);
+    for (const QString& note : summary.notes)
+        lines.append(u"  "_s + note);
     return lines.join(u'\n');
 }

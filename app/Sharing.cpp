@@ -13,15 +13,18 @@ Sharing::Sharing(Worker& worker, Community& community, AppState& state, Clock& c
             [this](const Match&, const QString& key, const CabinSet& cabins) {
                 start(m_community.reportSoldOut(key, cabins));
             });
-    connect(&worker, &Worker::roundEnded, this,
-            [this](const PollSummary&, const QList<Match>& found) { start(shareRound(found)); });
+    connect(&worker, &Worker::matchFound, this,
+            [this](const Match& match) { m_found.append(match); });
+    connect(&worker, &Worker::stored, this, &Sharing::shareFound);
+    connect(&worker, &Worker::roundEnded, this, [this] {
+        shareFound();
+        start(m_state.refreshCommunity());
+    });
 }
 
-QCoro::Task<> Sharing::shareRound(QList<Match> found) {
-    const QPointer self(this);
-    co_await m_community.report(std::move(found));
-    if (self)
-        co_await m_state.refreshCommunity();
+void Sharing::shareFound() {
+    if (!m_found.isEmpty())
+        start(m_community.report(std::exchange(m_found, {})));
 }
 
 void Sharing::start(QCoro::Task<> exchange) {

@@ -15,7 +15,7 @@ class Clock;
 class Community;
 class Worker;
 
-/// Hands to the community what a round has found and what has sold out, as it happens, and fetches
+/// Hands to the community what each look has found and what has sold out, and fetches
 /// what others have found at the end of each round. Nobody waits for it unless they ask.
 class Sharing : public QObject {
     Q_OBJECT
@@ -27,12 +27,14 @@ public:
     QCoro::Task<> finished(std::chrono::milliseconds patience);
 
 private:
-    QCoro::Task<> shareRound(QList<Match> found);
+    void shareFound();
     void start(QCoro::Task<> exchange);
 
     Community& m_community;
     AppState& m_state;
     Clock& m_clock;
+    /// Of the look in progress.
+    QList<Match> m_found;
     int m_underWay = 0;
     QList<OneShot<bool>> m_waiting;
 };

@@ -4,6 +4,7 @@
 #include "airline/LegFetcher.h"
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
+#include "airline/StandBack.h"
 #include "core/Database.h"
 #include "platform/OneShot.h"
 #include "polling/Worker.h"
@@ -20,10 +21,11 @@ constexpr auto waitStep = 200ms;
 
 } // namespace
 
-SignIn::SignIn(SignInWindow& window, SessionState& session, Database& database, LegFetcher& fetcher,
-               Worker& worker, Clock& clock)
+SignIn::SignIn(SignInWindow& window, SessionState& session, StandBack& standBack,
+               Database& database, LegFetcher& fetcher, Worker& worker, Clock& clock)
     : m_window(window)
     , m_session(session)
+    , m_standBack(standBack)
     , m_database(database)
     , m_fetcher(fetcher)
     , m_worker(worker)
@@ -47,13 +49,16 @@ QCoro::Task<> SignIn::confirm() {
         co_return;
     const QPointer self(this);
     do {
-        // A round that the window has cut short may not have noticed yet, and one that needs the
-        // user's help has not decided anything.
-        while (self && (m_worker.isRunning() || m_session.isLoginWindowOpen()))
+        // What the window has cut short may not have noticed yet, and what needs the user's help
+        // has not decided anything.
+        while (self &&
+               (m_worker.isBusy() || m_fetcher.isVerifying() || m_session.isLoginWindowOpen()))
             co_await m_clock.sleep(waitStep);
         if (!self)
             co_return;
         m_worker.forgetRevivalAttempt();
+        // Whoever has just signed in wants to know whether it works.
+        m_standBack.lift();
         const auto searches = m_database.listSearches();
         bool isDecided = false;
         if (std::any_of(searches.begin(), searches.end(),

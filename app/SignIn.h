@@ -9,6 +9,7 @@ class Database;
 class LegFetcher;
 class SessionState;
 class SignInWindow;
+class StandBack;
 class Worker;
 
 /// What happens when the user has finished with the sign-in window: the session is confirmed or
@@ -17,8 +18,8 @@ class SignIn : public QObject {
     Q_OBJECT
 public:
     /// All must outlive this object.
-    SignIn(SignInWindow& window, SessionState& session, Database& database, LegFetcher& fetcher,
-           Worker& worker, Clock& clock);
+    SignIn(SignInWindow& window, SessionState& session, StandBack& standBack, Database& database,
+           LegFetcher& fetcher, Worker& worker, Clock& clock);
 
     /// Opens the window; the answer comes when the user has finished and is whether lookups work.
     QCoro::Task<bool> run();
@@ -38,6 +39,7 @@ private:
 
     SignInWindow& m_window;
     SessionState& m_session;
+    StandBack& m_standBack;
     Database& m_database;
     LegFetcher& m_fetcher;
     Worker& m_worker;

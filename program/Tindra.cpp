@@ -85,6 +85,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
     QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
     engine.setRoundQuestion([this] { return worker.isRunning(); });
     notifier.requestPermission();
+    notifier.tellRest();
     // With a service of their own choice, people are among real hunters.
     if (demo && communityBase(demo.get()) == demo->community()) {
         hunters = std::make_unique<DemoHunters>(community, database, clock, site);
@@ -93,6 +94,11 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
 }
 
 Tindra::~Tindra() = default;
+
+void Tindra::tryNow() {
+    standBack.lift();
+    worker.pollOnce();
+}
 
 std::unique_ptr<Hunt> Tindra::makeHunt(bool json, const Hunt::Output& output) {
     return std::make_unique<Hunt>(database, state, worker, sharing, notifications, clock, json,

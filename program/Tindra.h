@@ -5,6 +5,7 @@
 #include "airline/LiveSession.h"
 #include "airline/SASEngine.h"
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
 #include "app/AppState.h"
 #include "app/CommandLine.h"
 #include "app/Demo.h"
@@ -33,6 +34,9 @@ struct Tindra {
     ~Tindra();
     Q_DISABLE_COPY_MOVE(Tindra)
 
+    /// The user does not want to wait until the airline may be asked again.
+    void tryNow();
+
     std::unique_ptr<Hunt> makeHunt(bool json, const Hunt::Output& output);
 
     CommandLine line;
@@ -50,14 +54,15 @@ struct Tindra {
     Keychain keychain{*secrets};
     Notifier notifier{database, notifications, clock};
     SessionState state;
+    StandBack standBack{database, clock};
     Capture capture{*view, clock, site};
-    LiveSession session{*view, window, clock, database, keychain, state, capture, site};
-    SASEngine engine{*view, clock, database, keychain, state, capture, &session};
-    Worker worker{database, engine, notifier, clock, site};
+    LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
+    SASEngine engine{*view, clock, database, keychain, state, standBack, capture, session};
+    Worker worker{database, engine, notifier, clock};
     CurlSession network;
     Community community;
     AppState appState{database, worker, community, notifier, clock};
     Sharing sharing{worker, community, appState, clock};
-    SignIn signIn{session.window(), state, database, engine, worker, clock};
+    SignIn signIn{session.window(), state, standBack, database, engine, worker, clock};
     std::unique_ptr<DemoHunters> hunters;
 };

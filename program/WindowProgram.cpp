@@ -32,7 +32,8 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_appearance(QDBusConnection::sessionBus())
     , m_autostart(QCoreApplication::applicationFilePath())
     , m_tray(QIcon(u":/icons/tindra-small.svg"_s), QDBusConnection::sessionBus())
-    , m_login(tindra.state, [this] { openLogin(); })
+    , m_login(tindra.state, tindra.standBack,
+              {[this] { openLogin(); }, [this] { m_tindra.tryNow(); }})
     , m_form(tindra.appState, tindra.clock)
     , m_watchers(tindra.appState, tindra.worker, tindra.database, tindra.clock)
     , m_hits(tindra.appState, tindra.database, m_desktop, tindra.clock, tindra.site)
@@ -42,7 +43,7 @@ WindowProgram::WindowProgram(Tindra& tindra)
                  tindra.line.demo ? nullptr : &m_autostart, m_login, m_details, m_about)
     , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
     , m_dashboard(tindra.appState, tindra.state)
-    , m_panel(tindra.appState, tindra.worker, tindra.state, m_desktop, tindra.site)
+    , m_panel(tindra.appState, tindra.worker, m_login, m_desktop, tindra.site)
     , m_root(tindra.appState, tindra.engine, tindra.line.demo)
     , m_life(m_tray, m_panel, tindra.notifier, tindra.database,
              QDBusConnection::sessionBus().isConnected() ? LifeCycle::SecondStart::reaches

@@ -46,8 +46,10 @@ std::unique_ptr<PassedCommands> passedCommands(Tindra& tindra,
 }
 
 /// `picture` may be absent.
-QCoro::Task<> huntOnce(Hunt& hunt, WindowPicture* picture) {
+QCoro::Task<> huntOnce(Tindra& tindra, Hunt& hunt, WindowPicture* picture) {
     int code = co_await hunt.once();
+    // A keychain that nobody unlocks must not keep the program.
+    co_await tindra.session.saved(std::chrono::seconds(5));
     if (picture) {
         const bool isSaved = co_await picture->save();
         if (!isSaved && code == Hunt::roundEnded)
@@ -77,7 +79,7 @@ int hunt(Tindra& tindra, Instance& instance) {
     // begun.
     QTimer::singleShot(0, hunt.get(), [&] {
         if (tindra.line.once) {
-            huntOnce(*hunt, picture.get());
+            huntOnce(tindra, *hunt, picture.get());
             return;
         }
         if (picture)

@@ -22,7 +22,7 @@ struct AppWorld {
     FakeNotificationCenter center;
     Notifier notifier{database, center, clock};
     FakeLegFetcher airline;
-    Worker worker{database, airline, notifier, clock, Site{}};
+    Worker worker{database, airline, notifier, clock};
     FakeHttpSession http;
     Community community{database, http, clock, Site{}, QStringLiteral("https://community.test")};
     AppState state{database, worker, community, notifier, clock};

@@ -5,14 +5,16 @@ import Tindra.Controls
 import Tindra.Session
 import Tindra.Theme
 
-/** The dashboard's notice while nobody is signed in. */
+/** The dashboard's notice while nobody is signed in, or the airline asks to be left alone. */
 TDCard {
     id: banner
 
     required property SASLoginPillModel model
 
-    visible: model.isLoggedOut
-    borderColor: TD.tint(TD.danger, 0.5)
+    visible: model.bannerTitle !== ""
+    readonly property color tone: model.isLoggedOut ? TD.danger : TD.warn
+
+    borderColor: TD.tint(tone, 0.5)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: title.text
 
@@ -21,8 +23,8 @@ TDCard {
         spacing: TD.l
         TDIcon {
             Layout.alignment: Qt.AlignVCenter
-            name: "person.crop.circle.badge.exclamationmark"
-            color: TD.danger
+            name: banner.model.isLoggedOut ? "person.crop.circle.badge.exclamationmark" : "exclamationmark.triangle.fill"
+            color: banner.tone
             size: 28
         }
         ColumnLayout {
@@ -31,22 +33,22 @@ TDCard {
             TDLabel {
                 id: title
                 Layout.fillWidth: true
-                text: "Ikke innlogget hos SAS"
+                text: banner.model.bannerTitle
                 wrapMode: Text.Wrap
                 font { pixelSize: TD.section; weight: Font.DemiBold }
             }
             TDLabel {
                 Layout.fillWidth: true
-                text: "Søkene kjører, men får ingen data uten EuroBonus-innlogging. Logg inn én gang — etterpå går alt av seg selv."
+                text: banner.model.bannerText
                 wrapMode: Text.Wrap
                 color: TD.textSecondary
             }
         }
         TDButton {
             objectName: "bannerLogin"
-            text: "Logg inn på SAS"
+            text: banner.model.isLoggedOut ? "Logg inn på SAS" : "Prøv nå"
             kind: "cta"
-            onClicked: banner.model.openLogin()
+            onClicked: banner.model.isLoggedOut ? banner.model.openLogin() : banner.model.tryNow()
         }
     }
 }

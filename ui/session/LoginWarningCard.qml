@@ -5,16 +5,18 @@ import Tindra.Controls
 import Tindra.Session
 import Tindra.Theme
 
-/** The sidebar's warning while nobody is signed in. */
+/** The sidebar's warning while nobody is signed in, or the airline asks to be left alone. */
 TDCard {
     id: card
 
     required property SASLoginPillModel model
 
-    visible: model.isLoggedOut
+    visible: model.bannerTitle !== ""
     padding: TD.m
     shadowed: false
-    borderColor: TD.tint(TD.danger, 0.5)
+    readonly property color tone: model.isLoggedOut ? TD.danger : TD.warn
+
+    borderColor: TD.tint(tone, 0.5)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: title.text
 
@@ -24,13 +26,13 @@ TDCard {
         TDLabel {
             id: title
             Layout.fillWidth: true
-            text: "Ikke innlogget hos SAS"
+            text: card.model.bannerTitle
             wrapMode: Text.Wrap
             font.weight: Font.DemiBold
         }
         TDLabel {
             Layout.fillWidth: true
-            text: "Søkene får ingen data før du logger inn på EuroBonus."
+            text: card.model.cardText
             wrapMode: Text.Wrap
             color: TD.textSecondary
             font.pixelSize: TD.caption
@@ -39,9 +41,9 @@ TDCard {
             objectName: "cardLogin"
             Layout.fillWidth: true
             Layout.topMargin: TD.xs
-            text: "Logg inn nå"
+            text: card.model.isLoggedOut ? "Logg inn nå" : "Prøv nå"
             kind: "filled"
-            onClicked: card.model.openLogin()
+            onClicked: card.model.isLoggedOut ? card.model.openLogin() : card.model.tryNow()
         }
     }
 }

@@ -11,7 +11,7 @@ RowLayout {
 
     required property SASLoginPillModel model
 
-    readonly property color tone: model.isLoggedIn ? TD.success : model.isLoggedOut ? TD.danger : TD.textSecondary
+    readonly property color tone: model.isLoggedIn ? TD.success : model.isLoggedOut ? TD.danger : model.isRefused ? TD.warn : TD.textSecondary
 
     spacing: 6
     TDStatusDot {

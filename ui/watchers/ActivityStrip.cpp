@@ -2,6 +2,7 @@
 #include "ui/watchers/ActivityStrip.h"
 
 #include "app/AppState.h"
+#include "polling/Legs.h"
 #include "polling/Worker.h"
 #include "ui/watchers/Numbers.h"
 
@@ -24,11 +25,12 @@ void ActivityStrip::follow() {
             QList<int> planned;
             for (const Search& watcher : m_state.searches()) {
                 if (watcher.enabled)
-                    planned.append(lookupsOfRound(watcher));
+                    planned.append(Legs::countOfRound(watcher, m_clock.today()));
             }
-            planned.resize(m_worker.progress().total);
             m_pace.emplace(std::move(planned));
         }
+        // Watchers may have been added since.
+        m_pace->grow(m_worker.progress().total);
         m_pace->note(m_worker.progress().done, m_worker.lookupDone(), m_worker.lookupTotal(),
                      m_clock.ticks());
         if (const auto left = m_pace->left())

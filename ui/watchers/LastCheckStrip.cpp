@@ -56,7 +56,7 @@ QString LastCheckStrip::soldOutText() const {
 
 QStringList LastCheckStrip::errorLines() const {
     QStringList lines;
-    for (const QString& error : poll().errors)
+    for (const QString& error : poll().errors + poll().notes)
         lines.append(u"⚠ "_s + error);
     return lines;
 }

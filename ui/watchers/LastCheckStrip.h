@@ -23,7 +23,7 @@ class LastCheckStrip : public QObject {
     /// "4 nye varsler" and "1 utsolgt"; empty where there are none.
     Q_PROPERTY(QString alertsText READ alertsText NOTIFY changed)
     Q_PROPERTY(QString soldOutText READ soldOutText NOTIFY changed)
-    /// One line a failure, "⚠ søk 3: …".
+    /// One line a watcher that failed or did not get all of its answers, "⚠ søk 3: …".
     Q_PROPERTY(QStringList errorLines READ errorLines NOTIFY changed)
 public:
     /// `state` must outlive the strip.

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/watchers/RoundPace.h"
 
-#include "airline/SAS.h"
-#include "polling/Legs.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -15,29 +12,6 @@ namespace {
 constexpr int fewestToTell = 3;
 
 } // namespace
-
-int lookupsOfRound(const Search& watcher) {
-    // More than a round takes need not be counted: lists of hundreds of codes have many pairs.
-    const auto dates = [](const QString& from, const QString& to) {
-        return static_cast<int>(SAS::expandDates(from, to, Legs::perRound).size());
-    };
-    const int outbound = dates(watcher.dateFrom, watcher.dateTo);
-    if (outbound == 0)
-        return 0;
-    const int perPair = outbound + dates(watcher.returnDateFrom, watcher.returnDateTo);
-    const QStringList destinations = Search::codes(watcher.destination);
-    QList<SAS::RoutePair> pairs;
-    for (const QString& origin : Search::codes(watcher.origin)) {
-        for (const QString& destination : destinations) {
-            const auto pair = SAS::searchedPair(origin, destination, watcher.includePartners);
-            if (!pairs.contains(pair))
-                pairs.append(pair);
-            if (pairs.size() * perPair >= Legs::perRound)
-                return Legs::perRound;
-        }
-    }
-    return static_cast<int>(pairs.size()) * perPair;
-}
 
 void RoundPace::note(int watcher, int lookup, int total, Ticks at) {
     if (watcher < 0 || watcher >= m_planned.size())

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Search.h"
+#include "platform/Clock.h"
 
 #include <QList>
 #include <QString>
 
 #include <optional>
-
-/// Lookups that one round makes for a watcher, as far as its fields tell; 0 for one that cannot be
-/// looked up.
-int lookupsOfRound(const Search& watcher);
 
 /// How far a round is and how long it still takes, told from its lookups. The watchers of a round
 /// are numbered from 0, the lookups of one watcher from 1; 0 stands before the first.
@@ -18,6 +14,9 @@ class RoundPace {
 public:
     /// `planned` lookups of each watcher of the round.
     explicit RoundPace(QList<int> planned) : m_planned(std::move(planned)) {}
+
+    /// There are `watchers` now, none of the later ones with lookups that are known.
+    void grow(int watchers) { m_planned.resize(watchers); }
 
     /// At `at` the round is at `lookup` of the `total` of `watcher`. A note that says nothing new
     /// means that the round stands still, for instance until the user has signed in: that time does

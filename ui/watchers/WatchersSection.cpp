@@ -78,8 +78,9 @@ void WatchersSection::checkAll() {
         self->m_isBeginning = false;
         Q_EMIT self->changed();
         // There has been no round, so no strip will tell.
-        if (summary.searches == 0 && self->m_worker.isSignedOut())
-            Q_EMIT self->refused(Worker::signedOutText());
+        const auto reason = self->m_worker.whyNoRound();
+        if (summary.searches == 0 && reason)
+            Q_EMIT self->refused(*reason);
     });
 }
 

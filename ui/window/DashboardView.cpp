@@ -21,8 +21,10 @@ QString DashboardView::errorText() const {
     if (!m_state.lastPoll() || m_session.loginStatus().isLoggedOut())
         return {};
     const QStringList& errors = m_state.lastPoll()->errors;
-    if (errors.size() <= 1)
-        return errors.value(0);
+    if (errors.isEmpty())
+        return m_state.lastPoll()->notes.value(0);
+    if (errors.size() == 1)
+        return errors.first();
     return u"%1 søk feilet ved siste sjekk — se Overvåkere."_s.arg(errors.size());
 }
 

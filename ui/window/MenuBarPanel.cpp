@@ -1,29 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "ui/window/MenuBarPanel.h"
 
-#include "airline/SessionState.h"
 #include "app/AppState.h"
 #include "core/Cabin.h"
 #include "platform/Desktop.h"
 #include "polling/Worker.h"
+#include "ui/session/SASLoginPill.h"
 #include "ui/window/Norwegian.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SessionState& session, Desktop& desktop,
+MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login, Desktop& desktop,
                            Site site)
     : m_state(state)
     , m_worker(worker)
-    , m_session(session)
+    , m_login(login)
     , m_desktop(desktop)
     , m_site(std::move(site)) {
     connect(&state, &AppState::searchesChanged, this, &MenuBarPanel::changed);
     connect(&state, &AppState::matchesChanged, this, &MenuBarPanel::changed);
     connect(&worker, &Worker::changed, this, &MenuBarPanel::changed);
-    connect(&session, &SessionState::loginStatusChanged, this, &MenuBarPanel::changed);
-    connect(&session, &SessionState::siteUnreachableChanged, this, &MenuBarPanel::changed);
+    connect(&login, &SASLoginPill::changed, this, &MenuBarPanel::changed);
 }
 
 bool MenuBarPanel::isHunting() const {
@@ -43,11 +42,15 @@ QString MenuBarPanel::countText() const {
 }
 
 QString MenuBarPanel::warning() const {
-    if (m_session.loginStatus().isLoggedOut())
-        return u"Ikke innlogget hos SAS — søkene får ingen data"_s;
-    if (m_session.isSiteUnreachable())
-        return u"Får ikke kontakt med SAS — prøver igjen snart"_s;
-    return {};
+    return m_login.warning();
+}
+
+bool MenuBarPanel::canTryNow() const {
+    return m_login.isRefused();
+}
+
+void MenuBarPanel::tryNow() {
+    m_login.tryNow();
 }
 
 QString MenuBarPanel::latestRoute() const {

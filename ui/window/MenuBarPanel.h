@@ -11,7 +11,7 @@
 
 class AppState;
 class Desktop;
-class SessionState;
+class SASLoginPill;
 class Worker;
 
 /// The compact panel beside the desktop's status area: whether the hunt is on, and its latest find.
@@ -23,14 +23,14 @@ class MenuBarPanel : public QObject {
     Q_PROPERTY(QString headline READ headline NOTIFY changed)
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
     Q_PROPERTY(QString warning READ warning NOTIFY changed)
+    Q_PROPERTY(bool canTryNow READ canTryNow NOTIFY changed)
     Q_PROPERTY(bool hasLatest READ hasLatest NOTIFY changed)
     Q_PROPERTY(QString latestRoute READ latestRoute NOTIFY changed)
     Q_PROPERTY(QString latestText READ latestText NOTIFY changed)
     Q_PROPERTY(bool canBook READ canBook NOTIFY changed)
 public:
     /// All must outlive the panel. `site` is where booking addresses may lead.
-    MenuBarPanel(AppState& state, Worker& worker, SessionState& session, Desktop& desktop,
-                 Site site);
+    MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login, Desktop& desktop, Site site);
 
     /// A watcher is enabled.
     bool isHunting() const;
@@ -39,6 +39,8 @@ public:
     QString countText() const;
     /// Why the hunt gets no data; empty when it does.
     QString warning() const;
+    /// The airline asks to be left alone, and the user may ask it all the same.
+    bool canTryNow() const;
     bool hasLatest() const { return latest() != nullptr; }
     QString latestRoute() const;
     QString latestText() const;
@@ -47,6 +49,7 @@ public:
     Q_INVOKABLE void book();
     /// Starts a round, without waiting for it; nothing while one runs.
     Q_INVOKABLE void checkNow();
+    Q_INVOKABLE void tryNow();
     Q_INVOKABLE void openTindra() { Q_EMIT openRequested(); }
 
 Q_SIGNALS:
@@ -61,7 +64,7 @@ private:
 
     AppState& m_state;
     Worker& m_worker;
-    SessionState& m_session;
+    SASLoginPill& m_login;
     Desktop& m_desktop;
     Site m_site;
 };

@@ -48,11 +48,12 @@ Rectangle {
         RowLayout {
             visible: content.panel.warning !== ""
             spacing: TD.s
-            TDStatusDot { size: 7; color: TD.danger }
+            TDStatusDot { size: 7; color: warning.color }
             TDLabel {
+                id: warning
                 Layout.fillWidth: true
                 text: content.panel.warning
-                color: TD.danger
+                color: content.panel.canTryNow ? TD.warn : TD.danger
                 wrapMode: Text.Wrap
                 font.pixelSize: TD.caption + 1
             }
@@ -101,8 +102,8 @@ Rectangle {
                 objectName: "panelCheck"
                 Layout.fillWidth: true
                 Layout.preferredWidth: 1
-                text: "Sjekk nå"
-                onClicked: content.panel.checkNow()
+                text: content.panel.canTryNow ? "Prøv nå" : "Sjekk nå"
+                onClicked: content.panel.canTryNow ? content.panel.tryNow() : content.panel.checkNow()
             }
             TDButton {
                 objectName: "panelOpen"
