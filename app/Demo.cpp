@@ -37,6 +37,10 @@ Demo::Demo(const QString& folder, bool signInRequired, const Clock& clock) {
     options.stateFile = folder + u"/standin.json"_s;
     options.signIn.isRequired = signInRequired;
     options.signIn.isEverybodyKnown = !signInRequired;
+    // One round asks 24 legs for offers. In the second, whatever else is watched, the last
+    // watcher's are refused, so that people see how that goes; a single round never gets there.
+    options.refusal = standin::Refusal{
+        .afterOffers = 20, .retryAfter = std::chrono::seconds(60), .countsRepeatsOnly = true};
     options.now = [&clock] { return static_cast<qint64>(secondsSince1970(clock.now())); };
     d = std::make_unique<Private>(std::move(options), clock);
     if (const auto error = d->airline.start())

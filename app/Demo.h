@@ -22,7 +22,8 @@ public:
 
     /// Starts both; the airline's inventory goes on in `folder` where the last run left it, what
     /// hunters share is forgotten with the process. With `signInRequired` the airline shows offers
-    /// to signed-in visitors only; without, it knows every browser already. `clock`, whose
+    /// to signed-in visitors only; without, it knows every browser already. In its second round it
+    /// refuses to answer for a minute, once a process. `clock`, whose
     /// `now` their threads ask, must outlive the demo. Throws Err when one cannot start.
     Demo(const QString& folder, bool signInRequired, const Clock& clock);
     ~Demo();

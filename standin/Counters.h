@@ -8,7 +8,8 @@ struct Counters {
     int searchPages = 0;       ///< search pages shown with their script
     int offers = 0;            ///< answered requests for the page's own leg, both endpoints
     int calendar = 0;          ///< answered requests for neighbouring days
-    int signInPages = 0;       ///< search pages that asked the visitor to sign in instead
+    int refused = 0;           ///< requests for either that Options::refusal refused
+    int signInPages = 0;       ///< search pages that led to a sign-in instead
     int passwordSignIns = 0;   ///< right passwords
     int rejectedPasswords = 0; ///< wrong passwords or user names
     int silentSignIns = 0;     ///< sign-ins by single sign-on, without a form

@@ -69,9 +69,7 @@ HttpRequest requestOf(const http::request<http::string_body>& message) {
 HttpResponse plainText(int status, const char* text) {
     return {.status = status,
             .headers = {{"Content-Type", "text/plain; charset=utf-8"}},
-            .body = QByteArray(text) + '\n',
-            .delivery = HttpResponse::Delivery::Whole,
-            .delay = {}};
+            .body = QByteArray(text) + '\n'};
 }
 
 http::response_header<> headerOf(const HttpResponse& response) {
@@ -259,6 +257,8 @@ asio::awaitable<bool> HttpServer::Running::send(beast::tcp_stream& stream,
     const qsizetype size = cutOff ? response.body.size() / 2 : response.body.size();
     const asio::const_buffer body(response.body.constData(), std::size_t(size));
     co_await asio::async_write(stream, body, asio::redirect_error(asio::use_awaitable, error));
+    if (!error && !cutOff && response.sent)
+        response.sent(std::chrono::steady_clock::now());
     co_return !error && keepAlive && !cutOff;
 }
 

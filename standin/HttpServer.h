@@ -33,10 +33,12 @@ struct HttpResponse {
     };
 
     int status = 200;
-    QList<std::pair<QByteArray, QByteArray>> headers;
-    QByteArray body;
+    QList<std::pair<QByteArray, QByteArray>> headers{};
+    QByteArray body{};
     Delivery delivery = Delivery::Whole;
     std::chrono::milliseconds delay{0}; ///< waits this long before it answers
+    /// Called on the server's thread when the socket has taken the last byte of a whole answer.
+    std::function<void(std::chrono::steady_clock::time_point)> sent{};
 };
 
 /// A small HTTP/1.1 server on the loopback addresses, with one thread of its own. A client that

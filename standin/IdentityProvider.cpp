@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "standin/IdentityProvider.h"
 
+#include "standin/Fields.h"
+
 namespace standin {
 namespace {
 
@@ -10,22 +12,6 @@ using Trouble = SignInOptions::Trouble;
 constexpr qsizetype flowLimit = 1000;
 const QString userPath = QStringLiteral("/u/login/identifier");
 const QString passwordPath = QStringLiteral("/u/login/password");
-
-QString item(const HttpRequest& request, const char* name) {
-    return request.query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
-}
-
-// One field of a submitted form, where a space is written as "+".
-QString field(const HttpRequest& request, const QByteArray& name) {
-    for (const QByteArray& pair : request.body.split('&')) {
-        const qsizetype equals = pair.indexOf('=');
-        if (equals < 0 || pair.first(equals) != name)
-            continue;
-        QByteArray value = pair.sliced(equals + 1);
-        return QString::fromUtf8(QByteArray::fromPercentEncoding(value.replace('+', ' ')));
-    }
-    return {};
-}
 
 QString pathWithState(const QString& path, const QString& key) {
     return path + QStringLiteral("?state=") + key + QStringLiteral("&ui_locales=nb");
@@ -48,7 +34,7 @@ HttpResponse IdentityProvider::answer(const HttpRequest& request) {
     if (path == u"/idp.css" || path == u"/idp.js")
         return asset(path.sliced(1)).value();
 
-    const QString key = item(request, "state");
+    const QString key = queryItem(request, "state");
     const auto flow = m_flows.find(key);
     if (path != userPath && path != passwordPath && path != u"/authorize/resume" &&
         path != u"/challenge")
@@ -70,28 +56,29 @@ HttpResponse IdentityProvider::answer(const HttpRequest& request) {
 }
 
 HttpResponse IdentityProvider::authorize(const HttpRequest& request) {
-    if (item(request, "redirect_uri") != m_origins.site + QStringLiteral("/auth/callback") ||
-        item(request, "state").isEmpty())
+    if (queryItem(request, "redirect_uri") != m_origins.site + QStringLiteral("/auth/callback") ||
+        queryItem(request, "state").isEmpty())
         return lostFlow();
     if (m_options.signIn.trouble == Trouble::EndlessRedirects)
         return redirect(m_origins.idp + request.target.section(QStringLiteral("&round="), 0, 0) +
                         QStringLiteral("&round=") +
-                        QString::number(item(request, "round").toInt() + 1));
+                        QString::number(queryItem(request, "round").toInt() + 1));
 
+    const bool asksEverybody = queryItem(request, "prompt") == u"login";
     QByteArray token = request.cookies.value("sso");
     const qint64 now = m_options.now();
-    if (m_options.signIn.isEverybodyKnown && !m_sessions.find(token, now))
+    if (m_options.signIn.isEverybodyKnown && !asksEverybody && !m_sessions.find(token, now))
         token = m_sessions.open(now, m_options.signIn.ssoSession, false);
-    if (m_sessions.find(token, now)) {
+    if (!asksEverybody && m_sessions.find(token, now)) {
         m_sessions.renew(token, now, m_options.signIn.ssoSession);
-        HttpResponse response = backToSite(item(request, "state"), true);
+        HttpResponse response = backToSite(queryItem(request, "state"), true);
         setSsoCookie(response, token);
         return response;
     }
     if (m_flows.size() >= flowLimit)
         m_flows.clear();
     const QString key = QString::fromLatin1(randomToken());
-    m_flows.insert(key, {.siteState = item(request, "state"), .user = {}, .challenge = {}});
+    m_flows.insert(key, {.siteState = queryItem(request, "state"), .user = {}, .challenge = {}});
     HttpResponse response = redirect(pathWithState(userPath, key));
     setCookie(response, "flow", randomToken(), "Path=/; HttpOnly; SameSite=Lax");
     if (!request.cookies.contains("did"))
@@ -125,12 +112,12 @@ HttpResponse IdentityProvider::form(const QString& name, const QString& key, Flo
 bool IdentityProvider::hasToken(const HttpRequest& request, const Flow& flow) const {
     const SignInOptions& signIn = m_options.signIn;
     return !signIn.isChallengeRequired || signIn.challenge == Challenge::None ||
-           (!flow.challenge.isEmpty() && field(request, "captcha") == flow.challenge);
+           (!flow.challenge.isEmpty() && formField(request, "captcha") == flow.challenge);
 }
 
 HttpResponse IdentityProvider::submitUser(const HttpRequest& request, const QString& key,
                                           Flow& flow) {
-    m_lastUser = field(request, "username");
+    m_lastUser = formField(request, "username");
     const bool goesOn = hasToken(request, flow) && !m_lastUser.isEmpty() &&
                         m_options.signIn.trouble != Trouble::FormLoops;
     if (goesOn)
@@ -140,19 +127,33 @@ HttpResponse IdentityProvider::submitUser(const HttpRequest& request, const QStr
 
 HttpResponse IdentityProvider::submitPassword(const HttpRequest& request, const QString& key,
                                               Flow& flow) {
-    m_lastPassword = field(request, "password");
+    m_lastPassword = formField(request, "password");
     if (!hasToken(request, flow))
         return redirect(pathWithState(passwordPath, key));
-    if (flow.user != m_options.signIn.user || m_lastPassword != m_options.signIn.password) {
-        ++m_counters.rejectedPasswords;
+    if (!isRight(flow.user)) {
         return form(QStringLiteral("password.html"), key, flow,
                     QStringLiteral("Feil brukernavn eller passord."));
     }
-    ++m_counters.passwordSignIns;
     flow.isSignedIn = true;
     HttpResponse response = redirect(pathWithState(QStringLiteral("/authorize/resume"), key));
     setSsoCookie(response, m_sessions.open(m_options.now(), m_options.signIn.ssoSession, false));
     return response;
+}
+
+// Whether the password submitted last is this user's; counted.
+bool IdentityProvider::isRight(const QString& user) {
+    const bool isRight =
+        user == m_options.signIn.user && m_lastPassword == m_options.signIn.password;
+    ++(isRight ? m_counters.passwordSignIns : m_counters.rejectedPasswords);
+    return isRight;
+}
+
+bool IdentityProvider::accepts(const QString& user, const QString& password) {
+    m_lastUser = user;
+    m_lastPassword = password;
+    const SignInOptions& signIn = m_options.signIn;
+    const bool needsToken = signIn.isChallengeRequired && signIn.challenge != Challenge::None;
+    return !needsToken && isRight(user);
 }
 
 HttpResponse IdentityProvider::resume(const QString& key, const Flow& flow) {

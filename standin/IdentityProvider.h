@@ -27,6 +27,10 @@ public:
     /// The grant behind a code; each code counts once.
     std::optional<Grant> redeem(const QString& code);
 
+    /// Whether a form of the site itself may let this member in. Without the challenge's token,
+    /// where one is required, nobody is.
+    bool accepts(const QString& user, const QString& password);
+
     /// Ends every single-sign-on session.
     void expireSso();
 
@@ -51,6 +55,7 @@ private:
     HttpResponse form(const QString& name, const QString& key, Flow& flow, const QString& error);
     HttpResponse submitUser(const HttpRequest& request, const QString& key, Flow& flow);
     HttpResponse submitPassword(const HttpRequest& request, const QString& key, Flow& flow);
+    bool isRight(const QString& user);
     bool hasToken(const HttpRequest& request, const Flow& flow) const;
     void setSsoCookie(HttpResponse& response, const QByteArray& token) const;
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace standin {
 
@@ -41,6 +42,17 @@ struct SignInOptions {
     bool isSsoWithoutOffers = false;
 };
 
+/// The site refuses once by itself: too many requests.
+struct Refusal {
+    /// The request for a page's own leg that follows so many answered ones is refused with status
+    /// 429, and so is every request for offers, neighbouring days included, until `retryAfter` has
+    /// passed since then. Pages are shown meanwhile.
+    int afterOffers = 0;
+    std::chrono::seconds retryAfter{60}; ///< the Retry-After header
+    /// Counts an answer only when its leg was answered before in this process.
+    bool countsRepeatsOnly = false;
+};
+
 /// How a stand-in site is set up.
 struct Options {
     quint16 port = 0;                         ///< 0 takes a free one
@@ -49,8 +61,9 @@ struct Options {
     QString stateFile{};         ///< keeps looks and sessions between runs; empty: nowhere
     qsizetype responseBytes = 0; ///< pads offer answers to about this size; 0: natural
     SignInOptions signIn{};
-    /// Seconds since 1970-01-01 00:00 UTC, for the expiry of sessions; called on the server's
-    /// thread.
+    std::optional<Refusal> refusal{}; ///< absent: never
+    /// Seconds since 1970-01-01 00:00 UTC, for the ends of sessions and of a refusal; called on
+    /// the server's thread.
     std::function<qint64()> now = QDateTime::currentSecsSinceEpoch;
 };
 

@@ -2,62 +2,38 @@
 #include "standin/Site.h"
 
 #include "standin/Answers.h"
+#include "standin/Fields.h"
+#include "standin/Spoiling.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace standin {
+
+using namespace std::chrono_literals;
+
 namespace {
 
 using Kind = Misbehaviour::Kind;
 
-QString item(const HttpRequest& request, const char* name) {
-    return request.query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
-}
-
 std::optional<Leg> legOf(const HttpRequest& request, const char* origin, const char* destination,
                          const char* date) {
-    return Leg::of(item(request, origin), item(request, destination), item(request, date));
+    return Leg::of(queryItem(request, origin), queryItem(request, destination),
+                   queryItem(request, date));
 }
 
 // "OW_OSL-BKK-20270301_a1c0i0y0": one way, the leg, the number of travellers of each age.
 std::optional<Leg> legOfSearch(const HttpRequest& request) {
     static const QRegularExpression form(
         QStringLiteral("^OW_([A-Za-z]{3}-[A-Za-z]{3}-\\d{8})_a\\d+c\\d+i\\d+y\\d+\\z"));
-    const QRegularExpressionMatch match = form.match(item(request, "search"));
+    const QRegularExpressionMatch match = form.match(queryItem(request, "search"));
     return match.hasMatch() ? Leg::fromKey(match.captured(1)) : std::nullopt;
 }
 
-HttpResponse spoilt(HttpResponse good, const Misbehaviour& misbehaviour) {
-    switch (misbehaviour.kind) {
-    case Kind::None:
-    case Kind::SignIn:
-        break;
-    case Kind::Slow:
-        good.delay = misbehaviour.delay;
-        break;
-    case Kind::Never:
-        good.delivery = HttpResponse::Delivery::Never;
-        break;
-    case Kind::Error:
-        return page(QStringLiteral("error.html"), {}, 500);
-    case Kind::Malformed:
-        good.body.truncate(good.body.size() / 2);
-        break;
-    case Kind::Huge:
-        good.body.chop(1);
-        good.body += R"(,"notes":")" + QByteArray(17 * 1024 * 1024, 'x') + R"("})";
-        break;
-    case Kind::CutOff:
-        good.delivery = HttpResponse::Delivery::CutOff;
-        break;
-    case Kind::Nested:
-        good.body =
-            R"({"outboundFlights":)" + QByteArray(10'000, '[') + QByteArray(10'000, ']') + '}';
-        break;
-    }
-    return good;
+Misbehaviour tooManyRequests(std::chrono::seconds retryAfter) {
+    return {.kind = Kind::Status, .status = 429, .retryAfter = QString::number(retryAfter.count())};
 }
 
 // No browser can use it as a font; it is here to be loaded, or to be kept from loading.
@@ -75,7 +51,8 @@ Site::Site(const Options& options, const Origins& origins, SiteSignIn& signIn, C
     , m_origins(origins)
     , m_signIn(signIn)
     , m_counters(counters)
-    , m_inventory(options.seed) {}
+    , m_inventory(options.seed)
+    , m_refusal(options) {}
 
 HttpResponse Site::answer(const HttpRequest& request) {
     const QString& path = request.path;
@@ -103,7 +80,16 @@ HttpResponse Site::answer(const HttpRequest& request) {
 HttpResponse Site::searchPage(const HttpRequest& request, const std::optional<Leg>& leg) {
     if (!leg)
         return page(QStringLiteral("badsearch.html"), {}, 400);
-    if (!m_signIn.maySeeOffers(request) || misbehaviourAt(*leg).kind == Kind::SignIn) {
+    const Misbehaviour misbehaviour = misbehaviourAt(*leg);
+    if (const auto spoilt = spoiltPage(misbehaviour))
+        return *spoilt;
+    if (misbehaviour.kind == Kind::Redirects)
+        return redirect(m_origins.site + request.target);
+    if (misbehaviour.kind == Kind::Idp) {
+        ++m_counters.signInPages;
+        return m_signIn.toForm(request.target);
+    }
+    if (!m_signIn.maySeeOffers(request) || misbehaviour.kind == Kind::SignIn) {
         ++m_counters.signInPages;
         return htmlPage(request, QStringLiteral("signin.html"));
     }
@@ -126,25 +112,52 @@ HttpResponse Site::htmlPage(const HttpRequest& request, const QString& name) con
 HttpResponse Site::offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award) {
     if (!leg)
         return json(R"({"error":"invalid search"})", 400);
+    const bool isOwnLeg = !request.query.hasQueryItem(QStringLiteral("calendar"));
+    if (m_refusal.refuses(isOwnLeg)) {
+        ++m_counters.refused;
+        return spoiltAnswer({}, tooManyRequests(m_options.refusal->retryAfter));
+    }
     if (!m_signIn.maySeeOffers(request))
         return json(R"({"error":"not signed in"})", 401);
-    const QList<Flight> flights = m_inventory.flights(*leg, std::max(1, looks(leg->key())));
-    const HttpResponse good = json(award ? awardAnswer(flights, m_options.responseBytes)
-                                         : offersAnswer(flights, m_options.responseBytes));
-    if (request.query.hasQueryItem(QStringLiteral("calendar"))) {
+    const QString key = leg->key();
+    const QList<Flight> flights = m_inventory.flights(*leg, std::max(1, looks(key)));
+    HttpResponse good = json(award ? awardAnswer(flights, m_options.responseBytes)
+                                   : offersAnswer(flights, m_options.responseBytes));
+    if (!isOwnLeg) {
         ++m_counters.calendar;
         return good;
     }
     ++m_counters.offers;
-    return spoilt(good, misbehaviourAt(*leg));
+    HttpResponse response = spoiltAnswer(std::move(good), misbehaviourOfAnswer(*leg));
+    if (response.status == 200)
+        m_refusal.count(key);
+    response.sent = [this, key](auto when) { m_answeredAt.insert(key, when); };
+    return response;
+}
+
+QString Site::patternOf(const Leg& leg) const {
+    return m_misbehaviours.contains(leg.key()) ? leg.key() : QStringLiteral("*");
 }
 
 Misbehaviour Site::misbehaviourAt(const Leg& leg) const {
-    return m_misbehaviours.value(leg.key(), m_misbehaviours.value(QStringLiteral("*")));
+    return m_misbehaviours.value(patternOf(leg));
+}
+
+Misbehaviour Site::misbehaviourOfAnswer(const Leg& leg) {
+    const Misbehaviour misbehaviour = misbehaviourAt(leg);
+    if (misbehaviour.kind == Kind::Alternate)
+        return ++m_alternations[patternOf(leg)] % 2 ? Misbehaviour() : tooManyRequests(60s);
+    if (misbehaviour.kind == Kind::Twice) {
+        const int look = looks(leg.key());
+        if (std::exchange(m_failedLooks[leg.key()], look + 1) <= look)
+            return {.kind = Kind::Status, .status = 500};
+    }
+    return misbehaviour;
 }
 
 void Site::misbehave(const QString& leg, const Misbehaviour& misbehaviour) {
     m_misbehaviours.insert(leg, misbehaviour);
+    m_alternations.remove(leg);
 }
 
 void Site::setVisitorCookies(HttpResponse& response, const HttpRequest& request) const {
@@ -156,6 +169,11 @@ void Site::setVisitorCookies(HttpResponse& response, const HttpRequest& request)
     if (!request.cookies.contains("_gcl_au"))
         setCookie(response, "_gcl_au", "1.1." + randomToken().first(10),
                   "Domain=site.localhost; Path=/; Max-Age=7776000");
+}
+
+std::optional<std::chrono::steady_clock::time_point> Site::answeredAt(const QString& leg) const {
+    const auto it = m_answeredAt.constFind(leg);
+    return it == m_answeredAt.constEnd() ? std::nullopt : std::optional(*it);
 }
 
 QJsonObject Site::state() const {

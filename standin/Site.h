@@ -7,6 +7,7 @@
 #include "standin/Misbehaviour.h"
 #include "standin/Options.h"
 #include "standin/Pages.h"
+#include "standin/RefusalOnce.h"
 #include "standin/SiteSignIn.h"
 
 #include <QJsonObject>
@@ -28,13 +29,18 @@ public:
     /// How often the leg's search page has been loaded.
     int looks(const QString& leg) const { return m_looks.value(leg); }
 
+    /// When the socket took the last byte of the leg's last answer; absent before the first.
+    std::optional<std::chrono::steady_clock::time_point> answeredAt(const QString& leg) const;
+
     QJsonObject state() const;
     void restore(const QJsonObject& state);
 
 private:
     HttpResponse searchPage(const HttpRequest& request, const std::optional<Leg>& leg);
     HttpResponse offers(const HttpRequest& request, const std::optional<Leg>& leg, bool award);
+    QString patternOf(const Leg& leg) const;
     Misbehaviour misbehaviourAt(const Leg& leg) const;
+    Misbehaviour misbehaviourOfAnswer(const Leg& leg);
     HttpResponse htmlPage(const HttpRequest& request, const QString& name) const;
     void setVisitorCookies(HttpResponse& response, const HttpRequest& request) const;
 
@@ -45,6 +51,10 @@ private:
     Inventory m_inventory;
     QMap<QString, Misbehaviour> m_misbehaviours;
     QMap<QString, int> m_looks;
+    QMap<QString, int> m_alternations; ///< requests under Alternate, by pattern
+    QMap<QString, int> m_failedLooks;  ///< one more than the look that Twice failed, by leg
+    QMap<QString, std::chrono::steady_clock::time_point> m_answeredAt; ///< by leg
+    RefusalOnce m_refusal;
 };
 
 } // namespace standin

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "standin/SiteSignIn.h"
 
+#include "standin/Fields.h"
+
 namespace standin {
 namespace {
 
 constexpr qsizetype flowLimit = 1000;
-
-QString item(const HttpRequest& request, const char* name) {
-    return request.query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
-}
 
 // Only to the site itself: "//host" and "/\host" would lead elsewhere.
 QString safePath(const QString& wanted) {
@@ -32,11 +30,25 @@ HttpResponse SiteSignIn::answer(const HttpRequest& request) {
 }
 
 HttpResponse SiteSignIn::login(const HttpRequest& request) {
+    const QString returnTo = safePath(queryItem(request, "returnTo"));
+    if (request.method != "POST")
+        return toProvider(returnTo, false);
+    // From the form on the site itself, which knows no second try: that is the provider's.
+    return m_provider.accepts(formField(request, "username"), formField(request, "password"))
+               ? signedIn(returnTo, false)
+               : toProvider(returnTo, true);
+}
+
+HttpResponse SiteSignIn::toForm(const QString& returnTo) {
+    return toProvider(safePath(returnTo), true);
+}
+
+HttpResponse SiteSignIn::toProvider(const QString& returnTo, bool asksEverybody) {
     if (m_returnTo.size() >= flowLimit)
         m_returnTo.clear();
     const QByteArray state = randomToken();
-    m_returnTo.insert(QString::fromLatin1(state), safePath(item(request, "returnTo")));
-    const QUrlQuery query{
+    m_returnTo.insert(QString::fromLatin1(state), returnTo);
+    QUrlQuery query{
         {QStringLiteral("client_id"), QStringLiteral("standin")},
         {QStringLiteral("response_type"), QStringLiteral("code")},
         {QStringLiteral("scope"), QStringLiteral("openid%20profile")},
@@ -44,6 +56,8 @@ HttpResponse SiteSignIn::login(const HttpRequest& request) {
                                              m_origins.site + QStringLiteral("/auth/callback")))},
         {QStringLiteral("ui_locales"), QStringLiteral("nb")},
         {QStringLiteral("state"), QString::fromLatin1(state)}};
+    if (asksEverybody)
+        query.addQueryItem(QStringLiteral("prompt"), QStringLiteral("login"));
     HttpResponse response = redirect(m_origins.idp + QStringLiteral("/authorize?") +
                                      query.toString(QUrl::FullyEncoded));
     setCookie(response, "auth_state", state, "Path=/auth; HttpOnly; SameSite=Lax; Max-Age=3600");
@@ -51,19 +65,24 @@ HttpResponse SiteSignIn::login(const HttpRequest& request) {
 }
 
 HttpResponse SiteSignIn::callback(const HttpRequest& request) {
-    const QString state = item(request, "state");
+    const QString state = queryItem(request, "state");
     const auto wanted = m_returnTo.constFind(state);
     const bool isOurs =
         wanted != m_returnTo.constEnd() && request.cookies.value("auth_state") == state.toLatin1();
-    const auto grant = isOurs ? m_provider.redeem(item(request, "code")) : std::nullopt;
+    const auto grant = isOurs ? m_provider.redeem(queryItem(request, "code")) : std::nullopt;
     if (!grant)
         return page(QStringLiteral("autherror.html"), {}, 400);
-    HttpResponse response = redirect(m_origins.site + *wanted);
+    HttpResponse response = signedIn(*wanted, grant->isSilent);
     m_returnTo.erase(wanted);
-    const QByteArray token =
-        m_sessions.open(m_options.now(), m_options.signIn.siteSession, grant->isSilent);
-    setCookie(response, "session", token, "Path=/; HttpOnly; SameSite=Lax");
     setCookie(response, "auth_state", "", "Path=/auth; Max-Age=0");
+    return response;
+}
+
+HttpResponse SiteSignIn::signedIn(const QString& returnTo, bool isSilent) {
+    HttpResponse response = redirect(m_origins.site + returnTo);
+    const QByteArray token =
+        m_sessions.open(m_options.now(), m_options.signIn.siteSession, isSilent);
+    setCookie(response, "session", token, "Path=/; HttpOnly; SameSite=Lax");
     return response;
 }
 

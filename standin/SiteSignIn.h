@@ -19,6 +19,10 @@ public:
     /// Answers addresses below /auth/.
     HttpResponse answer(const HttpRequest& request);
 
+    /// Redirects to the provider's form, which even visitors see whom the provider knows.
+    /// `returnTo`: path and query on the site for afterwards.
+    HttpResponse toForm(const QString& returnTo);
+
     bool isSignedIn(const HttpRequest& request) const;
 
     /// Whether this visitor may see offers: everybody, unless signing in is required.
@@ -33,6 +37,8 @@ public:
 private:
     HttpResponse login(const HttpRequest& request);
     HttpResponse callback(const HttpRequest& request);
+    HttpResponse toProvider(const QString& returnTo, bool asksEverybody);
+    HttpResponse signedIn(const QString& returnTo, bool isSilent);
     const Sessions::Session* session(const HttpRequest& request) const;
 
     const Options& m_options;

@@ -51,6 +51,12 @@ HttpResponse StandIn::Private::answer(const HttpRequest& request) {
         log.pop_front();
     HttpResponse response = dispatch(request);
     saveState();
+    if (response.sent) {
+        response.sent = [this, noted = std::move(response.sent)](auto when) {
+            const std::scoped_lock again(mutex);
+            noted(when);
+        };
+    }
     return response;
 }
 
@@ -135,6 +141,11 @@ QStringList StandIn::requests(const QString& host) const {
 int StandIn::looks(const QString& leg) const {
     const std::scoped_lock lock(d->mutex);
     return d->site.looks(leg);
+}
+
+std::optional<std::chrono::steady_clock::time_point> StandIn::answeredAt(const QString& leg) const {
+    const std::scoped_lock lock(d->mutex);
+    return d->site.answeredAt(leg);
 }
 
 Counters StandIn::counters() const {

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -47,6 +48,9 @@ public:
 
     /// How often the search page of a leg ("OSL-BKK-20270301") has been loaded.
     int looks(const QString& leg) const;
+    /// When the socket took the last byte of the last answer for a page's own leg; absent before
+    /// the first. An answer that is cut off or never comes does not count.
+    std::optional<std::chrono::steady_clock::time_point> answeredAt(const QString& leg) const;
     Counters counters() const;
 
     /// Changes how signing in behaves from the next request on; sessions stay.

@@ -55,9 +55,18 @@ void addOptions(QCommandLineParser& line) {
           QStringLiteral("file")},
          {QStringLiteral("misbehave"),
           QStringLiteral("Misbehaves at a leg such as OSL-BKK-20270301, or at every one (*). "
-                         "Kinds: %1; slow takes milliseconds, as in *=slow:500. Repeatable.")
+                         "Kinds: %1. NNN is the status of the offers' answer or of the search "
+                         "page, TEXT its Retry-After header, whatever it says, as in "
+                         "*=status:429:60. Repeatable.")
               .arg(Misbehaviour::words().join(QStringLiteral(", "))),
-          QStringLiteral("leg=kind")}});
+          QStringLiteral("leg=kind")},
+         {QStringLiteral("refuse-after"),
+          QStringLiteral("Refuses once by itself: after so many answered offers, requests for "
+                         "offers get status 429 for a while (see --refuse-for)."),
+          QStringLiteral("n")},
+         {QStringLiteral("refuse-for"),
+          QStringLiteral("How long that lasts, and its Retry-After header (default 60)."),
+          QStringLiteral("s")}});
 }
 
 void addSignInOptions(QCommandLineParser& line) {
@@ -159,6 +168,18 @@ QString readSignIn(const QCommandLineParser& line, standin::SignInOptions& signI
     return error;
 }
 
+void readRefusal(const QCommandLineParser& line, Options& options, QString& error) {
+    standin::Refusal refusal;
+    qulonglong seconds = qulonglong(refusal.retryAfter.count());
+    readNumber(line, "refuse-after", 1'000'000, refusal.afterOffers, error);
+    readNumber(line, "refuse-for", 86'400, seconds, error);
+    refusal.retryAfter = std::chrono::seconds(seconds);
+    if (line.isSet(QStringLiteral("refuse-after")))
+        options.refusal = refusal;
+    else if (line.isSet(QStringLiteral("refuse-for")))
+        error = QStringLiteral("--refuse-for needs --refuse-after");
+}
+
 // The first error of the command line, empty when there is none.
 QString readWish(const QCommandLineParser& line, Wish& wish) {
     if (!line.positionalArguments().isEmpty())
@@ -170,6 +191,7 @@ QString readWish(const QCommandLineParser& line, Wish& wish) {
     readNumber(line, "page-delay", 600'000, delay, error);
     readNumber(line, "response-bytes", 100'000'000, wish.options.responseBytes, error);
     wish.options.pageDelay = std::chrono::milliseconds(delay);
+    readRefusal(line, wish.options, error);
     wish.options.stateFile = line.value(QStringLiteral("state"));
     if (error.isEmpty())
         error = readSignIn(line, wish.options.signIn);

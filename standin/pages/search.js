@@ -28,12 +28,16 @@
     return path + new URLSearchParams({ ...items, ...more });
   }
 
+  function failure(status) {
+    return Object.assign(new Error(`status ${status}`), { status });
+  }
+
   function askByXhr(url) {
     return new Promise((resolve, reject) => {
       const request = new XMLHttpRequest();
       request.open("GET", url);
       request.onload = () =>
-        request.status === 200 ? resolve(JSON.parse(request.responseText)) : reject(new Error(request.status));
+        request.status === 200 ? resolve(JSON.parse(request.responseText)) : reject(failure(request.status));
       request.onerror = () => reject(new Error("network"));
       request.send();
     });
@@ -41,8 +45,20 @@
 
   async function askByFetch(url) {
     const response = await fetch(url);
-    if (!response.ok) throw new Error(response.status);
+    if (!response.ok) throw failure(response.status);
     return response.json();
+  }
+
+  // Once more after a server's error, which may have passed.
+  async function ask(url) {
+    const askOnce = isAward ? askByXhr : askByFetch;
+    try {
+      return await askOnce(url);
+    } catch (error) {
+      if (!(error.status >= 500)) throw error;
+      await new Promise((resolve) => setTimeout(resolve, 300));
+      return askOnce(url);
+    }
   }
 
   // The strip with the prices of other days. Its answers are not needed for the list.
@@ -93,8 +109,7 @@
 
   async function search() {
     try {
-      const url = address(leg.date, {});
-      show(await (isAward ? askByXhr(url) : askByFetch(url)));
+      show(await ask(address(leg.date, {})));
     } catch {
       document.getElementById("status").textContent = "Noe gikk galt. Prøv igjen senere.";
     }

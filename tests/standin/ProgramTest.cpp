@@ -16,9 +16,10 @@ void ProgramTest::wrongCommandLines_data() {
     QTest::addColumn<QStringList>("arguments");
     for (const char* line :
          {"--port=65536", "--port=x", "--seed=-1", "--page-delay=", "--frobnicate",
-          "--misbehave=OSL-BKK-20270301", "--misbehave=OSL-BKK=never", "--challenge=soon",
-          "--sign-in-trouble=", "--sso-session=-5", "extra"})
-        QTest::newRow(line) << QStringList{QLatin1String(line)};
+          "--misbehave=OSL-BKK-20270301", "--misbehave=OSL-BKK=never", "--misbehave=*=status:1000",
+          "--refuse-after=-1", "--refuse-after=5 --refuse-for=x", "--refuse-for=5",
+          "--challenge=soon", "--sign-in-trouble=", "--sso-session=-5", "extra"})
+        QTest::newRow(line) << QString::fromLatin1(line).split(u' ');
 }
 
 void ProgramTest::wrongCommandLines() {
@@ -34,7 +35,9 @@ void ProgramTest::wrongCommandLines() {
 void ProgramTest::saysWhereItIsAndEndsOrderly() {
     QProcess program;
     program.start(QStringLiteral(STANDIN_PROGRAM),
-                  {QStringLiteral("--misbehave=*=slow:10"), QStringLiteral("--seed=3")});
+                  {QStringLiteral("--misbehave=*=status:429:Wed, 21 Oct 2026 07:28:00 GMT"),
+                   QStringLiteral("--refuse-after=3"), QStringLiteral("--refuse-for=5"),
+                   QStringLiteral("--seed=3")});
     QByteArray output;
     while (!output.contains("IDP_DOMAIN") && program.waitForReadyRead(10'000))
         output += program.readAllStandardOutput();

@@ -89,6 +89,8 @@ private Q_SLOTS:
     void sessionsExpire();
     void ssoWithoutOffers();
     void challengeMustBeSolved();
+    void signInOnTheSiteItself();
+    void searchPageThatAsksEverybody();
     void troublesOfTheProvider();
     void forgedReturnsAreRefused();
     void sessionsSurviveARestart();
@@ -258,6 +260,59 @@ void SignInTest::challengeMustBeSolved() {
         submit(client, client.browse(site, loginPage), demoUser, {}, false);
     submit(client, accepted, demoUser, demoPassword, false);
     QVERIFY(seesOffers(client));
+}
+
+void SignInTest::signInOnTheSiteItself() {
+    StandIn standIn({.signIn = required()});
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    const auto fillIn = [&](const QString& password) {
+        static const QRegularExpression action(
+            QStringLiteral("<form method=\"POST\" action=\"([^\"]+)\">"));
+        const QString page = QString::fromUtf8(client.get(site, searchPage).body);
+        const QString target =
+            action.match(page).captured(1).replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+        client.visited.clear();
+        client.follow(client.post(site, target,
+                                  {{QStringLiteral("username"), demoUser},
+                                   {QStringLiteral("password"), password}}),
+                      site);
+    };
+    fillIn(QStringLiteral("wrong"));
+    QCOMPARE(client.visited.last(), identifierStep);
+    QVERIFY(standIn.counters().rejectedPasswords == 1 && !seesOffers(client));
+    fillIn(demoPassword);
+    QCOMPARE(client.visited, QStringList{startStep});
+    QVERIFY(standIn.counters().passwordSignIns == 1 && seesOffers(client));
+
+    // It has no challenge to solve.
+    SignInOptions options = required();
+    options.isChallengeRequired = true;
+    standIn.setSignIn(options);
+    standIn.expireSiteSession();
+    fillIn(demoPassword);
+    QCOMPARE(client.visited.last(), identifierStep);
+    QVERIFY(!seesOffers(client));
+}
+
+void SignInTest::searchPageThatAsksEverybody() {
+    StandIn standIn({.signIn = required()});
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    signIn(client);
+    standIn.misbehave(QStringLiteral("*"), {.kind = Misbehaviour::Kind::Idp});
+    for (const bool isEverybodyKnown : {false, true}) {
+        SignInOptions options = required();
+        options.isEverybodyKnown = isEverybodyKnown;
+        standIn.setSignIn(options);
+        const Client::Reply form = client.browse(site, searchPage);
+        QCOMPARE(client.visited, (QStringList{idp + QStringLiteral("/authorize"), identifierStep}));
+        QVERIFY(form.status == 200 && form.body.contains("id=\"username\""));
+    }
+    QCOMPARE(standIn.counters().signInPages, 2);
+    // Single sign-on is alive all the while.
+    client.browse(site, loginPage);
+    QCOMPARE(client.visited.last(), startStep);
 }
 
 void SignInTest::troublesOfTheProvider() {

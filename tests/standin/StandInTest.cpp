@@ -9,6 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
+#include <atomic>
+
 using namespace standin;
 
 namespace {
@@ -36,6 +39,14 @@ private Q_SLOTS:
     void searchPagesCountAsLooks();
     void looksSurviveARestart();
     void misbehaves();
+    void answersWithFaults_data();
+    void answersWithFaults();
+    void pagesWithFaults_data();
+    void pagesWithFaults();
+    void faultsThatComeAndGo_data();
+    void faultsThatComeAndGo();
+    void refusesOnceByItself_data();
+    void refusesOnceByItself();
     void misbehavesForNamedLegs();
     void badRequestsAreRefused();
     void stalledClientsDisturbNobody();
@@ -232,25 +243,181 @@ void StandInTest::misbehaves() {
 
     QElapsedTimer elapsed;
     elapsed.start();
+    const auto asking = std::chrono::steady_clock::now();
     QCOMPARE(asked("slow:300").body, good.body);
     QVERIFY(elapsed.elapsed() >= 300);
+    // What was sent is known from the socket, not from when it was made.
+    const auto sent = [&] { return standIn.answeredAt(leg); };
+    QTRY_VERIFY(sent() && *sent() >= asking + std::chrono::milliseconds(300));
+    QVERIFY(*sent() <= std::chrono::steady_clock::now());
+    QVERIFY(!standIn.answeredAt(QStringLiteral("OSL-BKK-20270302")));
 
-    QCOMPARE(asked("status500").status, 500);
+    const auto before = sent();
+    const Client::Reply cut = asked("cutoff");
+    QCOMPARE(cut.status, 200);
+    QVERIFY(!cut.isComplete && good.body.startsWith(cut.body) && !cut.body.isEmpty());
+    QVERIFY(sent() == before);
     const Client::Reply malformed = asked("malformed");
     QVERIFY(malformed.isComplete && malformed.json().isEmpty());
     const Client::Reply huge = asked("huge");
     QVERIFY(huge.isComplete && huge.body.size() > 17 * 1024 * 1024);
     QCOMPARE(huge.json()[u"outboundFlights"], good.json()[u"outboundFlights"]);
-    const Client::Reply cut = asked("cutoff");
-    QCOMPARE(cut.status, 200);
-    QVERIFY(!cut.isComplete && good.body.startsWith(cut.body) && !cut.body.isEmpty());
     QVERIFY(asked("nested").body.contains(QByteArray(10'000, '[') + QByteArray(10'000, ']')));
+}
 
-    const int looks = standIn.looks(leg);
-    asked("signin");
-    const QByteArray shown = client.get(site, searchPage).body;
-    QVERIFY(shown.contains("/auth/login") && !shown.contains("search.js"));
-    QCOMPARE(standIn.looks(leg), looks);
+void StandInTest::answersWithFaults_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("part");
+    QTest::addColumn<QByteArrayList>("retryAfter");
+    const auto row = [](const char* kind, int status, const char* part,
+                        const QByteArrayList& retryAfter = {}) {
+        QTest::newRow(kind) << QString::fromUtf8(kind) << status << QByteArray(part) << retryAfter;
+    };
+    row("status500", 500, "<html");
+    row("errors", 200, R"({"errors":[{"code":")");
+    row("message", 200, R"({"message":"Too many requests"})");
+    row("wrongshape", 200, R"({"outboundFlights":"none"})");
+    row("unauthorized", 401, "{");
+    row("status:404", 404, "{");
+    row("status:204", 204, "");
+    row("status:429:60", 429, "{", {"60"});
+    row("status:503:Wed, 21 Oct 2026 07:28:00 GMT", 503, "{", {"Wed, 21 Oct 2026 07:28:00 GMT"});
+    row("status:429:om en stund, så=vel", 429, "{", {"om en stund, så=vel"});
+    row("status:403:", 403, "{", {""});
+}
+
+void StandInTest::answersWithFaults() {
+    QFETCH(QString, kind);
+    QFETCH(QByteArray, part);
+    StandIn standIn({});
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    standIn.misbehave(leg, Misbehaviour::of(kind).value());
+    for (const QString& target : {offers, award}) {
+        const Client::Reply reply = client.get(site, target);
+        QTEST(reply.status, "status");
+        QVERIFY(reply.isComplete && reply.body.contains(part) && reply.body.size() < 500);
+        QCOMPARE(reply.json().isEmpty(), !part.startsWith('{'));
+        QTEST(QByteArrayList(reply.head.values("retry-after")), "retryAfter");
+    }
+    QVERIFY(client.get(site, searchPage).body.contains("search.js"));
+}
+
+void StandInTest::pagesWithFaults_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("part");
+    QTest::addColumn<QByteArrayList>("retryAfter");
+    const auto row = [](const char* kind, int status, const char* part,
+                        const QByteArrayList& retryAfter = {}) {
+        QTest::newRow(kind) << QString::fromUtf8(kind) << status << QByteArray(part) << retryAfter;
+    };
+    row("signin", 200, "type=\"password\"");
+    row("denied", 200, "<title>Access Denied</title>");
+    row("page:403", 403, "<html");
+    row("page:503:Wed, 21 Oct 2026 07:28:00 GMT", 503, "<html", {"Wed, 21 Oct 2026 07:28:00 GMT"});
+    row("redirects", 302, "");
+}
+
+void StandInTest::pagesWithFaults() {
+    QFETCH(QString, kind);
+    QFETCH(QByteArray, part);
+    StandIn standIn({});
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    standIn.misbehave(leg, Misbehaviour::of(kind).value());
+    for (const QString& target : {searchPage, awardPage}) {
+        const Client::Reply reply = client.get(site, target);
+        QTEST(reply.status, "status");
+        QVERIFY(reply.isComplete && reply.body.contains(part) && !reply.body.contains("search.js"));
+        QTEST(QByteArrayList(reply.head.values("retry-after")), "retryAfter");
+        if (kind == u"redirects")
+            QCOMPARE(reply.head.value("location"), (standIn.siteOrigin() + target).toUtf8());
+    }
+    QCOMPARE(standIn.looks(leg), 0);
+    QVERIFY(!client.get(site, offers).json().isEmpty());
+}
+
+void StandInTest::faultsThatComeAndGo_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("pattern");
+    // "p" loads the leg's page, "o" asks for its offers, "a" in the award flow, "n" for those of
+    // the next day.
+    QTest::addColumn<QByteArray>("asked");
+    QTest::addColumn<QList<int>>("statuses");
+    const auto every = QStringLiteral("*");
+    QTest::newRow("twice") << QStringLiteral("twice") << leg << QByteArray("poooppoo")
+                           << QList<int>{200, 500, 200, 200, 200, 200, 500, 200};
+    QTest::newRow("twice, other legs") << QStringLiteral("twice") << every << QByteArray("ponona")
+                                       << QList<int>{200, 500, 500, 200, 200, 200};
+    QTest::newRow("alternate") << QStringLiteral("alternate") << leg << QByteArray("onoanpo")
+                               << QList<int>{200, 200, 429, 200, 200, 200, 429};
+    QTest::newRow("alternate, all legs")
+        << QStringLiteral("alternate") << every << QByteArray("onoann")
+        << QList<int>{200, 429, 200, 429, 200, 429};
+}
+
+void StandInTest::faultsThatComeAndGo() {
+    QFETCH(QString, kind);
+    QFETCH(QString, pattern);
+    QFETCH(QByteArray, asked);
+    StandIn standIn({});
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    standIn.misbehave(pattern, Misbehaviour::of(kind).value());
+    const QMap<char, QString> targets{
+        {'p', searchPage}, {'o', offers}, {'a', award}, {'n', offers.chopped(1) + u'2'}};
+    QList<int> statuses;
+    for (const char what : asked) {
+        const Client::Reply reply = client.get(site, targets[what]);
+        statuses.append(reply.status);
+        QCOMPARE(reply.head.value("retry-after"), QByteArray(reply.status == 429 ? "60" : ""));
+        QCOMPARE(reply.json().contains(u"outboundFlights"), reply.status == 200 && what != 'p');
+    }
+    QTEST(statuses, "statuses");
+}
+
+void StandInTest::refusesOnceByItself_data() {
+    QTest::addColumn<bool>("repeatsOnly");
+    QTest::addColumn<int>("answered");
+    QTest::newRow("offers") << false << 3;
+    QTest::newRow("repeats") << true << 8;
+}
+
+void StandInTest::refusesOnceByItself() {
+    QFETCH(bool, repeatsOnly);
+    std::atomic<qint64> now = 1'800'000'000;
+    Options options;
+    options.refusal = Refusal{
+        .afterOffers = 3, .retryAfter = std::chrono::seconds(90), .countsRepeatsOnly = repeatsOnly};
+    options.now = [&now] { return now.load(); };
+    StandIn standIn(options);
+    QVERIFY(!standIn.start());
+    Client client(standIn.port());
+    // Five legs in turn.
+    int asked = 0;
+    const auto ask = [&] {
+        return client.get(site, offers.chopped(1) + QString::number(1 + asked++ % 5));
+    };
+    const QString calendar = offers + QStringLiteral("&calendar=1");
+    Client::Reply reply;
+    while (asked < 20 && (reply = ask()).status == 200)
+        QCOMPARE(client.get(site, calendar).status, 200);
+    QTEST(asked - 1, "answered");
+    now += 89;
+    for (const QString& target : {offers, award, calendar}) {
+        const Client::Reply refused = client.get(site, target);
+        QCOMPARE(refused.status, 429);
+        QCOMPARE(refused.head.value("retry-after"), QByteArray("90"));
+        QVERIFY(!refused.json().isEmpty());
+    }
+    QCOMPARE(client.get(site, searchPage).status, 200);
+    QCOMPARE(standIn.counters().refused, 4);
+    QCOMPARE(standIn.counters().offers, asked - 1);
+    now += 1;
+    for (int i = 0; i < 20; ++i)
+        QCOMPARE(ask().status, 200);
 }
 
 void StandInTest::misbehavesForNamedLegs() {
@@ -264,7 +431,10 @@ void StandInTest::misbehavesForNamedLegs() {
     QCOMPARE(client.get(site, other).status, 500);
     QCOMPARE(client.get(site, other + QStringLiteral("&calendar=1")).status, 200);
 
-    for (const char* wrong : {"", "fast", "slow:", "slow:x", "never:3", "Slow"})
+    for (const char* wrong :
+         {"", "fast", "slow:", "slow:x", "never:3", "Slow", "status", "status:", "status:99",
+          "status:600", "status: 42", "status:4290", "status:429:1\r\nX: 1", "page", "page:x",
+          "errors:1", "unauthorized:60"})
         QVERIFY2(!Misbehaviour::of(QLatin1String(wrong)), wrong);
 }
 
@@ -290,23 +460,28 @@ void StandInTest::stalledClientsDisturbNobody() {
     StandIn standIn({});
     QVERIFY(!standIn.start());
     standIn.misbehave(leg, {.kind = Misbehaviour::Kind::Never});
+    const QString hanging = awardPage.chopped(1) + u'2';
+    standIn.misbehave(QStringLiteral("OSL-BKK-20270302"), {.kind = Misbehaviour::Kind::Hang});
+    const QByteArray rest = " HTTP/1.1\r\nHost: " + site.toLatin1() + "\r\n\r\n";
+    const std::array requests{"GET " + offers.toLatin1() + rest, "GET " + hanging.toLatin1() + rest,
+                              QByteArray("GET /slow")};
     std::vector<std::unique_ptr<QTcpSocket>> stalled;
     for (int i = 0; i < 60; ++i) {
         auto socket = std::make_unique<QTcpSocket>();
         socket->connectToHost(QStringLiteral("127.0.0.1"), standIn.port());
         QVERIFY(socket->waitForConnected());
-        socket->write(i % 2 ? "GET /slow"
-                            : "GET " + offers.toLatin1() + " HTTP/1.1\r\nHost: " + site.toLatin1() +
-                                  "\r\n\r\n");
+        socket->write(requests[i % requests.size()]);
         socket->waitForBytesWritten();
         stalled.push_back(std::move(socket));
     }
-    QTRY_COMPARE(standIn.counters().offers, 30);
+    QTRY_COMPARE(standIn.counters().offers, 20);
+    QTRY_COMPARE(standIn.requests(site).filter(hanging).size(), 20);
     QElapsedTimer elapsed;
     elapsed.start();
     QCOMPARE(Client(standIn.port()).get(site, searchPage).status, 200);
     QVERIFY(elapsed.elapsed() < 2000);
-    QCOMPARE(stalled.front()->bytesAvailable(), 0);
+    for (const auto& socket : stalled)
+        QVERIFY(!socket->waitForReadyRead(0) && socket->state() == QTcpSocket::ConnectedState);
 
     // A client that gives up waiting does not take the server with it.
     stalled.clear();
