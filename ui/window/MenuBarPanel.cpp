@@ -52,7 +52,7 @@ QString MenuBarPanel::warning() const {
 
 QString MenuBarPanel::latestRoute() const {
     const Match* match = latest();
-    return match ? match->fromCity + u" → "_s + match->toCity : QString();
+    return match ? match->places() : QString();
 }
 
 QString MenuBarPanel::latestText() const {
