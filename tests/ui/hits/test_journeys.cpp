@@ -289,9 +289,13 @@ private Q_SLOTS:
         QTEST(QStringList({from.time, from.place, to.time, to.place, CardText::dayShift(match)})
                   .join(u'|'),
               "shown");
-        // A leap day is one more between.
+    }
+
+    void aLeapDayIsOneMoreBetween() {
+        Match match = offer(u"OSL-EWR"_s);
         match.depart = u"28.02 23:00"_s;
         match.arrive = u"01.03 06:10"_s;
+        QCOMPARE(CardText::dayShift(match), u"+1"_s);
         match.travelDate = u"2028-02-28"_s;
         QCOMPARE(CardText::dayShift(match), u"+2"_s);
     }
