@@ -18,12 +18,17 @@ Site Site::fromEnvironment(const QProcessEnvironment& environment) {
     take(u"TINDRA_IDP_HOST"_s, site.identityHost);
     take(u"TINDRA_IDP_DOMAIN"_s, site.identityDomain);
 
+    const auto isSet = [&environment](const QString& name) {
+        return !environment.value(name).isEmpty();
+    };
+    if (isSet(u"TINDRA_IDP_HOST"_s) && !isSet(u"TINDRA_IDP_DOMAIN"_s))
+        site.identityDomain = site.identityHost;
+
     const QUrl url(site.origin);
     if (url.host().isEmpty() || (url.scheme() != u"https" && url.scheme() != u"http"))
         throw Err{u"TINDRA_SITE_ORIGIN er ikke en nettadresse: «%1». Skriv den som "
                   u"https://vert eller http://vert:port."_s.arg(site.origin)};
-    const bool isOwnDomain = !environment.value(u"TINDRA_SITE_DOMAIN"_s).isEmpty();
-    if (!environment.value(u"TINDRA_SITE_ORIGIN"_s).isEmpty() && !isOwnDomain)
+    if (isSet(u"TINDRA_SITE_ORIGIN"_s) && !isSet(u"TINDRA_SITE_DOMAIN"_s))
         site.domain = url.host();
     if (url.host() != site.domain && !url.host().endsWith(u'.' + site.domain))
         throw Err{u"TINDRA_SITE_DOMAIN «%1» passer ikke til nettstedet «%2»: verten må være "

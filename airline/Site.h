@@ -21,8 +21,9 @@ struct Site {
 
     /// The defaults, each overridden by TINDRA_SITE_ORIGIN, TINDRA_SITE_DOMAIN, TINDRA_IDP_HOST
     /// or TINDRA_IDP_DOMAIN where that is set and not empty, in lower case as hosts are compared;
-    /// an origin alone brings its host as the domain. Throws Err when the origin is not an http or
-    /// https address with a host, or its host does not belong to the domain.
+    /// an origin alone brings its host as the domain, and so does an identity host. Throws Err when
+    /// the origin is not an http or https address with a host, or its host does not belong to the
+    /// domain.
     static Site fromEnvironment(const QProcessEnvironment& environment);
 
     /// `text` as an address that may be opened for the user: absolute, with the origin's scheme

@@ -119,7 +119,7 @@ watchers   Overvåkerne: viser dem, lager en, setter en på pause, setter den i 
     --back DATOER      Hjemreise på samme måte; uten den er det en enveisreise.
     --cabins KABINER   Blant economy, premeco, business og first; business når ikke annet er sagt.
     --seats TALL       Så mange seter må det minst være (1 til 9).
-    --stops TALL       Høyst så mange stopp (0 til 2).
+    --stops TALL       Høyst så mange stopp (0 til 3).
     --partners         Også fly hos partnerselskaper.
     --name TEKST       Navnet den får i listene.
 

@@ -34,13 +34,6 @@ QJsonObject object(const Match& m) {
             {u"isCommunity"_s, m.isCommunity}};
 }
 
-QString cabinNames(const QString& cabins) {
-    QStringList names;
-    for (const QString& cabin : cabins.split(u',', Qt::SkipEmptyParts))
-        names.append(cabinLabel(cabin));
-    return names.join(u", "_s);
-}
-
 QString offerLine(const Match& m) {
     static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
@@ -66,7 +59,7 @@ QByteArray json(const QList<Match>& matches) {
 }
 
 QString line(const Match& match) {
-    return match.soldOut ? u"  Utsolgt: %1  %2"_s.arg(match.route, cabinNames(match.cabin))
+    return match.soldOut ? u"  Utsolgt: %1  %2"_s.arg(match.route, cabinLabels(match.cabin))
                          : offerLine(match);
 }
 

@@ -20,10 +20,7 @@ QString cell(const QString& text) {
 }
 
 QString utc(Instant instant) {
-    // A stored number too wild to be a date is cut.
-    constexpr double latest = 253'402'300'799; // the last second of the year 9999
-    const double seconds = std::clamp(secondsSince1970(instant), 0.0, latest);
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC)
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(secondsSince1970(instant)), Qt::UTC)
         .toString(u"yyyy-MM-dd HH:mm"_s);
 }
 
@@ -50,7 +47,7 @@ QByteArray csv(const QList<Match>& offers, const Site& site) {
                                 cell(m.stopsText),
                                 cell(m.flight),
                                 QString::number(m.durationMinutes),
-                                cell(cabinLabel(m.cabin)),
+                                cell(cabinLabels(m.cabin)),
                                 QString::number(m.seats),
                                 QString::number(m.points),
                                 yes(m.soldOut),

@@ -46,6 +46,13 @@ QString cabinLabel(const QString& text) {
     return cabin ? label(*cabin) : text;
 }
 
+QString cabinLabels(const QString& texts) {
+    QStringList labels;
+    for (const QString& text : texts.split(u',', Qt::SkipEmptyParts))
+        labels.append(cabinLabel(text));
+    return labels.join(u", "_s);
+}
+
 QString encodeCabins(const CabinSet& cabins) {
     QStringList texts(cabins.begin(), cabins.end());
     texts.sort();

@@ -22,6 +22,8 @@ std::optional<Cabin> cabinFromRaw(QStringView text);
 QString label(Cabin cabin);
 /// The label of a stored cabin text; a text that is no cabin is shown unchanged.
 QString cabinLabel(const QString& text);
+/// The same for several, which are joined by ",": "Business, Premium".
+QString cabinLabels(const QString& texts);
 
 /// A set of cabin raw values. It may hold texts that are no cabin, as a database can.
 using CabinSet = QSet<QString>;

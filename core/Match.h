@@ -45,6 +45,8 @@ struct Match {
 
     bool operator==(const Match&) const = default;
 
+    /// Such as "Oslo → New York"; an airport code of the route stands in for a missing name.
+    QString places() const;
     /// Such as "10t 5m"; absent when the duration is unknown.
     std::optional<QString> durationText() const;
 };

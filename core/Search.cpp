@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "core/Search.h"
 
+#include "core/DateFmt.h"
 #include "core/Text.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +14,15 @@ QString Search::displayName() const {
 
 bool Search::isRoundTrip() const {
     return !returnDateFrom.isEmpty() || !returnDateTo.isEmpty();
+}
+
+bool Search::isPast(QDate today) const {
+    const auto isOver = [today](const QString& from, const QString& to) {
+        const auto first = DateFmt::parseIso(from);
+        const auto last = to.isEmpty() ? first : DateFmt::parseIso(to);
+        return first && last && std::max(*first, *last) < today;
+    };
+    return isOver(dateFrom, dateTo) && (!isRoundTrip() || isOver(returnDateFrom, returnDateTo));
 }
 
 QStringList Search::codes(const QString& text) {

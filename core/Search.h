@@ -14,6 +14,10 @@
 /// Dates are "yyyy-MM-dd" or empty. `origin` and `destination` are code lists as the user typed
 /// them; read them with `codes`.
 struct Search {
+    /// The most that may be asked for.
+    static constexpr int mostSeats = 9;
+    static constexpr int mostStops = 3;
+
     /// Database row; 0 until the watcher is stored.
     qint64 id = 0;
     /// May be empty.
@@ -42,6 +46,9 @@ struct Search {
     QString displayName() const;
     /// True when either end of the return window is set.
     bool isRoundTrip() const;
+    /// Every day that it could be looked up for, out and home, is before `today`. A window without
+    /// an end is its first day alone; dates that cannot be read are not past.
+    bool isPast(QDate today) const;
 
     /// The codes of a code list, trimmed and in upper case; order and duplicates are kept.
     static QStringList codes(const QString& text);

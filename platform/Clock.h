@@ -20,9 +20,11 @@ using Ticks = std::chrono::duration<double>;
 inline double secondsSince1970(Instant instant) {
     return instant.time_since_epoch().count();
 }
-inline Instant instantFromSeconds(double seconds) {
-    return Instant(std::chrono::duration<double>(seconds));
-}
+/// The last second of the year 9999.
+inline constexpr double latestSecond = 253'402'300'799;
+/// Numbers come from files and strangers, and instants become whole seconds and dates: what lies
+/// outside the years 1 to 9999 is cut to them, and what is no number is 1970.
+Instant instantFromSeconds(double seconds);
 
 /// The only source of time: nothing else asks the system for it or sleeps by itself.
 /// Intervals are measured with `ticks`, expiries and dates with `now` and `today`.

@@ -31,7 +31,9 @@ public:
     virtual QCoro::Task<> remove(QString service) = 0;
 
 Q_SIGNALS:
-    /// The keychain cannot be reached; `reason` says why and what to do, in Norwegian. Emitted at
-    /// most once a run.
+    /// The keychain cannot be used; `reason` says why and what to do, in Norwegian. Emitted once,
+    /// until it is `available` again.
     void unavailable(const QString& reason);
+    /// What was unavailable works again.
+    void available();
 };

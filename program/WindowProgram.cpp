@@ -62,6 +62,9 @@ void WindowProgram::start() {
     connect(&m_tindra.notifications, &NotificationCenter::opened, this, &WindowProgram::showOffer);
     connect(&m_tindra.notifications, &NotificationCenter::actionChosen, this,
             &WindowProgram::bookOffer);
+    // Who has finished signing in goes on in the window, which may have been hidden meanwhile.
+    connect(&m_tindra.session.window(), &SignInWindow::loginFinished, &m_life,
+            &LifeCycle::showWindow);
     m_tray.show();
     m_life.start(m_tindra.line.hidden);
     m_tindra.worker.startTimer(usualIntervalMinutes);

@@ -39,6 +39,13 @@ const Screen warned(u"search-warning"_s, [](Shot& shot) {
     warn(showForm(shot));
     QTest::qWait(60);
 });
+const Screen past(u"search-past"_s, usual, [](Shot& shot) {
+    BoardingPassSearchCard& form = showForm(shot);
+    form.destination()->setCode(u"JFK, EWR"_s);
+    form.outbound()->setWindow({2027, 1, 2}, {2027, 1, 5});
+    form.submit();
+    QTest::qWait(60);
+});
 const Screen oneWay(u"search-one-way"_s, usual, [](Shot& shot) {
     BoardingPassSearchCard& form = showForm(shot);
     form.setRoundTrip(false);

@@ -25,6 +25,14 @@ struct World : AppWorld {
         });
         database.markChecked(stored.id, 1);
     }
+    void addPast() {
+        add(u"Jul i Bangkok"_s, u"OSL"_s, u"BKK"_s, [](Search& search) {
+            search.dateFrom = u"2026-12-18"_s;
+            search.dateTo = u"2026-12-23"_s;
+            search.returnDateFrom = u"2027-01-02"_s;
+            search.returnDateTo = u"2027-01-05"_s;
+        });
+    }
     void addHits(qint64 id, int count) {
         for (int i = 0; i < count; ++i)
             addMatch([id](Match& match) { match.searchId = id; });
@@ -137,6 +145,19 @@ const Screen badInput(u"watchers-bad-input"_s, [](Shot& shot) {
         });
         world.setLastRound({u"<img src=x> & \u202e snudd"_s}, -5, 0);
     });
+});
+const Screen past(u"watchers-past"_s, {880, 600}, [](Shot& shot) {
+    open(shot, [](World& world) {
+        world.addPast();
+        world.add(u"Asia i business"_s, u"CPH"_s, u"BKK,HND,NRT,SIN,PVG"_s);
+        world.addPast();
+        world.database.toggleSearch(3);
+        world.state.reload();
+    });
+});
+const Screen moving(u"watchers-move"_s, {1120, 880}, [](Shot& shot) {
+    open(shot, [](World& world) { world.addPast(); });
+    shot.page().click(u"Flytt datoene…"_s);
 });
 const Screen menu(u"watchers-menu"_s, {880, 600}, [](Shot& shot) {
     openFilled(shot);

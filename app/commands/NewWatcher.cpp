@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostSeats = 9;
-constexpr int mostStops = 2;
 constexpr int longestName = 100;
 
 QStringList pieces(const QString& text) {
@@ -103,8 +101,8 @@ Search parseNewWatcher(const QStringList& words) {
     }
     if (const auto text = arguments.value(u"--cabins"_s))
         watcher.cabins = cabins(*text);
-    watcher.minSeats = arguments.number(u"--seats"_s, 1, mostSeats, watcher.minSeats);
-    watcher.maxStops = arguments.number(u"--stops"_s, 0, mostStops, watcher.maxStops);
+    watcher.minSeats = arguments.number(u"--seats"_s, 1, Search::mostSeats, watcher.minSeats);
+    watcher.maxStops = arguments.number(u"--stops"_s, 0, Search::mostStops, watcher.maxStops);
     watcher.includePartners = arguments.has(u"--partners"_s);
     watcher.name = arguments.value(u"--name"_s).value_or(QString()).simplified().left(longestName);
     return watcher;

@@ -44,9 +44,6 @@ QString line(const Search& watcher, int hits, Instant now) {
     const auto days = [](const QString& from, const QString& to) {
         return from == to || to.isEmpty() ? from : from + u".."_s + to;
     };
-    QStringList cabins;
-    for (const QString& cabin : encodeCabins(watcher.cabins).split(u',', Qt::SkipEmptyParts))
-        cabins.append(cabinLabel(cabin));
     QStringList parts{u"%1  %2"_s.arg(watcher.id, 4).arg(watcher.enabled ? u"på   "_s : u"pause"_s),
                       watcher.displayName(), u"%1 → %2"_s.arg(watcher.origin, watcher.destination),
                       u"ut "_s + days(watcher.dateFrom, watcher.dateTo)};
@@ -54,7 +51,7 @@ QString line(const Search& watcher, int hits, Instant now) {
         parts.removeAt(1);
     if (watcher.isRoundTrip())
         parts.append(u"hjem "_s + days(watcher.returnDateFrom, watcher.returnDateTo));
-    parts.append(cabins.join(u", "_s));
+    parts.append(cabinLabels(encodeCabins(watcher.cabins)));
     parts.append(u"minst %1 seter, høyst %2 stopp%3"_s.arg(watcher.minSeats)
                      .arg(watcher.maxStops)
                      .arg(watcher.includePartners ? u", med partnere"_s : QString()));

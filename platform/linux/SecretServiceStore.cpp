@@ -85,7 +85,7 @@ QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item i
     GErrorSlot error;
     const bool stored = result && secret_service_store_finish(nullptr, result, error.out());
     if (self)
-        self->noteEnd(result ? &error : nullptr);
+        self->noteEnd(Use::changing, result ? &error : nullptr);
     co_return stored;
 }
 
@@ -107,7 +107,7 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
         found = itemOf(static_cast<SecretItem*>(items->data));
     g_list_free_full(items, g_object_unref);
     if (self)
-        self->noteEnd(result ? &error : nullptr);
+        self->noteEnd(Use::reading, result ? &error : nullptr);
     co_return found;
 }
 
@@ -125,6 +125,7 @@ QCoro::Task<> SecretServiceStore::remove(QString service) {
     GAsyncResult* result = co_await search.end();
     GErrorSlot error;
     GList* items = result ? secret_service_search_finish(nullptr, result, error.out()) : nullptr;
+    const Use use = items ? Use::changing : Use::reading;
     for (GList* item = items; item && !error; item = item->next) {
         GLibCall removal(clock, answerTimeout);
         secret_item_delete(static_cast<SecretItem*>(item->data), removal.cancellable(),
@@ -138,7 +139,7 @@ QCoro::Task<> SecretServiceStore::remove(QString service) {
     }
     g_list_free_full(items, g_object_unref);
     if (self)
-        self->noteEnd(result ? &error : nullptr);
+        self->noteEnd(use, result ? &error : nullptr);
 }
 
 bool SecretServiceStore::isSilent() const {
@@ -146,19 +147,24 @@ bool SecretServiceStore::isSilent() const {
 }
 
 /// `error` is null when the limit came before an answer.
-void SecretServiceStore::noteEnd(const GErrorSlot* error) {
+void SecretServiceStore::noteEnd(Use use, const GErrorSlot* error) {
     if (error && !*error) {
         m_silentSince.reset();
+        if (m_fault && *m_fault <= use) {
+            m_fault.reset();
+            Q_EMIT available();
+        }
         return;
     }
     if (!error)
         m_silentSince = m_clock.ticks();
-    report(error ? error->message() : QByteArray());
+    report(use, error ? error->message() : QByteArray());
 }
 
-void SecretServiceStore::report(const QByteArray& reason) {
-    if (std::exchange(m_reported, true))
+void SecretServiceStore::report(Use use, const QByteArray& reason) {
+    if (m_fault)
         return;
+    m_fault = use;
     Q_EMIT unavailable(
         QStringLiteral("Nøkkelringen kan ikke brukes (%1). Innloggingen huskes ikke til neste "
                        "gang. Start en Secret Service, for eksempel gnome-keyring, og lås den opp.")

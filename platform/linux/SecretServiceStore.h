@@ -19,12 +19,16 @@ public:
     QCoro::Task<> remove(QString service) override;
 
 private:
+    /// A keychain that can be read may still refuse to be changed, not the other way round.
+    enum class Use { reading, changing };
+
     /// Whether the keychain let a call run into its limit, and not long ago.
     bool isSilent() const;
-    void noteEnd(const GErrorSlot* error);
-    void report(const QByteArray& reason);
+    void noteEnd(Use use, const GErrorSlot* error);
+    void report(Use use, const QByteArray& reason);
 
     Clock& m_clock;
     std::optional<Ticks> m_silentSince;
-    bool m_reported = false;
+    /// What failed first, was reported, and has not worked since.
+    std::optional<Use> m_fault;
 };

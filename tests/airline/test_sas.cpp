@@ -124,7 +124,15 @@ private Q_SLOTS:
     }
 
     void theHubStandsInForLongHaul() {
-        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"BKK"_s, false).text(), u"CPH-BKK"_s);
+        for (const auto* code :
+             {"HND", "NRT", "BKK", "SIN", "HKG", "PVG", "PEK", "PKX", "ICN", "DEL", "KUL", "SGN"}) {
+            const QString destination = QString::fromLatin1(code);
+            QCOMPARE(SAS::searchedPair(u"OSL"_s, destination, false).text(),
+                     u"CPH-"_s + destination);
+        }
+        QCOMPARE(SAS::hubAwardDests().size(), 12);
+        // The way home is searched as it is asked for.
+        QCOMPARE(SAS::searchedPair(u"BKK"_s, u"OSL"_s, false).text(), u"BKK-OSL"_s);
         QCOMPARE(SAS::searchedPair(u"OSL"_s, u"BKK"_s, true).text(), u"OSL-BKK"_s);
         QCOMPARE(SAS::searchedPair(u"CPH"_s, u"BKK"_s, false).text(), u"CPH-BKK"_s);
         QCOMPARE(SAS::searchedPair(u"OSL"_s, u"EWR"_s, false).text(), u"OSL-EWR"_s);
@@ -140,7 +148,12 @@ private Q_SLOTS:
         QCOMPARE(site.origin, u"http://site.localhost:8080"_s);
         QCOMPARE(site.domain, u"site.localhost"_s);
         QCOMPARE(site.identityHost, u"id.localhost"_s);
-        QCOMPARE(site.identityDomain, Site().identityDomain);
+        QCOMPARE(site.identityDomain, u"id.localhost"_s);
+        environment.insert(u"TINDRA_IDP_DOMAIN"_s, u"localhost"_s);
+        QCOMPARE(Site::fromEnvironment(environment).identityDomain, u"localhost"_s);
+        environment.insert(u"TINDRA_IDP_HOST"_s, u""_s);
+        environment.insert(u"TINDRA_IDP_DOMAIN"_s, u""_s);
+        QCOMPARE(Site::fromEnvironment(environment).identityDomain, Site().identityDomain);
         environment.insert(u"TINDRA_SITE_DOMAIN"_s, u"other.localhost"_s);
         QVERIFY_EXCEPTION_THROWN(Site::fromEnvironment(environment), Err);
         environment.insert(u"TINDRA_SITE_DOMAIN"_s, u"localhost"_s);

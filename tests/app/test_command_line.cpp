@@ -91,13 +91,13 @@ private Q_SLOTS:
         watcher.returnDateTo = u"2027-04-20"_s;
         watcher.cabins = {u"first"_s, u"premeco"_s};
         watcher.minSeats = 2;
-        watcher.maxStops = 0;
+        watcher.maxStops = 3;
         watcher.includePartners = true;
         watcher.name = u"New York"_s;
         const QStringList all =
             u"watchers|add|--from= osl, bgo ,OSL|--to=EWR,jfk|--out|"
             u"2027-03-01..2027-03-31|--back|2027-04-01..2027-04-20|--cabins|"
-            u"Premium,first|--seats|2|--stops=0|--partners|--name| New  York "_s.split(u'|');
+            u"Premium,first|--seats|2|--stops=3|--partners|--name| New  York "_s.split(u'|');
         QCOMPARE(CommandLine::parse(all).data, DataCommand(AddWatcher{watcher}));
     }
 
@@ -115,7 +115,7 @@ private Q_SLOTS:
         QTest::newRow("home before out") << u"--back=2027-02-01"_s << u"før utreisen"_s;
         QTest::newRow("cabin") << u"--cabins=business,luxus"_s << u"«luxus»"_s;
         QTest::newRow("seats") << u"--seats=0"_s << u"fra 1 til 9"_s;
-        QTest::newRow("stops") << u"--stops=-1"_s << u"fra 0 til 2"_s;
+        QTest::newRow("stops") << u"--stops=4"_s << u"fra 0 til 3"_s;
         QTest::newRow("no value") << u"--name"_s << u"«--name»"_s;
         QTest::newRow("flag with value") << u"--partners=ja"_s << u"«--partners=ja»"_s;
         QTest::newRow("twice") << u"--to=EWR|--to=JFK"_s << u"to ganger"_s;

@@ -218,13 +218,15 @@ private Q_SLOTS:
         runOn(folder(), "DELETE FROM kv;"
                         "ALTER TABLE matches DROP COLUMN duration_min;"
                         "ALTER TABLE searches DROP COLUMN include_partners;"
-                        "INSERT INTO searches (origin, destination) VALUES ('OSL', 'CPH');");
+                        "INSERT INTO searches (origin, destination) VALUES ('OSL', 'CPH'),"
+                        "('BGO', 'CPH');");
         const auto insert = [](const char* searchId, const char* key, const char* route,
-                               const char* from, const char* to, const char* soldOut) {
+                               const char* from, const char* to, const char* soldOut,
+                               const char* cabin = "business") {
             return QByteArray("INSERT INTO matches (search_id,key,route,from_city,to_city,cabin,"
                               "soldout,found_at) VALUES (") +
-                   searchId + ",'" + key + "','" + route + "','" + from + "','" + to +
-                   "','business'," + soldOut + ",0);";
+                   searchId + ",'" + key + "','" + route + "','" + from + "','" + to + "','" +
+                   cabin + "'," + soldOut + ",0);";
         };
         runOn(folder(), insert("1", "right", "OSL-CPH", "Oslo", "Copenhagen", "0") +
                             insert("1", "wrong", "OSL-CPH", "Oslo", "Bangkok", "0") +
@@ -233,6 +235,8 @@ private Q_SLOTS:
                             insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
                             insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
                             insert("1", "twin", "OSL-CPH", "Oslo", "", "1") +
+                            insert("1", "twin", "OSL-CPH", "Oslo", "", "0", "economy") +
+                            insert("2", "twin", "OSL-CPH", "Oslo", "", "0") +
                             insert("9", "orphan", "OSL-CPH", "", "", "0") +
                             insert("-1", "shared", "OSL-CPH", "", "", "0") +
                             "INSERT INTO seen VALUES (1,'wrong','business','');"
@@ -242,8 +246,9 @@ private Q_SLOTS:
             Database database(folder(), m_clock);
             QCOMPARE(database.problem().value_or(QString()), QString());
             QCOMPARE(keys(database.recentMatches(100)),
-                     QStringList({u"shared"_s, u"twin"_s, u"twin"_s, u"half a route"_s,
-                                  u"wrong, sold out"_s, u"right"_s}));
+                     QStringList({u"shared"_s, u"twin"_s, u"twin"_s, u"twin"_s, u"twin"_s,
+                                  u"half a route"_s, u"wrong, sold out"_s, u"right"_s}));
+            QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 4}, {2, 1}}));
             QCOMPARE(database.seenCabins(1).keys(), QStringList{u"right"_s});
             QVERIFY(database.seenCabins(2).isEmpty());
             QCOMPARE(database.recentMatches(100).first().durationMinutes, 0);
@@ -252,7 +257,7 @@ private Q_SLOTS:
         runOn(folder(), insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
                             insert("1", "wrong again", "OSL-CPH", "Bangkok", "", "0"));
         Database database(folder(), m_clock);
-        QCOMPARE(database.recentMatches(100).size(), 8);
+        QCOMPARE(database.recentMatches(100).size(), 10);
     }
 
     void onlyItsOwnerCanReadIt() {

@@ -4,7 +4,11 @@
 #include "core/Match.h"
 #include "core/Search.h"
 
+#include <QDateTime>
 #include <QTest>
+
+#include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -37,12 +41,56 @@ private Q_SLOTS:
         QVERIFY(search.isRoundTrip());
     }
 
+    void pastWatchers_data() {
+        QTest::addColumn<QString>("dates");
+        QTest::addColumn<bool>("isPast");
+        // Today is the fifteenth of January 2027.
+        QTest::newRow("one way") << u"2027-01-01|2027-01-14||"_s << true;
+        QTest::newRow("ends today") << u"2027-01-01|2027-01-15||"_s << false;
+        QTest::newRow("without an end") << u"2027-01-14|||"_s << true;
+        QTest::newRow("today alone") << u"2027-01-15|||"_s << false;
+        QTest::newRow("ends before it starts") << u"2027-01-15|2027-01-01||"_s << false;
+        QTest::newRow("home too") << u"2027-01-01|2027-01-02|2027-01-03|2027-01-14"_s << true;
+        QTest::newRow("home is to come")
+            << u"2027-01-01|2027-01-02|2027-01-03|2027-01-15"_s << false;
+        QTest::newRow("home on one day") << u"2027-01-01|2027-01-02|2027-01-14|"_s << true;
+        QTest::newRow("home from when") << u"2027-01-01|2027-01-02||2027-01-14"_s << false;
+        QTest::newRow("no date") << u"|||"_s << false;
+        QTest::newRow("no start") << u"|2027-01-02||"_s << false;
+        QTest::newRow("no such end") << u"2027-01-01|2026-02-30||"_s << false;
+        QTest::newRow("words") << u"i går|||"_s << false;
+    }
+    void pastWatchers() {
+        QFETCH(QString, dates);
+        Search search;
+        const QStringList parts = dates.split(u'|');
+        search.dateFrom = parts[0];
+        search.dateTo = parts[1];
+        search.returnDateFrom = parts[2];
+        search.returnDateTo = parts[3];
+        QTEST(search.isPast({2027, 1, 15}), "isPast");
+    }
+
+    void wildNumbersAreInstantsOfOurCalendar() {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        for (const double wild : {1e300, infinity, latestSecond + 1})
+            QCOMPARE(secondsSince1970(instantFromSeconds(wild)), latestSecond);
+        const Instant earliest = instantFromSeconds(-infinity);
+        QCOMPARE(QDateTime::fromSecsSinceEpoch(qint64(secondsSince1970(earliest)), Qt::UTC),
+                 QDate(1, 1, 1).startOfDay(Qt::UTC));
+        QCOMPARE(secondsSince1970(instantFromSeconds(std::nan(""))), 0);
+        QCOMPARE(secondsSince1970(instantFromSeconds(-1.5)), -1.5);
+        QCOMPARE(DateFmt::ago(instantFromSeconds(-1e300), instantFromSeconds(0)),
+                 u"719162 d siden"_s);
+    }
+
     void cabinSets() {
         QCOMPARE(encodeCabins({u"premeco"_s, u"business"_s}), u"business,premeco"_s);
         QCOMPARE(decodeCabins(u",business,,"_s), CabinSet{u"business"_s});
         QCOMPARE(encodeCabins({}), u""_s);
         QCOMPARE(cabinLabel(u"premeco"_s), u"Premium"_s);
         QCOMPARE(cabinLabel(u"PREMIUM"_s), u"PREMIUM"_s);
+        QCOMPARE(cabinLabels(u"premeco,,sofa"_s), u"Premium, sofa"_s);
         QVERIFY(!cabinFromRaw(u"Business"));
         for (const Cabin cabin : allCabins)
             QVERIFY(cabinFromRaw(rawValue(cabin)) == cabin);

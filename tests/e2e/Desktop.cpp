@@ -3,6 +3,12 @@
 
 #include <QTest>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -10,12 +16,21 @@ namespace {
 /// Programs take a moment to answer to the mouse.
 constexpr int momentMs = 300;
 
-void xdotool(const QStringList& arguments) {
+QByteArray xdotool(const QStringList& arguments) {
     QProcess tool;
     tool.start(u"xdotool"_s, arguments);
     if (!tool.waitForFinished(10000))
         qWarning("xdotool does not end");
     QTest::qWait(momentMs);
+    return tool.readAllStandardOutput();
+}
+
+xcb_atom_t atom(xcb_connection_t* display, std::string_view name) {
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+        xcb_intern_atom_reply(display, xcb_intern_atom(display, 0, name.size(), name.data()),
+                              nullptr),
+        &std::free);
+    return reply ? reply->atom : XCB_ATOM_NONE;
 }
 
 AccessibleTree::Wanted named(const QString& text) {
@@ -75,4 +90,25 @@ void Desktop::type(const QString& text) {
 
 void Desktop::key(const QString& name) {
     xdotool({u"key"_s, name});
+}
+
+bool Desktop::close(const QString& title) {
+    const auto window = xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u'^' + title + u'$'})
+                            .split('\n')
+                            .first()
+                            .toUInt();
+    if (window == 0)
+        return false;
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom(display.get(), "WM_PROTOCOLS");
+    message.data.data32[0] = atom(display.get(), "WM_DELETE_WINDOW");
+    xcb_send_event(display.get(), 0, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(display.get());
+    return true;
 }

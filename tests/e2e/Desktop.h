@@ -26,6 +26,9 @@ public:
     bool press(const QString& text) const;
     static void press(QPoint place);
     static void type(const QString& text);
+    /// Closes the window whose title is exactly `title`, as a window manager asks for it; false
+    /// when none is shown.
+    static bool close(const QString& title);
     /// A key as X11 names it, such as "Return" or "ctrl+a".
     static void key(const QString& name);
 

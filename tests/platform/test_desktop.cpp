@@ -265,8 +265,18 @@ private Q_SLOTS:
         QVERIFY(!*awaited(keychain.load()));
         QVERIFY(*awaited(keychain.loadCookieData()));
         QCOMPARE(missing.size(), 0);
+        // Each time it goes is told once, and that it is back.
+        const QSignalSpy back(&store, &SecretStore::available);
         m_bus.stopSecretService();
-        QVERIFY(!*awaited(keychain.loadCookieData()));
+        for (int outage = 1; outage <= 2; ++outage) {
+            QVERIFY(!*awaited(keychain.loadCookieData()));
+            awaited(keychain.saveCookieData("[2]"));
+            QCOMPARE(missing.size(), outage);
+            QVERIFY(m_bus.startSecretService());
+            QVERIFY(!*awaited(keychain.load()));
+            QCOMPARE(back.size(), outage);
+            m_bus.stopSecretService();
+        }
     }
 };
 

@@ -188,6 +188,10 @@ private Q_SLOTS:
             << u"BKK-CPH"_s << in << business << 2 << one << false;
         QTest::newRow("open end") << u"BKK-CPH"_s << u"2029-05-01"_s << business << 2 << one
                                   << true;
+        QTest::newRow("first day")
+            << u"CPH-BKK"_s << u"2027-03-01"_s << business << 2 << one << true;
+        QTest::newRow("last day") << u"CPH-BKK"_s << u"2027-03-31"_s << business << 2 << one
+                                  << true;
         QTest::newRow("before") << u"CPH-BKK"_s << u"2027-02-28"_s << business << 2 << one << false;
         QTest::newRow("after") << u"CPH-BKK"_s << u"2027-04-01"_s << business << 2 << one << false;
         QTest::newRow("no date") << u"CPH-BKK"_s << u""_s << business << 2 << one << false;

@@ -2,12 +2,11 @@
 #include "ui/hits/CardText.h"
 
 #include "core/Cabin.h"
+#include "core/DateFmt.h"
 
 #include <QLocale>
 
-#include <algorithm>
-#include <optional>
-#include <utility>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -41,15 +40,20 @@ CardText::Endpoint endpoint(const QString& place, const QString& text) {
     return {pieces[1], joined({place, pieces[0]})};
 }
 
-/// Absent unless the text begins with a day and a month such as "07.03".
-std::optional<std::pair<int, int>> dayAndMonth(const QString& text) {
+/// The date nearest to `reference` whose day and month the text begins with, such as "07.03";
+/// invalid when it does not.
+QDate dateNear(const QString& text, QDate reference) {
     const QStringList pieces = text.section(u' ', 0, 0, QString::SectionSkipEmpty).split(u'.');
     if (pieces.size() != 2)
-        return std::nullopt;
-    bool isDay = false;
-    bool isMonth = false;
-    const std::pair date(pieces[0].toInt(&isDay), pieces[1].toInt(&isMonth));
-    return isDay && isMonth ? std::optional(date) : std::nullopt;
+        return {};
+    QDate nearest;
+    for (int year = reference.year() - 1; year <= reference.year() + 1; ++year) {
+        const QDate date(year, pieces[1].toInt(), pieces[0].toInt());
+        if (date.isValid() && (!nearest.isValid() || std::abs(reference.daysTo(date)) <
+                                                         std::abs(reference.daysTo(nearest))))
+            nearest = date;
+    }
+    return nearest;
 }
 
 } // namespace
@@ -57,9 +61,7 @@ std::optional<std::pair<int, int>> dayAndMonth(const QString& text) {
 namespace CardText {
 
 QDateTime utc(Instant instant) {
-    constexpr double farthest = 1e11;
-    const double seconds = std::clamp(secondsSince1970(instant), -farthest, farthest);
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(secondsSince1970(instant)), Qt::UTC);
 }
 
 QString number(int value) {
@@ -86,20 +88,12 @@ QString fare(const Match& match) {
                    match.points < 1 ? QString() : number(match.points) + u" poeng"_s});
 }
 
-QString cities(const Match& match) {
-    const auto name = [&match](const QString& city, bool atEnd) {
-        const QString place = city.isEmpty() ? placeIn(match.route, atEnd) : city;
-        return place.isEmpty() ? u"?"_s : place;
-    };
-    return name(match.fromCity, false) + u" → "_s + name(match.toCity, true);
-}
-
 QString duration(const Match& match) {
     return joined({match.durationText().value_or(QString()), match.stopsText});
 }
 
 QString soldOut(const Match& match) {
-    const QString text = (match.cabin + u" er ikke lenger tilgjengelig"_s).trimmed();
+    const QString text = (cabinLabels(match.cabin) + u" er ikke lenger tilgjengelig"_s).trimmed();
     return text.left(1).toUpper() + text.mid(1);
 }
 
@@ -111,10 +105,15 @@ Endpoint arrival(const Match& match) {
     return endpoint(placeIn(match.route, true), match.arrive);
 }
 
-bool arrivesLater(const Match& match) {
-    const auto start = dayAndMonth(match.depart);
-    const auto end = dayAndMonth(match.arrive);
-    return start && end && *start != *end;
+QString dayShift(const Match& match) {
+    // The texts have no year; the day of travel has.
+    const QDate travel = DateFmt::parseIso(match.travelDate).value_or(utc(match.foundAt).date());
+    const QDate start = dateNear(match.depart, travel);
+    const QDate end = start.isValid() ? dateNear(match.arrive, start) : QDate();
+    const qint64 days = end.isValid() ? start.daysTo(end) : 0;
+    if (days == 0)
+        return {};
+    return (days > 0 ? u'+' : u'−') + QString::number(std::abs(days));
 }
 
 Freshness freshness(Instant foundAt, Instant now) {

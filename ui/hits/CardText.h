@@ -9,7 +9,7 @@
 /// What a trip card says of an offer, in Norwegian. Pure functions.
 namespace CardText {
 
-/// In UTC; a stored number too wild to be a date is cut.
+/// In UTC.
 QDateTime utc(Instant instant);
 /// Numbers with Norwegian digit grouping, such as "60 000".
 QString number(int value);
@@ -19,8 +19,6 @@ QString found(Instant foundAt, Instant now, QDate today);
 /// Such as "Business · 2 seter · 60 000 poeng". A price below 1 and a negative number of seats are
 /// unknown and left out.
 QString fare(const Match& match);
-/// Such as "Oslo → New York"; an airport code stands in for a missing name.
-QString cities(const Match& match);
 /// Such as "7t 35m · direkte".
 QString duration(const Match& match);
 /// What has sold out, such as "Business er ikke lenger tilgjengelig".
@@ -36,8 +34,9 @@ struct Endpoint {
 };
 Endpoint departure(const Match& match);
 Endpoint arrival(const Match& match);
-/// The arrival is on another day than the departure.
-bool arrivesLater(const Match& match);
+/// By how many days the date of the arrival differs from that of the departure, such as "+1" or
+/// "−1"; empty when they are the same or not known.
+QString dayShift(const Match& match);
 
 /// How fresh a find is: of the last hour, of the last six hours, or older.
 enum class Freshness { hour, sixHours, older };

@@ -96,7 +96,7 @@ namespace Export {
 
 QString text(const Match& match, const Site& site) {
     QStringList lines = details(match, site);
-    lines.prepend(u"%1 (%2)"_s.arg(CardText::cities(match), match.route));
+    lines.prepend(u"%1 (%2)"_s.arg(match.places(), match.route));
     return lines.join(u'\n');
 }
 
@@ -118,8 +118,7 @@ QByteArray calendar(const JourneyGroup& journey, const Site& site, Instant now) 
         file.addText(u"UID"_s, uid);
         file.add(u"DTSTAMP:"_s + stamp);
         addTimes(file, match, *travelDate);
-        file.addText(u"SUMMARY"_s,
-                     u"%1 · %2"_s.arg(CardText::cities(match), cabinLabel(match.cabin)));
+        file.addText(u"SUMMARY"_s, u"%1 · %2"_s.arg(match.places(), cabinLabel(match.cabin)));
         file.addText(u"DESCRIPTION"_s, details(match, site).join(u'\n'));
         if (const QString url = address(match, site); !url.isEmpty())
             file.add(u"URL:"_s + url);

@@ -31,9 +31,9 @@ Item {
     }
     TDLabel {
         id: later
-        visible: timeline.card?.arrivesLater ?? false
+        visible: text !== ""
         anchors { right: parent.right; top: arriveTime.top }
-        text: "+1"
+        text: timeline.card?.dayShift ?? ""
         color: TD.warn
         font { pixelSize: 10; bold: true }
     }

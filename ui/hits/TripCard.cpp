@@ -12,7 +12,7 @@ TripCard TripCard::of(const Match& match, const QString& direction, bool isBooka
         card.goneText = CardText::soldOut(match);
         return card;
     }
-    card.title = CardText::cities(match);
+    card.title = match.places();
     card.badge = match.isCommunity ? u"FELLESSKAP"_s : direction;
     card.isHomebound = !match.isCommunity && direction == u"Hjemreise";
     card.flight = match.flight;
@@ -22,7 +22,7 @@ TripCard TripCard::of(const Match& match, const QString& direction, bool isBooka
     const auto arrival = CardText::arrival(match);
     card.arriveTime = arrival.time;
     card.arrivePlace = arrival.place;
-    card.arrivesLater = CardText::arrivesLater(match);
+    card.dayShift = CardText::dayShift(match);
     card.duration = CardText::duration(match);
     card.fare = CardText::fare(match);
     card.isBookable = isBookable;

@@ -18,7 +18,7 @@ struct TripCard {
     Q_PROPERTY(QString departPlace MEMBER departPlace)
     Q_PROPERTY(QString arriveTime MEMBER arriveTime)
     Q_PROPERTY(QString arrivePlace MEMBER arrivePlace)
-    Q_PROPERTY(bool arrivesLater MEMBER arrivesLater)
+    Q_PROPERTY(QString dayShift MEMBER dayShift)
     Q_PROPERTY(QString duration MEMBER duration)
     Q_PROPERTY(QString fare MEMBER fare)
     Q_PROPERTY(QString goneText MEMBER goneText)
@@ -36,7 +36,8 @@ public:
     QString departPlace;
     QString arriveTime;
     QString arrivePlace;
-    bool arrivesLater = false;
+    /// Such as "+1"; empty for an arrival on the day of departure.
+    QString dayShift;
     QString duration;
     QString fare;
     /// Of a sold-out record.

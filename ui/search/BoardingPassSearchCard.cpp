@@ -45,14 +45,20 @@ BoardingPassSearchCard::BoardingPassSearchCard(AppState& state, const Clock& clo
     connect(&m_origin, &AirportField::codeChanged, this, &BoardingPassSearchCard::changed);
     connect(&m_destination, &AirportField::codeChanged, this, &BoardingPassSearchCard::changed);
     connect(&m_outbound, &DateWindowField::windowChanged, this, [this] {
-        m_outboundTouched = true;
-        m_windowWarning = false;
+        if (!m_outbound.isStandard()) {
+            m_outboundTouched = true;
+            m_warning = Warning::none;
+        }
         Q_EMIT changed();
     });
     connect(&m_homebound, &DateWindowField::windowChanged, this, [this] {
-        m_returnTouched = true;
+        m_returnTouched = m_returnTouched || !m_homebound.isStandard();
+        if (m_warning == Warning::past)
+            m_warning = Warning::none;
         Q_EMIT changed();
     });
+    // The state reloads when a day begins.
+    connect(&state, &AppState::reloaded, this, &BoardingPassSearchCard::followDay);
 }
 
 QStringList BoardingPassSearchCard::presetLabels() const {
@@ -66,18 +72,40 @@ bool BoardingPassSearchCard::canSearch() const {
     return !m_origin.code().isEmpty() && !m_destination.code().isEmpty();
 }
 
+void BoardingPassSearchCard::followDay() {
+    m_outbound.followDay();
+    m_homebound.followDay();
+}
+
+bool BoardingPassSearchCard::hasPastWindow() const {
+    return m_outbound.isPast() || (m_roundTrip && m_homebound.isPast());
+}
+
 QString BoardingPassSearchCard::warningText() const {
+    if (m_warning == Warning::past)
+        return u"⚠ %1-vinduet (%2) har vært. Velg nye datoer."_s.arg(
+            m_outbound.isPast() ? u"Utreise"_s : u"Hjemreise"_s,
+            (m_outbound.isPast() ? m_outbound : m_homebound).text());
     return u"⚠ Utreise-vinduet står på standard ("_s + m_outbound.text() +
            u") — du valgte bare hjemreise. Treffene følger utreise-vinduet."_s;
 }
 
-QString BoardingPassSearchCard::reuseText() const {
+QString BoardingPassSearchCard::offerText() const {
+    if (m_warning == Warning::past)
+        return u"Bruk "_s + m_outbound.standardText() + u" i stedet"_s;
     return u"Bruk "_s + m_homebound.text() + u" for utreisen også"_s;
 }
 
 QString BoardingPassSearchCard::caption() const {
-    return m_windowWarning ? u"Trykk Søk igjen for å beholde standardvinduet"_s
-                           : u"Legger til overvåker og sjekker med én gang"_s;
+    switch (m_warning) {
+    case Warning::onlyReturnChosen:
+        return u"Trykk Søk igjen for å beholde standardvinduet"_s;
+    case Warning::past:
+        return u"Søk når datoene er nye"_s;
+    case Warning::none:
+        break;
+    }
+    return u"Legger til overvåker og sjekker med én gang"_s;
 }
 
 void BoardingPassSearchCard::submit() {
@@ -86,10 +114,16 @@ void BoardingPassSearchCard::submit() {
     TDLog::note(
         u"Soek trykket: origin='%1' dest='%2' rt=%3 touched(ut=%4,hjem=%5) warning=%6"_s.arg(
             m_origin.code(), m_destination.code(), yesOrNo(m_roundTrip), yesOrNo(m_outboundTouched),
-            yesOrNo(m_returnTouched), yesOrNo(m_windowWarning)));
-    if (m_roundTrip && m_returnTouched && !m_outboundTouched && !m_windowWarning) {
+            yesOrNo(m_returnTouched), yesOrNo(windowWarning())));
+    followDay();
+    if (hasPastWindow()) {
+        TDLog::note(u"submit -> datoene er passert"_s);
+        set(m_warning, Warning::past);
+        return;
+    }
+    if (m_roundTrip && m_returnTouched && !m_outboundTouched && !windowWarning()) {
         TDLog::note(u"submit -> viser inline-datovarsel"_s);
-        set(m_windowWarning, true);
+        set(m_warning, Warning::onlyReturnChosen);
         return;
     }
     save();
@@ -116,15 +150,20 @@ void BoardingPassSearchCard::save() {
     m_destination.setCode({});
     m_outboundTouched = false;
     m_returnTouched = false;
-    m_windowWarning = false;
+    m_warning = Warning::none;
     Q_EMIT changed();
     Q_EMIT saved();
 }
 
-void BoardingPassSearchCard::reuseReturnWindow() {
+void BoardingPassSearchCard::takeOffer() {
     if (!canSearch())
         return;
-    m_outbound.setWindow(m_homebound.from(), m_homebound.to());
+    if (m_warning == Warning::onlyReturnChosen)
+        m_outbound.setWindow(m_homebound.from(), m_homebound.to());
+    for (DateWindowField* field : {&m_outbound, &m_homebound}) {
+        if (field->isPast())
+            field->reset();
+    }
     save();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/Search.h"
 #include "ui/search/AirportField.h"
 #include "ui/search/CabinChips.h"
 #include "ui/search/DateWindowField.h"
@@ -27,15 +28,18 @@ class BoardingPassSearchCard : public QObject {
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
     Q_PROPERTY(int minSeats READ minSeats WRITE setMinSeats NOTIFY changed)
     Q_PROPERTY(int maxStops READ maxStops WRITE setMaxStops NOTIFY changed)
+    Q_PROPERTY(int mostSeats READ mostSeats CONSTANT)
+    Q_PROPERTY(int mostStops READ mostStops CONSTANT)
     Q_PROPERTY(bool includePartners READ includePartners WRITE setIncludePartners NOTIFY changed)
     /// Changes with every swap: the swap button's icon is turned half round while it is true.
     Q_PROPERTY(bool swapSpin READ swapSpin NOTIFY changed)
 
     Q_PROPERTY(bool canSearch READ canSearch NOTIFY changed)
-    /// Whether the warning is shown that only the return window was chosen.
+    /// Whether a warning is shown: only the return window was chosen, or a window has passed.
     Q_PROPERTY(bool windowWarning READ windowWarning NOTIFY changed)
     Q_PROPERTY(QString warningText READ warningText NOTIFY changed)
-    Q_PROPERTY(QString reuseText READ reuseText NOTIFY changed)
+    /// What the warning's button does.
+    Q_PROPERTY(QString offerText READ offerText NOTIFY changed)
     Q_PROPERTY(QString caption READ caption NOTIFY changed)
 
 public:
@@ -53,12 +57,14 @@ public:
     void setRoundTrip(bool roundTrip) { set(m_roundTrip, roundTrip); }
     const QString& name() const { return m_name; }
     void setName(const QString& name) { set(m_name, name); }
-    /// 1 to 9.
+    static int mostSeats() { return Search::mostSeats; }
+    static int mostStops() { return Search::mostStops; }
+    /// 1 to `Search::mostSeats`.
     int minSeats() const { return m_minSeats; }
-    void setMinSeats(int seats) { set(m_minSeats, std::clamp(seats, 1, 9)); }
-    /// 0 to 3.
+    void setMinSeats(int seats) { set(m_minSeats, std::clamp(seats, 1, Search::mostSeats)); }
+    /// 0 to `Search::mostStops`.
     int maxStops() const { return m_maxStops; }
-    void setMaxStops(int stops) { set(m_maxStops, std::clamp(stops, 0, 3)); }
+    void setMaxStops(int stops) { set(m_maxStops, std::clamp(stops, 0, Search::mostStops)); }
     bool includePartners() const { return m_includePartners; }
     void setIncludePartners(bool include) { set(m_includePartners, include); }
     bool swapSpin() const { return m_swapSpin; }
@@ -67,18 +73,19 @@ public:
     bool returnTouched() const { return m_returnTouched; }
     /// Both fields have a text; whether its codes exist is not asked.
     bool canSearch() const;
-    bool windowWarning() const { return m_windowWarning; }
+    bool windowWarning() const { return m_warning != Warning::none; }
     QString warningText() const;
-    QString reuseText() const;
+    QString offerText() const;
     QString caption() const;
 
-    /// The search button: warns once when only the return window was chosen, else saves.
+    /// The search button: warns once when only the return window was chosen, and for as long as a
+    /// window has passed; else saves.
     Q_INVOKABLE void submit();
     /// Stores the watcher, starts a round and clears what belongs to this search alone.
     void save();
-    /// The warning's button: the return window for the outbound journey too, and saves. Nothing
-    /// without both places.
-    Q_INVOKABLE void reuseReturnWindow();
+    /// The warning's button: the return window for the outbound journey too, or the standard window
+    /// in the place of one that has passed; and saves. Nothing without both places.
+    Q_INVOKABLE void takeOffer();
     Q_INVOKABLE void swap();
     void applyPreset(const QString& name, const QString& origin, const QString& dests);
     Q_INVOKABLE void usePreset(int index);
@@ -88,6 +95,11 @@ Q_SIGNALS:
     void saved();
 
 private:
+    enum class Warning { none, onlyReturnChosen, past };
+
+    bool hasPastWindow() const;
+    void followDay();
+
     template<typename T>
     void set(T& member, T value) {
         if (member == value)
@@ -111,5 +123,5 @@ private:
     bool m_swapSpin = false;
     bool m_outboundTouched = false;
     bool m_returnTouched = false;
-    bool m_windowWarning = false;
+    Warning m_warning = Warning::none;
 };

@@ -17,9 +17,19 @@ DateWindowField::DateWindowField(QString title, const Clock& clock, QObject* par
     : QObject(parent)
     , m_title(std::move(title))
     , m_clock(clock)
-    , m_from(clock.today().addDays(1))
-    , m_to(clock.today().addDays(daysAhead)) {
+    , m_from(standard().from)
+    , m_to(standard().to) {
     connect(&m_calendar, &MonthCalendar::windowPicked, this, &DateWindowField::takePicked);
+}
+
+DateWindowField::Window DateWindowField::standard() const {
+    const QDate today = m_clock.today();
+    return {today.addDays(1), today.addDays(daysAhead)};
+}
+
+QString DateWindowField::standardText() const {
+    const auto [from, to] = standard();
+    return DateText::window(from, to);
 }
 
 QString DateWindowField::text() const {
@@ -38,14 +48,41 @@ void DateWindowField::setWindow(QDate from, QDate to) {
     if (!from.isValid() || !to.isValid())
         return;
     to = std::max(from, to);
+    // Fields that are left as they were tell of it too.
     if (m_from == from && m_to == to)
         return;
-    m_from = from;
-    m_to = to;
+    m_isStandard = false;
+    show({from, to});
+}
+
+void DateWindowField::show(Window window) {
+    m_from = window.from;
+    m_to = window.to;
     // A calendar that knows already stays on its month.
-    if (m_isOpen && (m_calendar.from() != from || m_calendar.to() != to))
-        m_calendar.setWindow(from, to);
+    if (m_isOpen && (m_calendar.from() != m_from || m_calendar.to() != m_to))
+        m_calendar.setWindow(m_from, m_to);
     Q_EMIT windowChanged();
+}
+
+void DateWindowField::reset() {
+    m_isStandard = true;
+    show(standard());
+}
+
+bool DateWindowField::isPast() const {
+    return m_to < m_clock.today();
+}
+
+void DateWindowField::followDay() {
+    if (m_isOpen)
+        showToday();
+    if (m_isStandard && m_from != standard().from)
+        show(standard());
+}
+
+void DateWindowField::showToday() {
+    m_calendar.setToday(m_clock.today());
+    m_calendar.setMinimum(m_clock.today());
 }
 
 void DateWindowField::setOpen(bool open) {
@@ -54,8 +91,7 @@ void DateWindowField::setOpen(bool open) {
     m_isOpen = open;
     setProblem({});
     if (open) {
-        m_calendar.setToday(m_clock.today());
-        m_calendar.setMinimum(m_clock.today());
+        showToday();
         m_calendar.setPicks(firstEnd);
         m_calendar.setWindow(m_from, m_to);
     }
@@ -99,6 +135,7 @@ void DateWindowField::setProblem(const QString& problem) {
 
 void DateWindowField::takePicked(QDate from, QDate to) {
     setProblem({});
+    m_isStandard = false;
     setWindow(from, to);
     // Both ends are chosen once the calendar is back at the first.
     if (m_calendar.picks() == firstEnd)

@@ -31,7 +31,7 @@ class DateWindowField : public QObject {
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
 public:
-    /// Starts as tomorrow to 60 days from now; `clock` must outlive the field.
+    /// Starts as the standard window, tomorrow to 60 days from now; `clock` must outlive the field.
     DateWindowField(QString title, const Clock& clock, QObject* parent = nullptr);
 
     const QString& title() const { return m_title; }
@@ -43,6 +43,16 @@ public:
     /// Also takes days that have passed; a last day before the first becomes the first. An invalid
     /// date changes nothing.
     void setWindow(QDate from, QDate to);
+    /// The standard window as of today, in the place of whatever was chosen.
+    void reset();
+    /// Nobody has chosen a window since the start or `reset`.
+    bool isStandard() const { return m_isStandard; }
+    /// What `reset` would show.
+    QString standardText() const;
+    /// Its last day has passed.
+    bool isPast() const;
+    /// To be called when a day has begun: the standard window moves with it, a chosen one stays.
+    void followDay();
     bool isOpen() const { return m_isOpen; }
     void setOpen(bool open);
     MonthCalendar* calendar() { return &m_calendar; }
@@ -64,10 +74,19 @@ private:
     void setProblem(const QString& problem);
     void takePicked(QDate from, QDate to);
 
+    struct Window {
+        QDate from;
+        QDate to;
+    };
+    Window standard() const;
+    void show(Window window);
+    void showToday();
+
     const QString m_title;
     const Clock& m_clock;
     QDate m_from;
     QDate m_to;
+    bool m_isStandard = true;
     bool m_isOpen = false;
     QString m_problem;
     MonthCalendar m_calendar;

@@ -47,7 +47,7 @@ TDButton {
             Layout.fillWidth: true
             text: "Min. seter: " + button.form.minSeats
             from: 1
-            to: 9
+            to: button.form.mostSeats
             value: button.form.minSeats
             onPicked: seats => button.form.minSeats = seats
         }
@@ -55,7 +55,7 @@ TDButton {
             Layout.fillWidth: true
             text: "Maks stopp: " + button.form.maxStops
             from: 0
-            to: 3
+            to: button.form.mostStops
             value: button.form.maxStops
             onPicked: stops => button.form.maxStops = stops
         }

@@ -4,7 +4,7 @@ import Tindra.Controls
 import Tindra.Search
 import Tindra.Theme
 
-/** Says that the outbound window stands as it was, and offers the return window for it. */
+/** Says what is wrong with the windows, and offers another in their place. */
 Rectangle {
     id: warning
 
@@ -32,10 +32,10 @@ Rectangle {
             Accessible.ignored: true
         }
         TDButton {
-            text: warning.form.reuseText
+            text: warning.form.offerText
             enabled: warning.form.canSearch
             onClicked: {
-                warning.form.reuseReturnWindow();
+                warning.form.takeOffer();
                 warning.done();
             }
         }

@@ -13,6 +13,10 @@ SignInDetails::SignInDetails(Keychain& keychain, const SecretStore& secrets)
         m_unavailable = reason;
         Q_EMIT changed();
     });
+    connect(&secrets, &SecretStore::available, this, [this] {
+        m_unavailable.clear();
+        Q_EMIT changed();
+    });
 }
 
 bool SignInDetails::canSave() const {
@@ -72,7 +76,6 @@ void SignInDetails::show(const std::optional<Credentials>& stored) {
         m_user = stored->user;
         m_password = passwordMask();
         m_problem.clear();
-        m_unavailable.clear();
     }
     Q_EMIT changed();
 }

@@ -27,23 +27,36 @@ EditedWindows EditedWindows::of(const Search& watcher, QDate today) {
     return windows;
 }
 
+EditedWindows EditedWindows::moved(const Search& watcher, QDate today) {
+    Search closed = watcher;
+    if (closed.dateTo.isEmpty())
+        closed.dateTo = closed.dateFrom;
+    if (closed.returnDateTo.isEmpty())
+        closed.returnDateTo = closed.returnDateFrom;
+    EditedWindows windows = of(closed, today);
+    const qint64 days = windows.dateFrom.daysTo(today);
+    for (QDate* date : {&windows.dateFrom, &windows.dateTo, &windows.retFrom, &windows.retTo})
+        *date = date->addDays(days);
+    return windows;
+}
+
 EditWatcherSheet::EditWatcherSheet(AppState& state, Database& database, const Clock& clock,
-                                   const Search& original, QObject* parent)
+                                   const Search& original, const EditedWindows& windows,
+                                   QObject* parent)
     : QObject(parent)
     , m_state(state)
     , m_database(database)
     , m_original(original)
     , m_name(original.name)
     , m_cabins(original.cabins)
-    , m_minSeats(std::clamp(original.minSeats, 1, 9))
-    , m_maxStops(std::clamp(original.maxStops, 0, 3))
+    , m_minSeats(std::clamp(original.minSeats, 1, Search::mostSeats))
+    , m_maxStops(std::clamp(original.maxStops, 0, Search::mostStops))
     , m_includePartners(original.includePartners)
     , m_roundTrip(original.isRoundTrip())
     , m_outbound(u"AVREISE-VINDU"_s, clock)
     , m_homebound(u"HJEMREISE-VINDU"_s, clock) {
     m_origin.setCode(original.origin);
     m_destination.setCode(original.destination);
-    const auto windows = EditedWindows::of(original, clock.today());
     m_outbound.setWindow(windows.dateFrom, windows.dateTo);
     m_homebound.setWindow(windows.retFrom, windows.retTo);
     connect(&m_origin, &AirportField::codeChanged, this, &EditWatcherSheet::changed);
@@ -55,12 +68,12 @@ QString EditWatcherSheet::title() const {
 }
 
 void EditWatcherSheet::setMinSeats(int seats) {
-    m_minSeats = std::clamp(seats, 1, 9);
+    m_minSeats = std::clamp(seats, 1, Search::mostSeats);
     Q_EMIT changed();
 }
 
 void EditWatcherSheet::setMaxStops(int stops) {
-    m_maxStops = std::clamp(stops, 0, 3);
+    m_maxStops = std::clamp(stops, 0, Search::mostStops);
     Q_EMIT changed();
 }
 

@@ -27,6 +27,9 @@ struct EditedWindows {
     bool operator==(const EditedWindows&) const = default;
 
     static EditedWindows of(const Search& watcher, QDate today);
+    /// Those of a watcher whose dates are past, moved on by whole days so that they begin `today`;
+    /// one without an end stays a single day.
+    static EditedWindows moved(const Search& watcher, QDate today);
 };
 
 /// A watcher while the user changes what it watches. Nothing is stored before `save`.
@@ -43,17 +46,20 @@ class EditWatcherSheet : public QObject {
     Q_PROPERTY(CabinChips* cabins READ cabins CONSTANT)
     Q_PROPERTY(QString name MEMBER m_name NOTIFY changed)
     Q_PROPERTY(bool roundTrip MEMBER m_roundTrip NOTIFY changed)
-    /// 1 to 9.
+    /// 1 to `mostSeats`.
     Q_PROPERTY(int minSeats READ minSeats WRITE setMinSeats NOTIFY changed)
-    /// 0 to 3.
+    /// 0 to `mostStops`.
     Q_PROPERTY(int maxStops READ maxStops WRITE setMaxStops NOTIFY changed)
+    Q_PROPERTY(int mostSeats READ mostSeats CONSTANT)
+    Q_PROPERTY(int mostStops READ mostStops CONSTANT)
     Q_PROPERTY(bool includePartners MEMBER m_includePartners NOTIFY changed)
     /// False while a place is missing.
     Q_PROPERTY(bool canSave READ canSave NOTIFY changed)
 public:
     /// `state`, `database` and `clock` must outlive the sheet.
     EditWatcherSheet(AppState& state, Database& database, const Clock& clock,
-                     const Search& original, QObject* parent = nullptr);
+                     const Search& original, const EditedWindows& windows,
+                     QObject* parent = nullptr);
 
     QString title() const;
     AirportField* origin() { return &m_origin; }
@@ -61,6 +67,8 @@ public:
     DateWindowField* outbound() { return &m_outbound; }
     DateWindowField* homebound() { return &m_homebound; }
     CabinChips* cabins() { return &m_cabins; }
+    static int mostSeats() { return Search::mostSeats; }
+    static int mostStops() { return Search::mostStops; }
     int minSeats() const { return m_minSeats; }
     void setMinSeats(int seats);
     int maxStops() const { return m_maxStops; }

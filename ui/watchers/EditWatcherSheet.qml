@@ -116,14 +116,14 @@ TDSheet {
             TDStepper {
                 text: "Min. seter: " + value
                 from: 1
-                to: 9
+                to: view.sheet.mostSeats
                 value: view.sheet.minSeats
                 onPicked: seats => view.sheet.minSeats = seats
             }
             TDStepper {
                 text: "Maks stopp: " + value
                 from: 0
-                to: 3
+                to: view.sheet.mostStops
                 value: view.sheet.maxStops
                 onPicked: stops => view.sheet.maxStops = stops
             }

@@ -6,14 +6,9 @@
 
 #include <QDateTime>
 
-#include <cmath>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// The year 9999; a stored instant beyond that is damaged.
-constexpr double lastSecond = 253402300799.0;
 
 QString countText(int count, const QString& label) {
     return count >= 1 ? norwegian(count) + label : QString();
@@ -36,7 +31,8 @@ bool LastCheckStrip::present() const {
 
 QString LastCheckStrip::heading() const {
     const double seconds = secondsSince1970(poll().at);
-    if (!(std::abs(seconds) <= lastSecond))
+    // What had to be cut is damaged.
+    if (seconds >= latestSecond)
         return u"SISTE SJEKK"_s;
     const QTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds)).time();
     return u"SISTE SJEKK · "_s + norwegian().toString(time, QLocale::ShortFormat);

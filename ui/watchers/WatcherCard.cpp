@@ -25,12 +25,12 @@ QString window(const QString& label, const QString& from, const QString& to) {
 
 } // namespace
 
-WatcherCard WatcherCard::of(const Search& search, int hits, Instant now) {
+WatcherCard WatcherCard::of(const Search& search, int hits, const Clock& clock) {
     QString status = u"Pauset"_s;
     if (search.enabled)
-        status = search.lastChecked ? u"Sjekket "_s + DateFmt::ago(search.lastChecked, now)
+        status = search.lastChecked ? u"Sjekket "_s + DateFmt::ago(search.lastChecked, clock.now())
                                     : u"Ikke sjekket enda"_s;
-    return {search, hits, std::move(status)};
+    return {search, hits, std::move(status), search.isPast(clock.today())};
 }
 
 QString WatcherCard::title() const {

@@ -12,10 +12,12 @@ struct WatcherCard {
     int hits = 0;
     /// "Sjekket 9 min siden", "Pauset"; kept because it changes with the time.
     QString status;
+    /// All its dates have passed, today.
+    bool isPast = false;
 
     bool operator==(const WatcherCard&) const = default;
 
-    static WatcherCard of(const Search& search, int hits, Instant now);
+    static WatcherCard of(const Search& search, int hits, const Clock& clock);
 
     /// The name, or the route where there is none, on one line.
     QString title() const;

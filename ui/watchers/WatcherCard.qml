@@ -21,10 +21,12 @@ TDCard {
     required property string hitsText
     required property bool hasHits
     required property bool watching
+    required property bool past
 
     signal toggleAsked
     signal watchingAsked(bool on)
     signal editAsked
+    signal moveAsked
     signal renameAsked
     signal deleteAsked
 
@@ -119,6 +121,24 @@ TDCard {
                     maximumLineCount: 1
                 }
             }
+        }
+        RowLayout {
+            visible: card.past
+            Layout.topMargin: TD.s
+            spacing: TD.m
+            TDLabel {
+                Layout.fillWidth: true
+                Layout.maximumWidth: Math.ceil(implicitWidth)
+                text: "Alle datoene er passert."
+                color: TD.badgeText(TD.warn, false)
+                elide: Text.ElideRight
+                font.weight: Font.DemiBold
+            }
+            TDButton {
+                text: "Flytt datoene…"
+                onClicked: card.moveAsked()
+            }
+            Item { Layout.fillWidth: true }
         }
         RowLayout {
             Layout.topMargin: TD.s

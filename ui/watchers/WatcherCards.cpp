@@ -71,16 +71,19 @@ QVariant WatcherCards::data(const QModelIndex& index, int role) const {
         return card.hits >= 1;
     case WatchingRole:
         return card.search.enabled;
+    case PastRole:
+        return card.isPast;
     default:
         return {};
     }
 }
 
 QHash<int, QByteArray> WatcherCards::roleNames() const {
-    return {
-        {WatcherIdRole, "watcherId"},     {NameRole, "name"},           {TitleRole, "title"},
-        {QuotedTitleRole, "quotedTitle"}, {SourceRole, "source"},       {RouteRole, "route"},
-        {OutboundRole, "outbound"},       {HomeboundRole, "homebound"}, {CabinsRole, "cabins"},
-        {StatusRole, "status"},           {HitsTextRole, "hitsText"},   {HasHitsRole, "hasHits"},
-        {WatchingRole, "watching"}};
+    return {{WatcherIdRole, "watcherId"}, {NameRole, "name"},
+            {TitleRole, "title"},         {QuotedTitleRole, "quotedTitle"},
+            {SourceRole, "source"},       {RouteRole, "route"},
+            {OutboundRole, "outbound"},   {HomeboundRole, "homebound"},
+            {CabinsRole, "cabins"},       {StatusRole, "status"},
+            {HitsTextRole, "hitsText"},   {HasHitsRole, "hasHits"},
+            {WatchingRole, "watching"},   {PastRole, "past"}};
 }

@@ -29,6 +29,8 @@ public:
         HitsTextRole,
         HasHitsRole,
         WatchingRole,
+        /// All its dates have passed.
+        PastRole,
     };
 
     explicit WatcherCards(QObject* parent = nullptr) : QAbstractListModel(parent) {}

@@ -29,8 +29,7 @@ WatchersSection::WatchersSection(AppState& state, Worker& worker, Database& data
 void WatchersSection::refresh() {
     QList<WatcherCard> cards;
     for (const Search& search : m_state.searches())
-        cards.append(
-            WatcherCard::of(search, m_state.matchCounts().value(search.id), m_clock.now()));
+        cards.append(WatcherCard::of(search, m_state.matchCounts().value(search.id), m_clock));
     m_cards.update(cards);
     Q_EMIT changed();
 }
@@ -105,20 +104,34 @@ void WatchersSection::remove(qint64 id) {
     const QString name = card ? card->quotedTitle() : QString();
     const bool isTaken = m_database.takeSearch(id);
     m_state.reload();
+    m_canUndo = isTaken;
     if (isTaken)
         Q_EMIT removed(u"Overvåkeren «%1» er slettet"_s.arg(name));
 }
 
 void WatchersSection::undoRemove() {
-    m_database.restoreSearch();
+    if (!m_canUndo)
+        return;
+    m_canUndo = !m_database.restoreSearch();
     m_state.reload();
+    if (m_canUndo)
+        Q_EMIT removed(u"Overvåkeren kunne ikke legges tilbake. Prøv igjen."_s);
 }
 
 void WatchersSection::edit(qint64 id) {
-    const WatcherCard* card = m_cards.find(id);
-    if (!card || m_sheet)
+    if (const WatcherCard* card = m_cards.find(id))
+        openSheet(card->search, EditedWindows::of(card->search, m_clock.today()));
+}
+
+void WatchersSection::editMoved(qint64 id) {
+    if (const WatcherCard* card = m_cards.find(id))
+        openSheet(card->search, EditedWindows::moved(card->search, m_clock.today()));
+}
+
+void WatchersSection::openSheet(const Search& watcher, const EditedWindows& windows) {
+    if (m_sheet)
         return;
-    m_sheet = new EditWatcherSheet(m_state, m_database, m_clock, card->search, this);
+    m_sheet = new EditWatcherSheet(m_state, m_database, m_clock, watcher, windows, this);
     Q_EMIT sheetChanged();
 }
 

@@ -64,19 +64,22 @@ public:
     Q_INVOKABLE void undoRemove();
     /// Opens `sheet`; nothing for an id that is gone.
     Q_INVOKABLE void edit(qint64 id);
+    /// The same with its windows moved so that they begin today.
+    Q_INVOKABLE void editMoved(qint64 id);
     Q_INVOKABLE void closeSheet();
 
 Q_SIGNALS:
     void changed();
     void shownChanged();
     void sheetChanged();
-    /// A watcher has been deleted and can be brought back; `text` says so.
+    /// A watcher has been deleted and can be brought back, or could not be; `text` says so.
     void removed(const QString& text);
     /// "Sjekk alle nå" could not start a round; `text` says why.
     void refused(const QString& text);
 
 private:
     int active() const;
+    void openSheet(const Search& watcher, const EditedWindows& windows);
     void refresh();
     void keepTime();
 
@@ -91,6 +94,8 @@ private:
     EditWatcherSheet* m_sheet = nullptr;
     std::unique_ptr<Clock::Timer> m_minute;
     bool m_isShown = false;
+    /// A watcher has been deleted and not been brought back.
+    bool m_canUndo = false;
     /// A round has been asked for; before it runs it may have to revive the session.
     bool m_isBeginning = false;
 };

@@ -38,6 +38,7 @@ Column {
             onToggleAsked: view.section.toggle(watcherId)
             onWatchingAsked: on => view.section.setWatching(watcherId, on)
             onEditAsked: view.section.edit(watcherId)
+            onMoveAsked: view.section.editMoved(watcherId)
             onRenameAsked: renaming.ask(watcherId, name)
             onDeleteAsked: deletion.ask(watcherId, quotedTitle)
         }

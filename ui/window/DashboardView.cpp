@@ -50,7 +50,10 @@ bool DashboardView::hasNewHits() const {
 }
 
 QString DashboardView::lastCheckValue() const {
-    return m_state.lastPoll() ? Norwegian::time(m_state.lastPoll()->at) : u"–"_s;
+    // What had to be cut is damaged.
+    const bool isKnown =
+        m_state.lastPoll() && secondsSince1970(m_state.lastPoll()->at) < latestSecond;
+    return isKnown ? Norwegian::time(m_state.lastPoll()->at) : u"–"_s;
 }
 
 QString DashboardView::lastCheckSub() const {

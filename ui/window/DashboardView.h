@@ -34,7 +34,7 @@ public:
     QString hitsText() const;
     bool hasNewHits() const;
     /// When the last round began, in the user's time zone, such as "14:05"; an en dash when there
-    /// was none.
+    /// was none or its time is damaged.
     QString lastCheckValue() const;
     QString lastCheckSub() const;
 

@@ -55,7 +55,7 @@ void MenuBarPanel::tryNow() {
 
 QString MenuBarPanel::latestRoute() const {
     const Match* match = latest();
-    return match ? match->fromCity + u" → "_s + match->toCity : QString();
+    return match ? match->places() : QString();
 }
 
 QString MenuBarPanel::latestText() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/CardText.h"
 #include "ui/hits/Journeys.h"
+#include "ui/hits/TripCard.h"
 
 #include <QTest>
 #include <QTimeZone>
@@ -265,8 +266,14 @@ private Q_SLOTS:
                                   << u"11:00|OSL · 07.03|13:10|EWR · 07.03|"_s;
         QTest::newRow("next day") << u"07.03 23:00"_s << u"08.03 06:10"_s
                                   << u"23:00|OSL · 07.03|06:10|EWR · 08.03|+1"_s;
-        QTest::newRow("days later")
-            << u"28.02 23:00"_s << u"02.03 06:10"_s << u"23:00|OSL · 28.02|06:10|EWR · 02.03|+1"_s;
+        QTest::newRow("over February")
+            << u"28.02 23:00"_s << u"02.03 06:10"_s << u"23:00|OSL · 28.02|06:10|EWR · 02.03|+2"_s;
+        QTest::newRow("over the year's end")
+            << u"31.12 23:00"_s << u"01.01 06:10"_s << u"23:00|OSL · 31.12|06:10|EWR · 01.01|+1"_s;
+        QTest::newRow("over the date line")
+            << u"01.01 08:00"_s << u"31.12 22:10"_s << u"08:00|OSL · 01.01|22:10|EWR · 31.12|−1"_s;
+        QTest::newRow("no such day")
+            << u"07.03 23:00"_s << u"31.02 06:10"_s << u"23:00|OSL · 07.03|06:10|EWR · 31.02|"_s;
         QTest::newRow("no dates") << u"11:00"_s << u"2025-03-08 13:10"_s
                                   << u"11:00|OSL|13:10|EWR · 2025-03-08|"_s;
         QTest::newRow("other words") << u"a b c"_s << QString() << u"a b c|OSL||EWR|"_s;
@@ -279,24 +286,60 @@ private Q_SLOTS:
         match.arrive = arrive;
         const auto from = CardText::departure(match);
         const auto to = CardText::arrival(match);
-        const QString later = CardText::arrivesLater(match) ? u"+1"_s : QString();
-        QTEST(QStringList({from.time, from.place, to.time, to.place, later}).join(u'|'), "shown");
+        QTEST(QStringList({from.time, from.place, to.time, to.place, CardText::dayShift(match)})
+                  .join(u'|'),
+              "shown");
+    }
+
+    void aLeapDayIsOneMoreBetween() {
+        Match match = offer(u"OSL-EWR"_s);
+        match.depart = u"28.02 23:00"_s;
+        match.arrive = u"01.03 06:10"_s;
+        QCOMPARE(CardText::dayShift(match), u"+1"_s);
+        match.travelDate = u"2028-02-28"_s;
+        QCOMPARE(CardText::dayShift(match), u"+2"_s);
+    }
+
+    void badges_data() {
+        QTest::addColumn<QString>("direction");
+        QTest::addColumn<bool>("isCommunity");
+        QTest::addColumn<bool>("isGone");
+        QTest::addColumn<QString>("badge");
+        QTest::addColumn<bool>("isHomebound");
+        QTest::newRow("one way") << QString() << false << false << QString() << false;
+        QTest::newRow("out") << u"Utreise"_s << false << false << u"Utreise"_s << false;
+        QTest::newRow("home") << u"Hjemreise"_s << false << false << u"Hjemreise"_s << true;
+        QTest::newRow("others'") << u"Hjemreise"_s << true << false << u"FELLESSKAP"_s << false;
+        QTest::newRow("sold out") << u"Hjemreise"_s << true << true << u"UTSOLGT"_s << false;
+    }
+    void badges() {
+        QFETCH(QString, direction);
+        QFETCH(bool, isCommunity);
+        QFETCH(bool, isGone);
+        Match match = offer(u"OSL-EWR"_s);
+        match.isCommunity = isCommunity;
+        match.soldOut = isGone;
+        const auto card = TripCard::of(match, direction, true);
+        QTEST(card.badge, "badge");
+        QTEST(card.isHomebound, "isHomebound");
     }
 
     void whatIsMissingHasAStandIn() {
         Match match;
-        QCOMPARE(CardText::cities(match), u"? → ?"_s);
+        QCOMPARE(match.places(), u"? → ?"_s);
         QCOMPARE(CardText::duration(match), QString());
         QCOMPARE(CardText::departure(match), CardText::Endpoint());
         match.route = u"OSL-EWR"_s;
         match.toCity = u"New York"_s;
         match.stopsText = u"direkte"_s;
-        QCOMPARE(CardText::cities(match), u"OSL → New York"_s);
+        QCOMPARE(match.places(), u"OSL → New York"_s);
         QCOMPARE(CardText::duration(match), u"direkte"_s);
         match.durationMinutes = 455;
         QCOMPARE(CardText::duration(match), u"7t 35m · direkte"_s);
-        match.cabin = u"business,first"_s;
-        QCOMPARE(CardText::soldOut(match), u"Business,first er ikke lenger tilgjengelig"_s);
+        match.cabin = u"premeco,sofa"_s;
+        QCOMPARE(CardText::soldOut(match), u"Premium, sofa er ikke lenger tilgjengelig"_s);
+        match.cabin = u"sofa"_s;
+        QCOMPARE(CardText::soldOut(match), u"Sofa er ikke lenger tilgjengelig"_s);
     }
 };
 

@@ -10,6 +10,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// The form's rules, without a window.
 class TestSearchForm : public QObject {
@@ -154,6 +155,67 @@ private Q_SLOTS:
         QCOMPARE(field.to(), QDate(2026, 5, 2));
     }
 
+    void standardWindowsFollowTheDay() {
+        AppWorld world;
+        BoardingPassSearchCard form(world.state, world.clock);
+        form.homebound()->setWindow({2027, 2, 1}, {2027, 2, 20});
+        form.outbound()->setOpen(true);
+        world.clock.advance(24h * 3);
+        QCOMPARE(form.outbound()->text(), u"19. jan. – 19. mar. 2027"_s);
+        QCOMPARE(form.outbound()->calendar()->from(), QDate(2027, 1, 19));
+        QVERIFY(!form.outboundTouched());
+        QCOMPARE(form.homebound()->text(), u"1. feb. – 20. feb. 2027"_s);
+        // One that the user has picked is theirs, also when it is the standard.
+        Q_EMIT form.outbound()->calendar()->windowPicked({2027, 1, 19}, {2027, 3, 19});
+        world.clock.advance(24h);
+        QCOMPARE(form.outbound()->from(), QDate(2027, 1, 19));
+    }
+
+    void windowsThatHavePassedAreNotSearched_data() {
+        QTest::addColumn<bool>("isOut");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("out") << true
+                             << u"⚠ Utreise-vinduet (20. jan. – 25. jan. 2027) har vært. Velg nye "
+                                "datoer."_s
+                             << u"2027-01-27–2027-03-27, 2027-02-01–2027-02-05"_s;
+        QTest::newRow("home") << false
+                              << u"⚠ Hjemreise-vinduet (20. jan. – 25. jan. 2027) har vært. Velg "
+                                 "nye datoer."_s
+                              << u"2027-02-01–2027-02-05, 2027-01-27–2027-03-27"_s;
+    }
+    void windowsThatHavePassedAreNotSearched() {
+        QFETCH(bool, isOut);
+        AppWorld world;
+        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        BoardingPassSearchCard form(world.state, world.clock);
+        form.destination()->setCode(u"JFK"_s);
+        DateWindowField* past = isOut ? form.outbound() : form.homebound();
+        DateWindowField* other = isOut ? form.homebound() : form.outbound();
+        past->setWindow({2027, 1, 20}, {2027, 1, 25});
+        other->setWindow({2027, 2, 1}, {2027, 2, 5});
+        world.clock.advance(24h * 11);
+        QVERIFY(!form.windowWarning());
+        for (int press = 0; press < 2; ++press) {
+            form.submit();
+            QVERIFY(form.windowWarning() && world.state.searches().isEmpty());
+        }
+        QTEST(form.warningText(), "text");
+        QCOMPARE(form.caption(), u"Søk når datoene er nye"_s);
+        QCOMPARE(form.offerText(), u"Bruk 27. jan. – 27. mar. 2027 i stedet"_s);
+        past->setWindow({2027, 1, 20}, {2027, 1, 26});
+        QVERIFY(!form.windowWarning());
+        past->setWindow({2027, 1, 20}, {2027, 1, 25});
+        form.submit();
+        form.takeOffer();
+        QCOMPARE(world.state.searches().size(), 1);
+        const Search& stored = world.state.searches().constFirst();
+        QTEST(u"%1–%2, %3–%4"_s.arg(stored.dateFrom, stored.dateTo, stored.returnDateFrom,
+                                    stored.returnDateTo),
+              "stored");
+        QVERIFY(!form.windowWarning());
+    }
+
     void anyCabinsCanBeChosen() {
         CabinChips chips({u"business"_s, u"hammock"_s});
         const QAbstractItemModelTester tester(
@@ -231,14 +293,14 @@ private Q_SLOTS:
         QVERIFY(form.windowWarning() && world.state.searches().isEmpty());
         QCOMPARE(form.caption(), u"Trykk Søk igjen for å beholde standardvinduet"_s);
         QVERIFY(form.warningText().contains(u"(16. jan. – 16. mar. 2027) — du valgte"_s));
-        QCOMPARE(form.reuseText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
+        QCOMPARE(form.offerText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
 
         if (then == u"choose") {
             form.outbound()->setWindow({2027, 5, 1}, {2027, 5, 20});
             QVERIFY(!form.windowWarning());
         }
         if (then == u"reuse")
-            form.reuseReturnWindow();
+            form.takeOffer();
         else
             form.submit();
         QCOMPARE(world.state.searches().size(), 1);

@@ -168,9 +168,14 @@ private Q_SLOTS:
     void aKeychainThatRefuses() {
         SettingsWorld world;
         SignInDetails& details = world.details;
-        world.secrets.refuses = true;
+        Q_EMIT world.secrets.unavailable(u"Nøkkelringen svarer ikke."_s);
         details.open();
         settle();
+        QCOMPARE(details.problem(), u"Nøkkelringen svarer ikke."_s);
+        // That an empty one works again, only the keychain itself can tell.
+        Q_EMIT world.secrets.available();
+        QCOMPARE(details.problem(), QString());
+        world.secrets.refuses = true;
         details.setEbUser(u"kari"_s);
         details.setEbPassword(u"hemmelig"_s);
         details.save();
@@ -183,6 +188,7 @@ private Q_SLOTS:
         world.secrets.refuses = false;
         details.save();
         settle();
+        Q_EMIT world.secrets.available();
         QVERIFY(details.isStored());
         QVERIFY(details.problem().isEmpty());
 

@@ -30,7 +30,7 @@ private Q_SLOTS:
     void cardTexts() {
         Search search;
         const auto texts = [&search] {
-            const auto card = WatcherCard::of(search, 1284, ManualClock().now());
+            const auto card = WatcherCard::of(search, 1284, ManualClock());
             return QStringList({card.title(), card.source(), card.route(), card.outbound(),
                                 card.homebound(), card.cabinsLabel(), card.status})
                 .join(u'|');
@@ -123,7 +123,19 @@ private Q_SLOTS:
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
         QCOMPARE(page.shown(0, WatcherCards::HitsTextRole), u"1 treff"_s);
         page.section.remove(9);
+        page.section.undoRemove(); // is back already
         QCOMPARE(removed.size(), 1);
+
+        page.section.remove(1);
+        runOn(page.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON searches BEGIN "
+                               "SELECT RAISE(ABORT, 'no room'); END;");
+        page.section.undoRemove();
+        QCOMPARE(removed.size(), 3);
+        QCOMPARE(removed[2][0], u"Overvåkeren kunne ikke legges tilbake. Prøv igjen."_s);
+        runOn(page.dir.path(), "DROP TRIGGER full;");
+        page.section.undoRemove();
+        QCOMPARE(page.database.listSearches().size(), 2);
+        QCOMPARE(removed.size(), 3);
 
         // A file that refuses: what is shown is what it holds.
         runOn(page.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON searches BEGIN "
@@ -147,6 +159,9 @@ private Q_SLOTS:
         page.clock.advance(2min);
         page.section.setShown(true);
         QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Sjekket 4 min siden"_s);
+        QVERIFY(!page.shown(0, WatcherCards::PastRole).toBool());
+        page.clock.advance(24h * 80);
+        QVERIFY(page.shown(0, WatcherCards::PastRole).toBool());
     }
 
     void aRoundFromTheButton() {
@@ -300,6 +315,39 @@ private Q_SLOTS:
                   {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
                   .join(u'|'),
               "shown");
+    }
+
+    void pastDatesAreMovedOn_data() {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("both ways") << u"2026-12-01|2026-12-11|2026-12-21|2027-01-04"_s
+                                   << u"2027-01-15|2027-01-25|2027-02-04|2027-02-18"_s;
+        QTest::newRow("one way") << u"2026-12-30|2027-01-14||"_s << u"2027-01-15|2027-01-30||"_s;
+        QTest::newRow("single days")
+            << u"2027-01-01||2027-01-08|"_s << u"2027-01-15|2027-01-15|2027-01-22|2027-01-22"_s;
+    }
+    void pastDatesAreMovedOn() {
+        QFETCH(QString, stored);
+        const QStringList dates = stored.split(u'|');
+        Page page;
+        const Search original = page.addWatcher(u"EWR"_s, [&dates](Search& search) {
+            search.dateFrom = dates[0];
+            search.dateTo = dates[1];
+            search.returnDateFrom = dates[2];
+            search.returnDateTo = dates[3];
+        });
+        QVERIFY(page.shown(0, WatcherCards::PastRole).toBool());
+        page.section.editMoved(7);
+        QVERIFY(!page.section.sheet());
+        page.section.editMoved(original.id);
+        const Search edited = page.section.sheet()->edited();
+        QTEST(QStringList(
+                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
+                  .join(u'|'),
+              "shown");
+        QCOMPARE(page.database.listSearches(), QList{original});
+        page.section.sheet()->save();
+        QVERIFY(!page.shown(0, WatcherCards::PastRole).toBool());
     }
 
     void editing() {

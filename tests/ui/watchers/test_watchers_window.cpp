@@ -259,6 +259,24 @@ private Q_SLOTS:
         QVERIFY(!world.section.sheet());
     }
 
+    void pastDatesAreOfferedNewOnes() {
+        World world;
+        world.addWatcher(u"NRT"_s, [](Search& search) {
+            search.dateFrom = u"2026-12-01"_s;
+            search.dateTo = u"2026-12-11"_s;
+        });
+        Window page(world);
+        QVERIFY(page.onCard(3, u"Alle datoene er passert."_s));
+        QVERIFY(!page.onCard(1, u"Alle datoene er passert."_s));
+        const Search before = world.stored(2);
+        page.click(u"Flytt datoene…"_s);
+        QVERIFY(page.isShown(u"15. jan. – 25. jan. 2027"_s));
+        QCOMPARE(world.stored(2), before);
+        page.click(u"Lagre"_s);
+        QCOMPARE(world.stored(2).dateFrom, u"2027-01-15"_s);
+        QVERIFY(!page.isShown(u"Flytt datoene…"_s));
+    }
+
     void badInputIsDrawn() {
         World world(0);
         QString codes;

@@ -43,6 +43,14 @@ private Q_SLOTS:
         QCOMPARE(world.dashboard.hitsText(), u"nye i dag"_s);
     }
 
+    void aDamagedSummaryHasNoTime() {
+        World world;
+        world.database.set(u"last_poll"_s, u"{\"at\":1e300,\"fetched\":2}"_s);
+        world.state.reload();
+        QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
+        QCOMPARE(world.dashboard.lastCheckSub(), u"2 reiser gjennomgått"_s);
+    }
+
     void errorsAreShownUnlessNobodyIsSignedIn() {
         World world;
         world.lastPollWas(0, {u"søk 3: SAS-søk krever avreisedato."_s});
@@ -92,7 +100,11 @@ private Q_SLOTS:
         QVERIFY(world.panel.canBook());
         world.panel.book();
         QCOMPARE(world.desktop.opened.size(), 1);
-        world.addMatch([](Match& m) { m.bookingURL = u"https://evil.example/"_s; });
+        world.addMatch([](Match& m) {
+            m.fromCity = m.toCity = QString();
+            m.bookingURL = u"https://evil.example/"_s;
+        });
+        QCOMPARE(world.panel.latestRoute(), u"OSL → EWR"_s);
         QVERIFY(!world.panel.canBook());
         world.panel.book();
         QCOMPARE(world.desktop.opened.size(), 1);
