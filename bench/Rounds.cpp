@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // What a round does once the airline has answered: reading, matching, storing, announcing.
-#include "airline/SAS.h"
 #include "bench/Results.h"
 #include "core/DateFmt.h"
 #include "platform/linux/LinuxClock.h"
@@ -76,7 +75,8 @@ Result measureWideWatcher() {
     double best = 1e9;
     for (int repeat = 0; repeat < 5; ++repeat) {
         const Ticks start = clock.ticks();
-        if (Legs::slice(Legs::ofWatcher(watcher), 100'000'000).size() != Legs::perRound)
+        if (Legs::slice(Legs::ofWatcher(watcher, QDate(2026, 12, 1)), 100'000'000).size() !=
+            Legs::perRound)
             qFatal("not all legs of the wide watcher are there");
         best = std::min(best, (clock.ticks() - start).count());
     }
@@ -96,7 +96,7 @@ QList<Result> measureRounds() {
         FakeNotificationCenter center;
         Notifier notifier(database, center, clock);
         FakeLegFetcher airline;
-        Worker worker(database, airline, notifier, clock, Site());
+        Worker worker(database, airline, notifier, clock);
         Search watcher;
         watcher.origin = u"OSL"_s;
         watcher.destination = u"LHR"_s;
@@ -105,24 +105,22 @@ QList<Result> measureRounds() {
         watcher.dateTo = DateFmt::iso(clock.today().addDays(10 + legs - 1));
         database.addSearch(watcher);
 
-        // The first round makes half of the flights known; the second is measured from the moment
-        // the last answer is there.
-        Ticks answered{};
-        int flights = 0;
+        // The first round makes half of the flights known; the second is measured, with an airline
+        // that answers at once.
+        QHash<QString, QByteArray> bodies;
         airline.answer = [&](const QString&, const QString&, const QString& date) {
-            auto body = answer(SAS::dashedDate(date), flights);
-            answered = clock.ticks();
-            return std::optional(std::move(body));
+            return std::optional(bodies.value(date));
         };
         double longest = 0;
-        for (const int count : {faresPerLeg / 2, faresPerLeg}) {
-            flights = count;
+        Ticks began{};
+        for (const int flights : {faresPerLeg / 2, faresPerLeg}) {
+            for (int day = 0; day < legs; ++day) {
+                const QDate date = clock.today().addDays(10 + day);
+                bodies.insert(date.toString(u"yyyyMMdd"_s), answer(DateFmt::iso(date), flights));
+            }
             QEventLoop loop;
-            std::unique_ptr<Heartbeat> heartbeat;
-            QObject::connect(&worker, &Worker::changed, &loop, [&] {
-                if (worker.lookupDone() == legs && !heartbeat)
-                    heartbeat = std::make_unique<Heartbeat>(clock);
-            });
+            const auto heartbeat = std::make_unique<Heartbeat>(clock);
+            began = clock.ticks();
             worker.pollOnce().then([&](PollSummary summary) {
                 if (summary.matches != legs * flights)
                     qFatal("the round found something else than it should");
@@ -131,13 +129,14 @@ QList<Result> measureRounds() {
             loop.exec();
             longest = heartbeat->longest();
         }
-        best = std::min(best, (clock.ticks() - answered).count());
+        best = std::min(best, (clock.ticks() - began).count());
         longestStep = std::min(longestStep, longest);
         if (database.recentMatches(100000).size() != legs * faresPerLeg * 2)
             qFatal("not everything was stored");
     }
-    return {{u"reading, matching and storing %1 fares, half of them new in two cabins"_s.arg(
-                 legs * faresPerLeg),
+    return {{u"reading, matching, storing (a commit a leg) and telling %1 fares, half of them new "
+             u"in two "
+             u"cabins"_s.arg(legs * faresPerLeg),
              u"%1 ms"_s.arg(best * 1000, 0, 'f', 0), u"≤ 150 ms"_s, best <= 0.150},
             {u"its longest step on the main thread"_s,
              u"%1 ms"_s.arg(longestStep * 1000, 0, 'f', 1), u"≤ 16 ms"_s, longestStep <= 0.016},

@@ -71,12 +71,17 @@ QList<Leg> slice(const All& legs, qsizetype start) {
     return selected;
 }
 
-int countOfRound(const Search& watcher, QDate today) {
+std::optional<All> allOf(const Search& watcher, QDate today) {
     try {
-        return static_cast<int>(std::min<qsizetype>(ofWatcher(watcher, today).size(), perRound));
+        return ofWatcher(watcher, today);
     } catch (const Err&) {
-        return 0;
+        return std::nullopt;
     }
+}
+
+int countOfRound(const Search& watcher, QDate today) {
+    const auto legs = allOf(watcher, today);
+    return legs ? static_cast<int>(std::min<qsizetype>(legs->size(), perRound)) : 0;
 }
 
 } // namespace Legs

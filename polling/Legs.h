@@ -8,6 +8,8 @@
 #include <QDate>
 #include <QList>
 
+#include <optional>
+
 /// How a watcher becomes lookups. Pure functions.
 namespace Legs {
 
@@ -33,6 +35,9 @@ struct All {
 
 /// Throws Err when the watcher names no origin, destination or departure date.
 All ofWatcher(const Search& watcher, QDate today);
+
+/// The same; absent where that throws.
+std::optional<All> allOf(const Search& watcher, QDate today);
 
 /// The legs of one round from `start` on, wrapping around; all of them when they fit into one.
 QList<Leg> slice(const All& legs, qsizetype start);

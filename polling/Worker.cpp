@@ -338,11 +338,12 @@ void Worker::noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome,
         if (const auto cursor = rest.cursor())
             m_database.set(u"lookup_cursor_%1"_s.arg(visit.watcher.id), QString::number(*cursor));
     }
-    const auto next = rest.peek();
-    // Behind its last leg it is the next watcher's turn.
-    m_resume = next ? Resume{visit.watcher.id, next, {}} : Resume{visit.watcher.id + 1, {}, {}};
+    std::optional<Ticks> end;
     if (!isRefused)
-        m_resume->end = m_clock.ticks() + resumePatience;
+        end = m_resume && !round.hasAnswers ? m_resume->end : m_clock.ticks() + resumePatience;
+    // Behind its last leg it is the next watcher's turn.
+    const auto next = rest.peek();
+    m_resume = next ? Resume{visit.watcher.id, next, end} : Resume{visit.watcher.id + 1, {}, end};
 }
 
 /// Stores and tells what an answer says, and only then lets the next page be loaded.
@@ -374,12 +375,11 @@ bool Worker::followEdits(Visit& visit) {
         return true;
     visit.watcher = *now;
     visit.comparison.setWatcher(*now);
-    try {
-        visit.turn.plan(Legs::ofWatcher(*now, m_clock.today()), storedCursor(now->id));
-    } catch (const Err&) {
-        // The next round says what is missing.
+    auto legs = Legs::allOf(*now, m_clock.today());
+    // The next round says what is missing.
+    if (!legs)
         return false;
-    }
+    visit.turn.plan(std::move(*legs), storedCursor(now->id));
     m_lookupTotal = std::max(m_lookupDone, visit.turn.size());
     m_rotationTotal = visit.turn.rotationTotal();
     return true;
@@ -403,16 +403,18 @@ void Worker::endVisit(const Visit& visit, Round& round) {
     (hasAnswers && !round.cut ? round.summary.notes : round.summary.errors).append(text);
 }
 
-bool Worker::isWantedLater(const Leg& leg, const Round& round) {
+bool Worker::isWantedLater(const Leg& leg, Round& round) {
     const auto watchers = activeWatchers();
     return std::any_of(watchers.begin(), watchers.end(), [&](const Search& one) {
         if (round.begun.contains(one.id))
             return false;
-        try {
-            return Legs::ofWatcher(one, m_clock.today()).contains(leg);
-        } catch (const Err&) {
-            return false;
+        // A wide watcher has thousands of route pairs.
+        auto& [from, legs] = round.plans[one.id];
+        if (from != criteria(one)) {
+            from = criteria(one);
+            legs = Legs::allOf(one, m_clock.today()).value_or(Legs::All());
         }
+        return legs.contains(leg);
     });
 }
 

@@ -102,6 +102,8 @@ private:
         /// Answered legs that a later watcher of the round wants too.
         QHash<Leg, QList<Fare>> answers;
         bool hasAnswers = false;
+        /// The legs of watchers whose turn is to come, with what they were made from.
+        QHash<qint64, std::pair<Search, Legs::All>> plans;
         /// The leg that ended it early, with its watcher.
         std::optional<std::pair<qint64, Leg>> cut;
     };
@@ -134,7 +136,7 @@ private:
     QCoro::Task<> take(QList<Fare> fares, Leg leg, Visit& visit, Round& round);
     bool followEdits(Visit& visit);
     void endVisit(const Visit& visit, Round& round);
-    bool isWantedLater(const Leg& leg, const Round& round);
+    bool isWantedLater(const Leg& leg, Round& round);
     void noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome, Round& round);
     void forgetOldCut();
     qint64 storedCursor(qint64 watcher);

@@ -191,6 +191,12 @@ const Screen panelUnreachable(u"panel-unreachable"_s, {320, 250}, [](Shot& shot)
         world.session.setSiteUnreachable(true);
     });
 });
+const Screen panelRefused(u"panel-refused"_s, {320, 250}, [](Shot& shot) {
+    panel(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.standBack.refuse({}, 429);
+    });
+});
 const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
     panel(shot, [](WindowWorld& world) {
         hunting(world);

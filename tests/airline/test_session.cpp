@@ -5,6 +5,7 @@
 #include "airline/PageScripts.h"
 #include "airline/SAS.h"
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
 #include "airline/StoredCookies.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
@@ -101,7 +102,9 @@ class TestSession : public QObject {
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"idp.localhost"_s,
                   u"idp.localhost"_s};
         Capture capture{view, clock, site};
-        LiveSession session{view, hostWindow, clock, database, keychain, state, capture, site};
+        StandBack standBack{database, clock};
+        LiveSession session{view,  hostWindow, clock,   database, keychain,
+                            state, standBack,  capture, site};
         std::optional<bool> result;
         int finished = 0;
         std::optional<Capture::Body> captured;

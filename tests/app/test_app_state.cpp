@@ -162,7 +162,7 @@ private Q_SLOTS:
         QCOMPARE(world.state.searches().size(), 1);
         QVERIFY(!world.state.lastPoll());
         settle();
-        QCOMPARE(world.airline.calls.size(), 1);
+        QCOMPARE(world.airline.looked.size(), 1);
         QVERIFY(world.state.lastPoll());
         QVERIFY(world.state.searches().constFirst().lastChecked);
     }

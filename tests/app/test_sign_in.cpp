@@ -3,6 +3,7 @@
 #include "airline/Capture.h"
 #include "airline/LiveSession.h"
 #include "airline/SessionState.h"
+#include "airline/StandBack.h"
 #include "app/SignIn.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
@@ -31,14 +32,16 @@ class TestSignIn : public QObject {
         Notifier notifier{database, center, clock};
         FakeLegFetcher airline;
         SessionState state;
-        Worker worker{database, airline, notifier, clock, Site{}};
+        Worker worker{database, airline, notifier, clock};
         FakeWebView view;
         FakeHostWindow hostWindow;
         MemorySecretStore secrets;
         Keychain keychain{secrets};
         Capture capture{view, clock, Site{}};
-        LiveSession session{view, hostWindow, clock, database, keychain, state, capture, Site{}};
-        SignIn signIn{session.window(), state, database, airline, worker, clock};
+        StandBack standBack{database, clock};
+        LiveSession session{view,  hostWindow, clock,   database, keychain,
+                            state, standBack,  capture, Site{}};
+        SignIn signIn{session.window(), state, standBack, database, airline, worker, clock};
         std::optional<bool> works;
 
         ~World() { settle(); }
@@ -63,7 +66,8 @@ class TestSignIn : public QObject {
                 airline.status =
                     alive ? SASLoginStatus::loggedIn(clock.now()) : SASLoginStatus::loggedOut();
                 state.setLoginStatus(airline.status);
-                return alive ? std::optional<QByteArray>("{}") : std::nullopt;
+                return alive ? std::optional<QByteArray>(R"({"outboundFlights":{}})")
+                             : std::nullopt;
             };
         }
     };
@@ -76,10 +80,10 @@ private Q_SLOTS:
         world.open();
         QVERIFY(world.hostWindow.visible);
         QVERIFY(!world.works);
-        QVERIFY(world.airline.calls.isEmpty());
+        QVERIFY(world.airline.looked.isEmpty());
         world.finish();
         QCOMPARE(world.works, true);
-        QCOMPARE(world.airline.calls.size(), 1);
+        QCOMPARE(world.airline.looked.size(), 1);
         QCOMPARE(world.airline.verifications, 0);
         QVERIFY(!world.hostWindow.visible);
     }
@@ -95,7 +99,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(world.works, true);
         QCOMPARE(world.airline.verifications, 1);
-        QVERIFY(world.airline.calls.isEmpty());
+        QVERIFY(world.airline.looked.isEmpty());
 
         world.works.reset();
         world.open();
@@ -104,6 +108,38 @@ private Q_SLOTS:
         settle();
         QCOMPARE(world.works, false);
         QCOMPARE(world.airline.verifications, 2);
+    }
+
+    void whatIsUnderWayIsWaitedFor() {
+        World world;
+        world.add();
+        world.lookupsAnswer(true);
+        // A verification that began before, and a round that is only being prepared.
+        world.airline.verifying = true;
+        world.airline.heldLookup = 1;
+        world.worker.pollOnce();
+        world.open();
+        world.finish();
+        world.clock.advance(1s);
+        QVERIFY(!world.works);
+        world.airline.goOn.resolve(true);
+        world.clock.advance(1s);
+        QCOMPARE(world.airline.looked.size(), 1);
+        world.airline.verifying = false;
+        world.clock.advance(1s);
+        QCOMPARE(world.works, true);
+        QCOMPARE(world.airline.looked.size(), 2);
+    }
+
+    void whoHasJustSignedInNeedNotWaitForARefusalToEnd() {
+        World world;
+        world.add();
+        world.lookupsAnswer(true);
+        world.standBack.refuse({}, 429);
+        world.open();
+        world.finish();
+        QVERIFY(!world.standBack.isOn());
+        QCOMPARE(world.works, true);
     }
 
     void aSecondTryNeedNotWait() {

@@ -74,7 +74,7 @@ private Q_SLOTS:
         page.click(u"preset1"_s);
         QVERIFY(page.isShown(u"1 overvåker er i gang — første sjekk kjører allerede."_s));
         settle();
-        QVERIFY2(!world.airline.calls.isEmpty(), "a round has begun");
+        QVERIFY2(!world.airline.looked.isEmpty(), "a round has begun");
 
         page.click(u"openLogin"_s);
         QCOMPARE(world.loginsOpened, 1);

@@ -187,7 +187,9 @@ private Q_SLOTS:
     void windowsThatHavePassedAreNotSearched() {
         QFETCH(bool, isOut);
         AppWorld world;
-        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        world.airline.answer = [](auto&&...) {
+            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+        };
         BoardingPassSearchCard form(world.state, world.clock);
         form.destination()->setCode(u"JFK"_s);
         DateWindowField* past = isOut ? form.outbound() : form.homebound();
@@ -230,7 +232,9 @@ private Q_SLOTS:
     void searchingStoresAWatcherAndStartsARound() {
         AppWorld world;
         world.airline.status = SASLoginStatus{};
-        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        world.airline.answer = [](auto&&...) {
+            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+        };
         BoardingPassSearchCard form(world.state, world.clock);
         QVERIFY(!form.canSearch());
         form.submit();
@@ -285,7 +289,9 @@ private Q_SLOTS:
     void aReturnWindowAloneIsWarnedOf() {
         QFETCH(QString, then);
         AppWorld world;
-        world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+        world.airline.answer = [](auto&&...) {
+            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+        };
         BoardingPassSearchCard form(world.state, world.clock);
         form.destination()->setCode(u"JFK"_s);
         form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});

@@ -15,7 +15,9 @@ class TestSearchWindow : public QObject {
         explicit Shown(QSize size = {1120, 880})
             : page(u"Tindra.SearchFrame"_s, u"SearchFrame"_s,
                    {{u"form"_s, QVariant::fromValue(&form)}}, size) {
-            world.airline.answer = [](auto&&...) { return std::optional<QByteArray>("{}"); };
+            world.airline.answer = [](auto&&...) {
+                return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+            };
         }
         const QList<Search>& stored() const { return world.state.searches(); }
 

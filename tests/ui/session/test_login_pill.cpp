@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "core/Database.h"
+#include "tests/support/ManualClock.h"
 #include "tests/ui/support/PageWindow.h"
 #include "ui/session/SASLoginPill.h"
 
+#include <QTemporaryDir>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class TestLoginPill : public QObject {
     Q_OBJECT
@@ -10,9 +15,15 @@ private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "Europe/Oslo"); }
 
     void whatIsKnownIsSaid() {
+        const QTemporaryDir dir;
+        // Noon of 15 January 2027, UTC.
+        ManualClock clock;
+        Database database(dir.path(), clock);
         SessionState session;
+        StandBack standBack(database, clock);
         int opened = 0;
-        SASLoginPill pill(session, [&opened] { ++opened; });
+        int tries = 0;
+        SASLoginPill pill(session, standBack, {[&opened] { ++opened; }, [&tries] { ++tries; }});
         PageWindow page("import QtQuick\nimport Tindra.Session\nColumn { id: all\n"
                         "required property SASLoginPillModel model\n"
                         "SASLoginPill { model: all.model; width: 300 }\n"
@@ -37,6 +48,16 @@ private Q_SLOTS:
         session.setSiteUnreachable(false);
         QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
 
+        standBack.refuse(u"1800"_s, 429);
+        QCOMPARE(shown().count(u"SAS ber oss vente til 13:30"_s), 3);
+        QCOMPARE(pill.warning(), u"SAS ber oss vente til 13:30 — jakten hviler så lenge"_s);
+        page.click(u"Prøv nå"_s);
+        QCOMPARE(tries, 1);
+        clock.advance(30min);
+        QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
+
+        // Signed out comes first: there the user can do something.
+        standBack.refuse({}, 429);
         session.setLoginStatus(SASLoginStatus::loggedOut());
         QCOMPARE(shown().count(u"Ikke innlogget hos SAS"_s), 3);
         page.click(u"Logg inn på SAS"_s);

@@ -43,9 +43,11 @@ struct SettingsWorld : AppWorld {
     Keychain keychain{secrets};
     FakeDesktop desktop;
     FakeAutostart autostart;
+    int tries = 0;
     int loginsOpened = 0;
     std::optional<QString> engineWarning;
-    SASLoginPill pill{session, [this] { ++loginsOpened; }};
+    StandBack standBack{database, clock};
+    SASLoginPill pill{session, standBack, {[this] { ++loginsOpened; }, [this] { ++tries; }}};
     SignInDetails details{keychain, secrets};
     AboutTindra about{
         desktop,

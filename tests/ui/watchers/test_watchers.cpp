@@ -206,32 +206,6 @@ private Q_SLOTS:
         QCOMPARE(ActivityStrip::lookupsText(0, 0, 40), u""_s);
     }
 
-    /// As many as the worker will look up.
-    void lookupsOfARound() {
-        Search search;
-        search.dateFrom = u"2027-03-01"_s;
-        const QStringList cases[] = {
-            {u"OSL"_s, u"EWR"_s, u"2027-03-01"_s, {}},
-            {u"OSL,BGO"_s, u"BKK,NRT"_s, u"2027-03-04"_s, u"2027-03-03"_s}, // through the hub
-            {u"OSL, osl"_s, u"EWR"_s, u"2027-03-04"_s, {}},
-            {u"OSL"_s, u"EWR,JFK"_s, u"2027-04-20"_s, {}},
-            {{}, u"EWR"_s, u"2027-03-04"_s, {}},
-        };
-        for (const QStringList& fields : cases) {
-            search.origin = fields[0];
-            search.destination = fields[1];
-            search.dateTo = fields[2];
-            search.returnDateFrom = fields[3].isEmpty() ? QString() : search.dateFrom;
-            search.returnDateTo = fields[3];
-            const auto legs = fields[0].isEmpty() ? Legs::All() : Legs::ofWatcher(search);
-            QCOMPARE(lookupsOfRound(search), static_cast<int>(Legs::slice(legs, 0).size()));
-        }
-        search.origin = QString(u"OSL,"_s).repeated(500);
-        QCOMPARE(lookupsOfRound(search), 4);
-        search.dateFrom = u"snart"_s;
-        QCOMPARE(lookupsOfRound(search), 0);
-    }
-
     void standstillDoesNotCount() {
         RoundPace pace({10});
         QCOMPARE(pace.fraction(), 0);

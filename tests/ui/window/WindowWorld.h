@@ -27,7 +27,7 @@ struct WindowWorld : SettingsWorld {
     HitsPage hits{state, database, desktop, clock, Site{}};
     OnboardingView onboarding{state, session, clock, [this] { ++loginsOpened; }};
     DashboardView dashboard{state, session};
-    MenuBarPanel panel{state, worker, session, desktop, Site{}};
+    MenuBarPanel panel{state, worker, pill, desktop, Site{}};
     LifeCycle life{tray, panel, notifier, database, LifeCycle::SecondStart::reaches};
     RootView root;
 

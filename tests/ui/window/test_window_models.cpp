@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(world.panel.countText(), u"1 overvåker"_s);
         world.addWatcher();
         world.airline.answer = [](const QString&, const QString&, const QString&) {
-            return std::optional(QByteArray("{}"));
+            return std::optional(QByteArray(R"({"outboundFlights":{}})"));
         };
         world.panel.checkNow();
         QCOMPARE(world.panel.countText(), u"2 overvåkere · sjekker nå…"_s);
