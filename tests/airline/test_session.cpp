@@ -75,11 +75,15 @@ public:
 
     QList<WebCookie> cookies;
     QStringList calls;
+    /// What happens elsewhere while the store works.
+    std::function<void()> meanwhile;
 
 private:
     QCoro::Task<> note(QString call) {
         co_await nextTurn();
         calls.append(u"%1: %2"_s.arg(m_view.loaded.size()).arg(call));
+        if (meanwhile)
+            meanwhile();
     }
     const FakeWebView& m_view;
 };
@@ -102,6 +106,8 @@ class TestSession : public QObject {
                   u"idp.localhost"_s};
         Capture capture{view, clock, site};
         LiveSession session{view, hostWindow, clock, database, keychain, state, capture, site};
+        /// For tests that make something of the session's themselves.
+        CookieVault vault{view.store, keychain, clock, site};
         std::optional<bool> result;
         int finished = 0;
         std::optional<Capture::Body> captured;
@@ -582,6 +588,99 @@ private Q_SLOTS:
         world.clock.advance(300s - step - moment);
         world.attempt();
         QCOMPARE(world.result, false);
+    }
+
+    void theUserComesFirst_data() {
+        QTest::addColumn<bool>("whilePruning");
+        QTest::addColumn<bool>("closedAgain");
+        QTest::newRow("window opened for the keychain") << false << false;
+        QTest::newRow("opened and closed for the keychain") << false << true;
+        QTest::newRow("window opened for the pruning") << true << false;
+        QTest::newRow("opened and closed for the pruning") << true << true;
+    }
+    void theUserComesFirst() {
+        QFETCH(bool, whilePruning);
+        QFETCH(bool, closedAgain);
+        World world;
+        NotingStore store(world.view);
+        CookieVault vault(store, world.keychain, world.clock, world.site);
+        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
+                            world.capture, vault, world.session.window(), world.site);
+        const auto open = [&] {
+            world.state.setLoginWindowOpen(true);
+            world.state.setLoginWindowOpen(!closedAgain);
+        };
+        if (whilePruning)
+            store.meanwhile = open;
+        const auto attempt = [&] {
+            world.result.reset();
+            autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
+        };
+        attempt();
+        if (!whilePruning)
+            open();
+        settle();
+        QCOMPARE(world.result, false);
+        QVERIFY(world.view.loaded.isEmpty());
+        QCOMPARE(world.clock.waiting(), 0);
+
+        // What never loaded a page was no attempt.
+        store.meanwhile = nullptr;
+        world.state.setLoginWindowOpen(false);
+        attempt();
+        settle();
+        QCOMPARE(world.view.loaded.size(), 1);
+        // Nor does it go on when the user was there between two steps.
+        world.view.current = form;
+        world.state.setLoginWindowOpen(true);
+        world.state.setLoginWindowOpen(false);
+        world.clock.advance(step);
+        QCOMPARE(world.result, false);
+        QVERIFY(world.view.evaluated.isEmpty());
+    }
+
+    void nothingIsFilledInWhileTheAirlineRefuses() {
+        World world;
+        bool refuses = true;
+        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
+                            world.capture, world.vault, world.session.window(), world.site,
+                            [&refuses] { return refuses; });
+        const auto attempt = [&] {
+            world.result.reset();
+            autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
+        };
+        const QStringList skipped{u"auto-innlogging: hoppet over (SAS ber oss vente)"_s};
+        attempt();
+        // Not even the keychain is asked.
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+
+        // It begins to refuse while the keychain is asked.
+        refuses = false;
+        attempt();
+        refuses = true;
+        settle();
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+        QVERIFY(world.view.loaded.isEmpty());
+
+        // Or at the form. To look where the way has led is allowed.
+        refuses = false;
+        attempt();
+        settle();
+        QCOMPARE(world.view.loaded.size(), 1);
+        world.log();
+        refuses = true;
+        world.view.current = startPage;
+        world.answer(u"waiting"_s, 2);
+        QCOMPARE(world.view.evaluated.size(), 2);
+        QVERIFY(!world.result);
+        world.view.current = form;
+        world.clock.advance(step);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+        QCOMPARE(world.view.evaluated.size(), 2);
+        QVERIFY(!world.state.isLoginWindowOpen());
     }
 
     void theStepsOfAnAttemptRunOut() {
