@@ -136,7 +136,7 @@ QCoro::Task<bool> AutoLogin::run(Credentials credentials, Attempt attempt) {
                 m_window.hide();
             m_state.lastSessionRefresh = m_clock.ticks();
             TDLog::note(u"auto-innlogging: fullfoert"_s);
-            m_vault.snapshotCookies();
+            m_vault.snapshotSoon();
             co_return true;
         }
         if (answer == u"error"_s) {

@@ -7,7 +7,7 @@ LiveSession::LiveSession(WebView& view, HostWindow& window, Clock& clock, Databa
                          Keychain& keychain, SessionState& state, Capture& capture,
                          const Site& site)
     : m_navHosts(view)
-    , m_vault(view.cookies(), keychain, clock, site)
+    , m_vault(view.cookies(), keychain, database, clock, site)
     , m_window(window, view, clock, state, capture, m_vault, m_navHosts, site)
     , m_singleSignOn(view, clock, state, capture, m_vault, m_navHosts, site)
     , m_autoLogin(view, clock, database, keychain, state, capture, m_vault, m_window, site) {}

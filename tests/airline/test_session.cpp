@@ -107,7 +107,7 @@ class TestSession : public QObject {
         Capture capture{view, clock, site};
         LiveSession session{view, hostWindow, clock, database, keychain, state, capture, site};
         /// For tests that make something of the session's themselves.
-        CookieVault vault{view.store, keychain, clock, site};
+        CookieVault vault{view.store, keychain, database, clock, site};
         std::optional<bool> result;
         int finished = 0;
         std::optional<Capture::Body> captured;
@@ -340,14 +340,14 @@ private Q_SLOTS:
                                                   cookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
         NavHosts navHosts(world.view);
-        CookieVault vault(store, world.keychain, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
         SignInWindow window(world.hostWindow, world.view, world.clock, world.state, world.capture,
                             vault, navHosts, world.site);
         window.openLogin();
         settle();
         // What the vault brought is cleaned as well.
-        QCOMPARE(store.calls, QStringList({u"0: all"_s, u"0: set session"_s, u"0: set _ga"_s,
-                                           u"0: all"_s, u"0: remove _ga"_s}));
+        QCOMPARE(store.calls, QStringList({u"0: all"_s, u"0: all"_s, u"0: set session"_s,
+                                           u"0: set _ga"_s, u"0: all"_s, u"0: remove _ga"_s}));
         QCOMPARE(world.view.loaded.size(), 1);
 
         store.calls.clear();
@@ -603,7 +603,7 @@ private Q_SLOTS:
         QFETCH(bool, closedAgain);
         World world;
         NotingStore store(world.view);
-        CookieVault vault(store, world.keychain, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
         AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
                             world.capture, vault, world.session.window(), world.site);
         const auto open = [&] {
