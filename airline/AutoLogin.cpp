@@ -38,6 +38,8 @@ bool isThisMachine(const QString& host) {
 } // namespace
 
 struct AutoLogin::Attempt {
+    /// Of `m_windowChanges`, when it began.
+    int windowChanges = 0;
     int userFills = 0;
     int passwordFills = 0;
     int captchaPending = 0;
@@ -47,7 +49,7 @@ struct AutoLogin::Attempt {
 
 AutoLogin::AutoLogin(WebView& view, Clock& clock, Database& database, Keychain& keychain,
                      SessionState& state, Capture& capture, CookieVault& vault,
-                     SignInWindow& window, Site site)
+                     SignInWindow& window, Site site, std::function<bool()> mustStandBack)
     : m_view(view)
     , m_clock(clock)
     , m_database(database)
@@ -56,7 +58,10 @@ AutoLogin::AutoLogin(WebView& view, Clock& clock, Database& database, Keychain& 
     , m_capture(capture)
     , m_vault(vault)
     , m_window(window)
-    , m_site(std::move(site)) {}
+    , m_site(std::move(site))
+    , m_mustStandBack(std::move(mustStandBack)) {
+    connect(&state, &SessionState::loginWindowOpenChanged, this, [this] { ++m_windowChanges; });
+}
 
 bool AutoLogin::mayFillIn(const Site& site, const QUrl& page) {
     const QString host = page.host().toLower();
@@ -67,10 +72,14 @@ bool AutoLogin::mayFillIn(const Site& site, const QUrl& page) {
 
 QCoro::Task<bool> AutoLogin::attemptAutoLogin() {
     const QPointer self(this);
+    Attempt attempt;
+    attempt.windowChanges = m_windowChanges;
     if (!m_database.isOn(u"auto_login"_s, false)) {
         TDLog::note(u"auto-innlogging: hoppet over (slaatt av)"_s);
         co_return false;
     }
+    if (standsBack())
+        co_return false;
     const auto credentials = co_await m_keychain.load();
     if (!self)
         co_return false;
@@ -78,38 +87,56 @@ QCoro::Task<bool> AutoLogin::attemptAutoLogin() {
         TDLog::note(u"auto-innlogging: hoppet over (ingen detaljer i noekkelringen)"_s);
         co_return false;
     }
-    if (m_state.isLoginWindowOpen() ||
-        (m_lastAutoLoginAttempt &&
-         m_clock.ticks() - *m_lastAutoLoginAttempt < pauseBetweenAttempts))
+    if (!mayBegin(attempt))
         co_return false;
-    m_lastAutoLoginAttempt = m_clock.ticks();
     TDLog::note(u"auto-innlogging: starter (skjema + ev. Turnstile)"_s);
     m_capture.end();
     m_window.hide();
     co_await m_vault.pruneCookiesNow();
-    if (!self)
+    if (!self || !mayBegin(attempt))
         co_return false;
+    m_lastAutoLoginAttempt = m_clock.ticks();
     m_view.load(QUrl(SAS::loginURL(m_site)));
-    co_return co_await run(*credentials);
+    co_return co_await run(*credentials, attempt);
 }
 
-QCoro::Task<bool> AutoLogin::run(Credentials credentials) {
+/// Asked after every wait before the page is loaded, since the world may have changed meanwhile.
+bool AutoLogin::mayBegin(const Attempt& attempt) const {
+    const bool wasJustTried =
+        m_lastAutoLoginAttempt && m_clock.ticks() - *m_lastAutoLoginAttempt < pauseBetweenAttempts;
+    return !userTookOver(attempt) && !wasJustTried && !standsBack();
+}
+
+/// Also when the window has been closed again: what the user did in it is not to be undone.
+bool AutoLogin::userTookOver(const Attempt& attempt) const {
+    return m_state.isLoginWindowOpen() || attempt.windowChanges != m_windowChanges;
+}
+
+bool AutoLogin::standsBack() const {
+    if (!m_mustStandBack || !m_mustStandBack())
+        return false;
+    TDLog::note(u"auto-innlogging: hoppet over (SAS ber oss vente)"_s);
+    return true;
+}
+
+QCoro::Task<bool> AutoLogin::run(Credentials credentials, Attempt attempt) {
     const QPointer self(this);
-    Attempt attempt;
     for (int i = 0; i < maxSteps; ++i) {
         co_await m_clock.sleep(step);
         // The user may have opened the window meanwhile, and is not to be typed over.
-        if (!self || m_state.isLoginWindowOpen())
+        if (!self || userTookOver(attempt))
             co_return false;
+        if (mayFillIn(m_site, m_view.documentUrl()) && standsBack())
+            co_return giveUp(attempt);
         const auto answer = co_await autoLoginStep(credentials, attempt.force);
-        if (!self || m_state.isLoginWindowOpen())
+        if (!self || userTookOver(attempt))
             co_return false;
         if (answer == u"done"_s) {
             if (attempt.windowShown)
                 m_window.hide();
             m_state.lastSessionRefresh = m_clock.ticks();
             TDLog::note(u"auto-innlogging: fullfoert"_s);
-            co_await m_vault.snapshotCookies();
+            m_vault.snapshotSoon();
             co_return true;
         }
         if (answer == u"error"_s) {

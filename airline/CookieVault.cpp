@@ -3,6 +3,7 @@
 
 #include "airline/CookieRules.h"
 #include "airline/StoredCookies.h"
+#include "core/Database.h"
 #include "core/Keychain.h"
 #include "core/TDLog.h"
 
@@ -16,19 +17,68 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto pruneInterval = 24h;
+/// An open keychain answers in some milliseconds; one that needs its owner takes any time.
+constexpr auto keychainPatience = 1s;
 
-bool contains(const QList<WebCookie>& cookies, const WebCookie& wanted) {
-    return std::any_of(cookies.begin(), cookies.end(), [&wanted](const WebCookie& cookie) {
-        return cookie.name == wanted.name && cookie.domain == wanted.domain;
+const QString rememberedKey = u"session_cookies"_s;
+
+bool contains(const QList<WebCookie>& cookies, const QString& name, const QString& domain) {
+    return std::any_of(cookies.begin(), cookies.end(), [&](const WebCookie& cookie) {
+        return cookie.name == name && cookie.domain == domain;
     });
 }
 
 } // namespace
 
-CookieVault::CookieVault(CookieStore& cookies, Keychain& keychain, Clock& clock, Site site)
-    : m_cookies(cookies), m_keychain(keychain), m_clock(clock), m_site(std::move(site)) {}
+CookieVault::CookieVault(CookieStore& cookies, Keychain& keychain, Database& database, Clock& clock,
+                         Site site)
+    : m_cookies(cookies)
+    , m_keychain(keychain)
+    , m_database(database)
+    , m_clock(clock)
+    , m_site(std::move(site)) {}
+
+CookieVault::~CookieVault() {
+    for (const auto& waiter : std::as_const(m_waiters))
+        waiter.resolve(false);
+}
+
+void CookieVault::snapshotSoon() {
+    m_isSavingWanted = true;
+    if (!std::exchange(m_isSaving, true))
+        saveWhileWanted();
+}
+
+QCoro::Task<> CookieVault::saveWhileWanted() {
+    const QPointer self(this);
+    while (std::exchange(m_isSavingWanted, false)) {
+        co_await save();
+        if (!self)
+            co_return;
+    }
+    m_isSaving = false;
+    const auto waiters = std::exchange(m_waiters, {});
+    for (const auto& waiter : waiters)
+        waiter.resolve(true);
+}
 
 QCoro::Task<> CookieVault::snapshotCookies() {
+    const OneShot<bool> end;
+    m_waiters.append(end);
+    snapshotSoon();
+    co_await end;
+}
+
+QCoro::Task<> CookieVault::settled(std::chrono::milliseconds patience) {
+    if (!m_isSaving)
+        co_return;
+    const OneShot<bool> end;
+    m_waiters.append(end);
+    const auto timer = m_clock.after(patience, [end] { end.resolve(false); });
+    co_await end;
+}
+
+QCoro::Task<> CookieVault::save() {
     const QPointer self(this);
     const auto all = co_await m_cookies.all();
     if (!self || !all)
@@ -42,17 +92,39 @@ QCoro::Task<> CookieVault::snapshotCookies() {
     if (own.isEmpty())
         co_return;
     const QByteArray data = StoredCookies::encode(own);
-    co_await m_keychain.saveCookieData(data);
+    const bool saved = co_await m_keychain.saveCookieData(data);
+    if (self && saved)
+        remember(own);
+}
+
+void CookieVault::remember(const QList<WebCookie>& cookies) {
+    QList<KnownCookie> known;
+    for (const WebCookie& cookie : cookies) {
+        if (!isOver(cookie.expires))
+            known.append({cookie.name, cookie.domain, cookie.expires});
+    }
+    const QString text = QString::fromUtf8(StoredCookies::encodeKnown(known));
+    if (m_database.get(rememberedKey) != text)
+        m_database.set(rememberedKey, text);
+}
+
+/// Whether the browser has all that was saved last, as far as it can still be of use.
+bool CookieVault::isWhole(const QList<WebCookie>& live) const {
+    const QString text = m_database.get(rememberedKey).value_or(QString());
+    const auto known = StoredCookies::decodeKnown(text.toUtf8());
+    return known && std::all_of(known->begin(), known->end(), [&](const KnownCookie& cookie) {
+               return isOver(cookie.expires) || contains(live, cookie.name, cookie.domain);
+           });
+}
+
+bool CookieVault::isOver(const std::optional<Instant>& expires) const {
+    return expires && *expires < m_clock.now();
 }
 
 QCoro::Task<> CookieVault::restoreCookiesIfNeeded() {
     if (std::exchange(m_cookiesRestored, true))
         co_return;
     const QPointer self(this);
-    const auto data = co_await m_keychain.loadCookieData();
-    const auto stored = data ? StoredCookies::decode(*data) : std::nullopt;
-    if (!self || !stored)
-        co_return;
     const auto live = co_await m_cookies.all();
     if (!self)
         co_return;
@@ -61,12 +133,39 @@ QCoro::Task<> CookieVault::restoreCookiesIfNeeded() {
         m_cookiesRestored = false;
         co_return;
     }
+    if (isWhole(*live))
+        co_return;
+    const OneShot<bool> answer;
+    const OneShot<bool> end;
+    const auto timer = m_clock.after(keychainPatience, [answer] { answer.resolve(false); });
+    putBack(answer).then([end] { end.resolve(true); });
+    const bool isAnswered = co_await answer;
+    if (isAnswered)
+        co_await end;
+    else if (self)
+        TDLog::note(u"cookie-hvelv: noekkelringen svarer ikke ennaa — gaar videre uten"_s);
+}
+
+/// The keychain's answer may come long after the question, so what lives is looked at then.
+QCoro::Task<> CookieVault::putBack(OneShot<bool> answer) {
+    const QPointer self(this);
+    const auto data = co_await m_keychain.loadCookieData();
+    answer.resolve(true);
+    const auto stored = data ? StoredCookies::decode(*data) : std::nullopt;
+    if (!self || !stored)
+        co_return;
+    const auto live = co_await m_cookies.all();
+    if (!self)
+        co_return;
+    if (!live) {
+        m_cookiesRestored = false;
+        co_return;
+    }
     int restored = 0;
     for (const WebCookie& cookie : *stored) {
         if (!self)
             co_return;
-        const bool isOver = cookie.expires && *cookie.expires < m_clock.now();
-        if (isOver || contains(*live, cookie))
+        if (isOver(cookie.expires) || contains(*live, cookie.name, cookie.domain))
             continue;
         const bool taken = co_await m_cookies.set(cookie);
         if (taken)

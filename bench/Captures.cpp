@@ -8,6 +8,7 @@
 #include "airline/SingleSignOn.h"
 #include "bench/BareView.h"
 #include "bench/Results.h"
+#include "core/Database.h"
 #include "core/Keychain.h"
 #include "platform/MemorySecretStore.h"
 #include "platform/linux/LinuxClock.h"
@@ -17,6 +18,7 @@
 #include "standin/StandIn.h"
 
 #include <QEventLoop>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
@@ -93,7 +95,9 @@ QList<Result> measureCaptures() {
     NavHosts navHosts(*view);
     MemorySecretStore secrets;
     Keychain keychain(secrets);
-    CookieVault vault(view->cookies(), keychain, clock, site);
+    const QTemporaryDir folder;
+    Database database(folder.path(), clock);
+    CookieVault vault(view->cookies(), keychain, database, clock, site);
     SessionState state;
     SingleSignOn singleSignOn(*view, clock, state, capture, vault, navHosts, site);
     const double signIn = secondsOf(clock, [&] {

@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "platform/SecretStore.h"
 
+#include <QPointer>
 #include <QStringDecoder>
 
 using namespace Qt::StringLiterals;
@@ -16,11 +17,12 @@ const QString cookiesService = QStringLiteral(TINDRA_BUNDLE_ID ".sascookies");
 } // namespace
 
 QCoro::Task<> Keychain::save(QString user, QString password) {
-    SecretStore& secrets = m_secrets;
+    const QPointer secrets(&m_secrets);
     // Named, because GCC 12 destroys an aggregate twice that is made inside a co_await expression.
     const SecretStore::Item item{user, password.toUtf8()};
-    co_await secrets.remove(detailsService);
-    co_await secrets.add(detailsService, u"Tindra: EuroBonus-innlogging"_s, item);
+    co_await secrets->remove(detailsService);
+    if (secrets)
+        co_await secrets->add(detailsService, u"Tindra: EuroBonus-innlogging"_s, item);
 }
 
 QCoro::Task<std::optional<Credentials>> Keychain::load() {
@@ -40,11 +42,10 @@ QCoro::Task<> Keychain::clear() {
     co_await m_secrets.remove(detailsService);
 }
 
-QCoro::Task<> Keychain::saveCookieData(QByteArray data) {
-    SecretStore& secrets = m_secrets;
+QCoro::Task<bool> Keychain::saveCookieData(QByteArray data) {
+    // The account is always the same, so this replaces; what is refused leaves the former one.
     const SecretStore::Item item{u"cookies"_s, data};
-    co_await secrets.remove(cookiesService);
-    co_await secrets.add(cookiesService, u"Tindra: økten hos SAS"_s, item);
+    co_return co_await m_secrets.add(cookiesService, u"Tindra: økten hos SAS"_s, item);
 }
 
 QCoro::Task<std::optional<QByteArray>> Keychain::loadCookieData() {

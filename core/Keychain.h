@@ -17,11 +17,11 @@ struct Credentials {
     bool operator==(const Credentials&) const = default;
 };
 
-/// The two secrets that Tindra keeps, each one item of the user's keychain. Failures are not
-/// reported: what cannot be read is absent, what cannot be written is tried again at the next save.
+/// The two secrets that Tindra keeps, each one item of the user's keychain. What cannot be read is
+/// absent, what cannot be written is tried again at the next save. Any operation may take a minute.
 class Keychain {
 public:
-    /// `secrets` must outlive every operation begun here.
+    /// `secrets` must outlive this object, but not every operation begun here.
     explicit Keychain(SecretStore& secrets) : m_secrets(secrets) {}
 
     /// Replaces the sign-in details.
@@ -30,8 +30,9 @@ public:
     QCoro::Task<std::optional<Credentials>> load();
     QCoro::Task<> clear();
 
-    /// Replaces the cookie vault.
-    QCoro::Task<> saveCookieData(QByteArray data);
+    /// Replaces the cookie vault. False when the keychain did not take it; then the former one is
+    /// as it was.
+    QCoro::Task<bool> saveCookieData(QByteArray data);
     QCoro::Task<std::optional<QByteArray>> loadCookieData();
 
 private:

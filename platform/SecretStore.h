@@ -9,8 +9,8 @@
 #include <optional>
 
 /// The user's keychain: small secrets, each found by the name of its service.
-/// All operations are asynchronous, because a keychain may ask its owner to unlock it, and end
-/// within a minute whatever the keychain does.
+/// All operations are asynchronous, because a keychain may ask its owner to unlock it. One that is
+/// not answered ends within a minute, and so do those that were begun after it.
 class SecretStore : public QObject {
     Q_OBJECT
 public:

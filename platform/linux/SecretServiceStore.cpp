@@ -16,8 +16,10 @@ namespace {
 
 /// Long enough for somebody who types the keychain's password.
 constexpr auto answerTimeout = 60s;
-/// How long a keychain that did not answer is left alone.
-constexpr auto silencePause = 10min;
+/// How long a keychain that did not answer is left alone, and how long while its prompt may still
+/// be on the screen: prompts pile up, but the library never tells that one went with its keychain.
+constexpr std::chrono::minutes silencePause = 10min;
+constexpr std::chrono::minutes promptPause = 1h;
 
 const SecretSchema& schema() {
     static const SecretSchema schema = {
@@ -62,26 +64,75 @@ std::optional<SecretStore::Item> itemOf(SecretItem* item) {
     return result;
 }
 
+/// A place in the row of operations, from the wish to its end.
+class Turn {
+public:
+    /// `lastEnd` is of the operation before, and then of this one.
+    explicit Turn(OneShot<bool>& lastEnd) : begin(std::exchange(lastEnd, m_end)) {}
+    ~Turn() { m_end.resolve(true); }
+    Q_DISABLE_COPY_MOVE(Turn)
+
+private:
+    const OneShot<bool> m_end;
+
+public:
+    const OneShot<bool> begin;
+};
+
+/// One call of the keychain's library. At its limit it is given up, but not cancelled: that takes
+/// the prompt away from under its owner, which ends some versions of GNOME Keyring altogether.
+/// Until the answer comes, `isOpen` says so.
+class Question {
+public:
+    Question(Clock& clock, const std::shared_ptr<bool>& isOpen)
+        : m_call(clock, answerTimeout), m_isOpen(isOpen) {}
+
+    /// For the callback, which must be called exactly once.
+    void* ask() const {
+        *m_isOpen = true;
+        return new Asked{m_isOpen, m_call.userData()};
+    }
+    const OneShot<GAsyncResult*>& end() const { return m_call.end(); }
+
+    static void answered(GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Asked> asked(static_cast<Asked*>(data));
+        *asked->isOpen = false;
+        GLibCall::finished(source, result, asked->call);
+    }
+
+private:
+    struct Asked {
+        std::shared_ptr<bool> isOpen;
+        void* call;
+    };
+    GLibCall m_call;
+    std::shared_ptr<bool> m_isOpen;
+};
+
 } // namespace
 
 SecretServiceStore::SecretServiceStore(Clock& clock, QObject* parent)
-    : SecretStore(parent), m_clock(clock) {}
+    : SecretStore(parent), m_clock(clock) {
+    m_lastEnd.resolve(true);
+}
 
 QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item item) {
-    if (isSilent())
-        co_return false;
     const QPointer self(this);
+    const Turn turn(m_lastEnd);
+    co_await turn.begin;
+    if (!self || isSilent())
+        co_return false;
     const Attributes wanted(secret_attributes_build(&schema(), "service",
                                                     service.toUtf8().constData(), "account",
                                                     item.account.toUtf8().constData(), nullptr));
     SecretValue* value =
         secret_value_new(item.data.constData(), item.data.size(), "application/octet-stream");
-    GLibCall call(m_clock, answerTimeout);
+    const Question question(m_clock, m_isQuestionOpen);
     secret_service_store(nullptr, &schema(), wanted.get(), SECRET_COLLECTION_DEFAULT,
-                         label.toUtf8().constData(), value, call.cancellable(), GLibCall::finished,
-                         call.userData());
+                         label.toUtf8().constData(), value, nullptr, Question::answered,
+                         question.ask());
     secret_value_unref(value);
-    GAsyncResult* result = co_await call.end();
+    GAsyncResult* result = co_await question.end();
     GErrorSlot error;
     const bool stored = result && secret_service_store_finish(nullptr, result, error.out());
     if (self)
@@ -90,16 +141,18 @@ QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item i
 }
 
 QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString service) {
-    if (isSilent())
-        co_return std::nullopt;
     const QPointer self(this);
+    const Turn turn(m_lastEnd);
+    co_await turn.begin;
+    if (!self || isSilent())
+        co_return std::nullopt;
     const Attributes wanted = attributes(service);
-    GLibCall call(m_clock, answerTimeout);
+    const Question question(m_clock, m_isQuestionOpen);
     secret_service_search(
         nullptr, &schema(), wanted.get(),
-        static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK | SECRET_SEARCH_LOAD_SECRETS),
-        call.cancellable(), GLibCall::finished, call.userData());
-    GAsyncResult* result = co_await call.end();
+        static_cast<SecretSearchFlags>(SECRET_SEARCH_UNLOCK | SECRET_SEARCH_LOAD_SECRETS), nullptr,
+        Question::answered, question.ask());
+    GAsyncResult* result = co_await question.end();
     GErrorSlot error;
     GList* items = result ? secret_service_search_finish(nullptr, result, error.out()) : nullptr;
     std::optional<Item> found;
@@ -112,24 +165,27 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
 }
 
 QCoro::Task<> SecretServiceStore::remove(QString service) {
-    if (isSilent())
-        co_return;
     const QPointer self(this);
+    const Turn turn(m_lastEnd);
+    co_await turn.begin;
+    if (!self || isSilent())
+        co_return;
     Clock& clock = m_clock;
+    const auto isQuestionOpen = m_isQuestionOpen;
     const Attributes wanted = attributes(service);
     // The library's own removal passes over items that are locked.
-    GLibCall search(clock, answerTimeout);
+    const Question search(clock, isQuestionOpen);
     secret_service_search(nullptr, &schema(), wanted.get(),
                           static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK),
-                          search.cancellable(), GLibCall::finished, search.userData());
+                          nullptr, Question::answered, search.ask());
     GAsyncResult* result = co_await search.end();
     GErrorSlot error;
     GList* items = result ? secret_service_search_finish(nullptr, result, error.out()) : nullptr;
     const Use use = items ? Use::changing : Use::reading;
     for (GList* item = items; item && !error; item = item->next) {
-        GLibCall removal(clock, answerTimeout);
-        secret_item_delete(static_cast<SecretItem*>(item->data), removal.cancellable(),
-                           GLibCall::finished, removal.userData());
+        const Question removal(clock, isQuestionOpen);
+        secret_item_delete(static_cast<SecretItem*>(item->data), nullptr, Question::answered,
+                           removal.ask());
         GAsyncResult* removed = co_await removal.end();
         if (!removed) {
             result = nullptr;
@@ -143,7 +199,9 @@ QCoro::Task<> SecretServiceStore::remove(QString service) {
 }
 
 bool SecretServiceStore::isSilent() const {
-    return m_silentSince && m_clock.ticks() - *m_silentSince < silencePause;
+    if (!m_silentSince)
+        return false;
+    return m_clock.ticks() - *m_silentSince < (*m_isQuestionOpen ? promptPause : silencePause);
 }
 
 /// `error` is null when the limit came before an answer.

@@ -2,10 +2,11 @@
 #include "airline/CookieRules.h"
 #include "airline/CookieVault.h"
 #include "airline/StoredCookies.h"
+#include "core/Database.h"
 #include "core/Keychain.h"
 #include "core/TDLog.h"
 #include "platform/CookieStore.h"
-#include "platform/MemorySecretStore.h"
+#include "platform/SecretStore.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
 
@@ -42,7 +43,7 @@ class OneAtATimeStore final : public CookieStore {
 public:
     QCoro::Task<std::optional<QList<WebCookie>>> all() override {
         co_await turn();
-        co_return QList<WebCookie>(cookies);
+        co_return isDead ? std::nullopt : std::optional(cookies);
     }
     QCoro::Task<bool> set(WebCookie cookie) override {
         co_await turn();
@@ -57,6 +58,7 @@ public:
     }
 
     QList<WebCookie> cookies;
+    bool isDead = false;
 
 private:
     QCoro::Task<> turn() {
@@ -68,6 +70,49 @@ private:
     bool m_isBusy = false;
 };
 
+/// A keychain whose owner takes their time; it notes what it is asked for.
+class SlowSecrets final : public SecretStore {
+public:
+    explicit SlowSecrets(Clock& clock) : m_clock(clock) {}
+    QCoro::Task<bool> add(QString service, QString, Item item) override {
+        co_await answer(u"add"_s);
+        if (takes)
+            items.insert(service, item);
+        co_return bool(takes);
+    }
+    QCoro::Task<std::optional<Item>> find(QString service) override {
+        co_await answer(u"find"_s);
+        co_return items.contains(service) ? std::optional(items.value(service)) : std::nullopt;
+    }
+    QCoro::Task<> remove(QString) override {
+        QTest::qFail("nothing is to be removed", __FILE__, __LINE__);
+        co_return;
+    }
+
+    QMap<QString, Item> items;
+    QStringList asked;
+    std::chrono::milliseconds delay{};
+    bool takes = true;
+
+private:
+    QCoro::Task<> answer(QString question) {
+        asked.append(question);
+        if (delay > 0ms)
+            co_await m_clock.sleep(delay);
+        else
+            co_await nextTurn();
+    }
+    Clock& m_clock;
+};
+
+/// Whether the task has ended yet.
+std::shared_ptr<bool> watched(QCoro::Task<> task) {
+    const auto hasEnded = std::make_shared<bool>(false);
+    task.then([hasEnded] { *hasEnded = true; });
+    settle();
+    return hasEnded;
+}
+
 } // namespace
 
 class TestCookies : public QObject {
@@ -77,9 +122,10 @@ class TestCookies : public QObject {
         QTemporaryDir dir;
         ManualClock clock;
         OneAtATimeStore store;
-        MemorySecretStore secrets;
+        SlowSecrets secrets{clock};
         Keychain keychain{secrets};
-        CookieVault vault{store, keychain, clock, Site{}};
+        Database database{dir.path(), clock};
+        CookieVault vault{store, keychain, database, clock, Site{}};
 
         World() { TDLog::start(dir.path() + u"/ui.log"_s, &clock); }
         ~World() {
@@ -98,6 +144,11 @@ class TestCookies : public QObject {
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         }
         QStringList left() const { return names(store.cookies); }
+        /// What the vault of the next run does first.
+        void restoreInNextRun() {
+            CookieVault next(store, keychain, database, clock, Site{});
+            awaited(next.restoreCookiesIfNeeded());
+        }
     };
 
 private Q_SLOTS:
@@ -229,7 +280,7 @@ private Q_SLOTS:
         QVERIFY(world.store.cookies.isEmpty());
         QVERIFY(world.log().isEmpty());
 
-        CookieVault next(world.store, world.keychain, world.clock, Site{});
+        CookieVault next(world.store, world.keychain, world.database, world.clock, Site{});
         next.restoreCookiesIfNeeded();
         next.restoreCookiesIfNeeded();
         settle();
@@ -255,6 +306,166 @@ private Q_SLOTS:
         QCOMPARE(StoredCookies::decode(world.kept()), own);
         QCOMPARE(world.store.cookies, foreign + own);
         QVERIFY(world.log().isEmpty());
+    }
+
+    void whatIsRememberedOfThemIsNoSecret() {
+        World world;
+        const QString key = u"session_cookies"_s;
+        world.store.cookies = {cookie(u"over"_s, u"sas.no"_s, world.clock.now() - moment),
+                               cookie(u"_ga"_s, u"sas.no"_s),
+                               cookie(u"later"_s, u".sas.no"_s, instantFromSeconds(1978307200.5)),
+                               cookie(u"auth0"_s, u"auth.flysas.com"_s)};
+        world.secrets.takes = false;
+        awaited(world.vault.snapshotCookies());
+        QVERIFY(!world.database.get(key));
+        world.secrets.takes = true;
+        awaited(world.vault.snapshotCookies());
+        QCOMPARE(QJsonDocument::fromJson(world.database.get(key)->toUtf8()),
+                 QJsonDocument::fromJson(R"([
+            {"domain":".sas.no", "expires":1000000000.5, "name":"later"},
+            {"domain":"auth.flysas.com", "name":"auth0"}])"));
+    }
+
+    void whatTheBrowserHasIsNotAskedFor_data() {
+        QTest::addColumn<QString>("missing");
+        QTest::addColumn<int>("minutes");
+        QTest::addColumn<bool>("asked");
+        QTest::newRow("all there") << QString() << 0 << false;
+        QTest::newRow("no session cookie") << u"session"_s << 0 << true;
+        QTest::newRow("not the lasting one") << u"lasting"_s << 59 << true;
+        QTest::newRow("one that is over") << u"lasting"_s << 61 << false;
+        QTest::newRow("a tracker's") << u"_ga"_s << 0 << false;
+    }
+    void whatTheBrowserHasIsNotAskedFor() {
+        QFETCH(QString, missing);
+        QFETCH(int, minutes);
+        QFETCH(bool, asked);
+        World world;
+        world.store.cookies = {cookie(u"session"_s, u".sas.no"_s),
+                               cookie(u"lasting"_s, u"flysas.com"_s, world.clock.now() + 1h),
+                               cookie(u"_ga"_s, u"sas.no"_s)};
+        awaited(world.vault.snapshotCookies());
+        world.secrets.asked.clear();
+        world.store.cookies.removeIf([&](const WebCookie& each) { return each.name == missing; });
+        // One of the same name elsewhere is another cookie.
+        world.store.cookies.append(cookie(missing, u"www.sas.no"_s));
+        world.clock.advance(std::chrono::minutes(minutes));
+        world.restoreInNextRun();
+        QCOMPARE(world.secrets.asked, asked ? QStringList{u"find"_s} : QStringList());
+        QCOMPARE(world.left().count(missing), asked ? 2 : 1);
+    }
+
+    void whatIsNotKnownIsAskedFor() {
+        World world;
+        world.keep(StoredCookies::encode({cookie(u"a"_s, u"sas.no"_s)}));
+        // Not knowing what lives, nothing is asked; the next call tries again.
+        world.store.isDead = true;
+        awaited(world.vault.restoreCookiesIfNeeded());
+        QVERIFY(world.secrets.asked.isEmpty());
+        world.store.isDead = false;
+        awaited(world.vault.restoreCookiesIfNeeded());
+        QCOMPARE(world.left(), QStringList{u"a"_s});
+
+        for (const QString& broken : {u"{}"_s, u"[{\"name\":\"a\"}]"_s}) {
+            world.database.set(u"session_cookies"_s, broken);
+            world.store.cookies.clear();
+            world.restoreInNextRun();
+            QCOMPARE(world.left(), QStringList{u"a"_s});
+        }
+    }
+
+    void aSlowKeychainIsNotWaitedFor() {
+        World world;
+        const auto saved = [&](const char* name, std::chrono::seconds left) {
+            return cookie(QString::fromLatin1(name), u"sas.no"_s, world.clock.now() + left);
+        };
+        WebCookie old = saved("renewed", 1h);
+        old.value = u"old"_s;
+        world.keep(StoredCookies::encode({old, saved("missing", 1h), saved("short", 10s)}));
+        world.secrets.delay = 20s;
+        const auto hasEnded = watched(world.vault.restoreCookiesIfNeeded());
+        world.clock.advance(1s - moment);
+        QVERIFY(!*hasEnded);
+        world.clock.advance(moment);
+        QVERIFY(*hasEnded);
+        // The hunt goes on, with whatever it gets by itself, and asks again in vain.
+        const WebCookie renewed = saved("renewed", 2h);
+        world.store.cookies = {renewed};
+        QVERIFY(*watched(world.vault.restoreCookiesIfNeeded()));
+        world.clock.advance(19s - moment);
+        QCOMPARE(world.store.cookies, QList<WebCookie>{renewed});
+        world.clock.advance(moment);
+        QCOMPARE(world.left(), QStringList({u"renewed"_s, u"missing"_s}));
+        QCOMPARE(world.store.cookies.first(), renewed);
+        QVERIFY(*watched(world.vault.restoreCookiesIfNeeded()));
+        QCOMPARE(world.secrets.asked, QStringList{u"find"_s});
+        QCOMPARE(world.log(), "2027-01-15T12:00:01Z cookie-hvelv: noekkelringen svarer ikke ennaa "
+                              "— gaar videre uten\n"
+                              "2027-01-15T12:00:20Z cookie-hvelv: la tilbake 1 SAS-cookies\n");
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void aLateAnswerToAVaultThatIsGone_data() {
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("while it is waited for") << 0;
+        QTest::newRow("later") << 5;
+    }
+    void aLateAnswerToAVaultThatIsGone() {
+        QFETCH(int, seconds);
+        World world;
+        world.keep(StoredCookies::encode({cookie(u"a"_s, u"sas.no"_s)}));
+        world.secrets.delay = 20s;
+        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
+                                                   world.clock, Site{});
+        const auto hasEnded = watched(vault->restoreCookiesIfNeeded());
+        vault->snapshotSoon();
+        world.clock.advance(std::chrono::seconds(seconds));
+        vault.reset();
+        world.clock.advance(1s);
+        QVERIFY(*hasEnded);
+        world.clock.advance(1min);
+        QVERIFY(world.store.cookies.isEmpty());
+        QCOMPARE(world.clock.waiting(), 0);
+    }
+
+    void snapshotsAreWrittenBeside() {
+        World world;
+        world.secrets.delay = 20s;
+        QVERIFY(*watched(world.vault.settled(1h)));
+        world.store.cookies = {cookie(u"a"_s, u"sas.no"_s)};
+        world.vault.snapshotSoon();
+        const auto impatient = watched(world.vault.settled(5s));
+        world.clock.advance(5s - moment);
+        QVERIFY(!*impatient);
+        world.clock.advance(moment);
+        QVERIFY(*impatient);
+        // However often it is wished for meanwhile, there is one more, with what there is then.
+        world.store.cookies = {cookie(u"b"_s, u"sas.no"_s)};
+        world.vault.snapshotSoon();
+        world.vault.snapshotSoon();
+        const auto waiting = watched(world.vault.snapshotCookies());
+        const auto patient = watched(world.vault.settled(1h));
+        world.clock.advance(15s);
+        QCOMPARE(names(*StoredCookies::decode(world.kept())), QStringList{u"a"_s});
+        world.store.cookies.append(cookie(u"c"_s, u"sas.no"_s));
+        world.clock.advance(20s - moment);
+        QVERIFY(!*waiting && !*patient);
+        world.clock.advance(moment);
+        QVERIFY(*waiting && *patient);
+        QCOMPARE(names(*StoredCookies::decode(world.kept())), QStringList{u"b"_s});
+        QCOMPARE(world.secrets.asked, QStringList({u"add"_s, u"add"_s}));
+        QCOMPARE(world.clock.waiting(), 0);
+
+        // Its end is the end of those who wait, too.
+        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
+                                                   world.clock, Site{});
+        vault->snapshotSoon();
+        const auto orphan = watched(vault->settled(1h));
+        vault.reset();
+        settle();
+        QVERIFY(*orphan);
+        world.clock.advance(20s);
+        QCOMPARE(world.clock.waiting(), 0);
     }
 
     void cleaningOnceADay() {

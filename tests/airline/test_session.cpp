@@ -76,11 +76,15 @@ public:
 
     QList<WebCookie> cookies;
     QStringList calls;
+    /// What happens elsewhere while the store works.
+    std::function<void()> meanwhile;
 
 private:
     QCoro::Task<> note(QString call) {
         co_await nextTurn();
         calls.append(u"%1: %2"_s.arg(m_view.loaded.size()).arg(call));
+        if (meanwhile)
+            meanwhile();
     }
     const FakeWebView& m_view;
 };
@@ -105,9 +109,11 @@ class TestSession : public QObject {
         StandBack standBack{database, clock};
         LiveSession session{view,  hostWindow, clock,   database, keychain,
                             state, standBack,  capture, site};
+        /// For tests that make something of the session's themselves.
+        CookieVault vault{view.store, keychain, database, clock, site};
         std::optional<bool> result;
         int finished = 0;
-        std::optional<Capture::Body> captured;
+        std::optional<std::optional<Outcome>> captured;
 
         World() {
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
@@ -141,10 +147,10 @@ class TestSession : public QObject {
         }
 
         void startCapture() {
-            capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 45s)
-                .then([this, world = QPointer(&state)](Capture::Body body) {
+            capture.capture({u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1)}, 45s)
+                .then([this, world = QPointer(&state)](std::optional<Outcome> outcome) {
                     if (world) // it may end after its test
-                        captured = body;
+                        captured = outcome;
                 });
             settle();
             QVERIFY(!captured);
@@ -337,14 +343,14 @@ private Q_SLOTS:
                                                   cookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
         NavHosts navHosts(world.view);
-        CookieVault vault(store, world.keychain, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
         SignInWindow window(world.hostWindow, world.view, world.clock, world.state, world.capture,
                             vault, navHosts, world.site);
         window.openLogin();
         settle();
         // What the vault brought is cleaned as well.
-        QCOMPARE(store.calls, QStringList({u"0: all"_s, u"0: set session"_s, u"0: set _ga"_s,
-                                           u"0: all"_s, u"0: remove _ga"_s}));
+        QCOMPARE(store.calls, QStringList({u"0: all"_s, u"0: all"_s, u"0: set session"_s,
+                                           u"0: set _ga"_s, u"0: all"_s, u"0: remove _ga"_s}));
         QCOMPARE(world.view.loaded.size(), 1);
 
         store.calls.clear();
@@ -585,6 +591,99 @@ private Q_SLOTS:
         world.clock.advance(300s - step - moment);
         world.attempt();
         QCOMPARE(world.result, false);
+    }
+
+    void theUserComesFirst_data() {
+        QTest::addColumn<bool>("whilePruning");
+        QTest::addColumn<bool>("closedAgain");
+        QTest::newRow("window opened for the keychain") << false << false;
+        QTest::newRow("opened and closed for the keychain") << false << true;
+        QTest::newRow("window opened for the pruning") << true << false;
+        QTest::newRow("opened and closed for the pruning") << true << true;
+    }
+    void theUserComesFirst() {
+        QFETCH(bool, whilePruning);
+        QFETCH(bool, closedAgain);
+        World world;
+        NotingStore store(world.view);
+        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
+        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
+                            world.capture, vault, world.session.window(), world.site);
+        const auto open = [&] {
+            world.state.setLoginWindowOpen(true);
+            world.state.setLoginWindowOpen(!closedAgain);
+        };
+        if (whilePruning)
+            store.meanwhile = open;
+        const auto attempt = [&] {
+            world.result.reset();
+            autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
+        };
+        attempt();
+        if (!whilePruning)
+            open();
+        settle();
+        QCOMPARE(world.result, false);
+        QVERIFY(world.view.loaded.isEmpty());
+        QCOMPARE(world.clock.waiting(), 0);
+
+        // What never loaded a page was no attempt.
+        store.meanwhile = nullptr;
+        world.state.setLoginWindowOpen(false);
+        attempt();
+        settle();
+        QCOMPARE(world.view.loaded.size(), 1);
+        // Nor does it go on when the user was there between two steps.
+        world.view.current = form;
+        world.state.setLoginWindowOpen(true);
+        world.state.setLoginWindowOpen(false);
+        world.clock.advance(step);
+        QCOMPARE(world.result, false);
+        QVERIFY(world.view.evaluated.isEmpty());
+    }
+
+    void nothingIsFilledInWhileTheAirlineRefuses() {
+        World world;
+        bool refuses = true;
+        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
+                            world.capture, world.vault, world.session.window(), world.site,
+                            [&refuses] { return refuses; });
+        const auto attempt = [&] {
+            world.result.reset();
+            autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
+        };
+        const QStringList skipped{u"auto-innlogging: hoppet over (SAS ber oss vente)"_s};
+        attempt();
+        // Not even the keychain is asked.
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+
+        // It begins to refuse while the keychain is asked.
+        refuses = false;
+        attempt();
+        refuses = true;
+        settle();
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+        QVERIFY(world.view.loaded.isEmpty());
+
+        // Or at the form. To look where the way has led is allowed.
+        refuses = false;
+        attempt();
+        settle();
+        QCOMPARE(world.view.loaded.size(), 1);
+        world.log();
+        refuses = true;
+        world.view.current = startPage;
+        world.answer(u"waiting"_s, 2);
+        QCOMPARE(world.view.evaluated.size(), 2);
+        QVERIFY(!world.result);
+        world.view.current = form;
+        world.clock.advance(step);
+        QCOMPARE(world.result, false);
+        QCOMPARE(world.log(), skipped);
+        QCOMPARE(world.view.evaluated.size(), 2);
+        QVERIFY(!world.state.isLoginWindowOpen());
     }
 
     void theStepsOfAnAttemptRunOut() {

@@ -183,7 +183,7 @@ private Q_SLOTS:
             QCOMPARE(watchers.size(), 3);
             qsizetype legs = 0;
             for (const Search& watcher : watchers)
-                legs += Legs::ofWatcher(watcher).size();
+                legs += Legs::ofWatcher(watcher, today).size();
             QCOMPARE(legs, 24);
         }
     }

@@ -20,6 +20,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class TestSignIn : public QObject {
     Q_OBJECT

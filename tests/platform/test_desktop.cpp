@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Clock, folders, notifications, the one instance and keychain, each with the real thing on a bus
-// of their own.
-#include "core/Keychain.h"
+// Clock, folders, notifications and the one instance, each with the real thing on a bus of their
+// own.
 #include "platform/linux/DBusInstance.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/GraphicsHardware.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
-#include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/UnixSignals.h"
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
@@ -232,51 +230,6 @@ private Q_SLOTS:
         QDBusConnection::disconnectFromBus(connection);
         QCOMPARE(token, "of the launcher");
         qunsetenv("XDG_ACTIVATION_TOKEN");
-    }
-
-    void aMissingKeychainIsMissedOnce() {
-        SecretServiceStore store(m_clock);
-        const QSignalSpy missing(&store, &SecretStore::unavailable);
-        QVERIFY(!*awaited(store.find(u"x"_s)));
-        const SecretStore::Item item{u"a"_s, "b"};
-        QVERIFY(!*awaited(store.add(u"x"_s, u"label"_s, item)));
-        awaited(store.remove(u"x"_s));
-        QCOMPARE(missing.size(), 1);
-        QVERIFY(missing[0][0].toString().contains(u"gnome-keyring"_s));
-    }
-
-    void secretsInARealKeychain() {
-        QVERIFY(m_bus.startSecretService());
-        SecretServiceStore store(m_clock);
-        const QSignalSpy missing(&store, &SecretStore::unavailable);
-        Keychain keychain(store);
-        QVERIFY(!*awaited(keychain.load()));
-        const Credentials old{u"EBN123456789"_s, u"old"_s};
-        awaited(keychain.save(old.user, old.password));
-        const Credentials details{u"medlem@example.no"_s, u"på«ss\"\\ord'\n🛫 Ω"_s};
-        awaited(keychain.save(details.user, details.password));
-        awaited(keychain.saveCookieData("[1]"));
-        awaited(keychain.saveCookieData(QByteArray(200000, 'c')));
-        const auto loaded = *awaited(keychain.load());
-        QVERIFY2(loaded, qPrintable(missing.value(0).value(0).toString()));
-        QCOMPARE(*loaded, details);
-        QCOMPARE(awaited(keychain.loadCookieData())->value().size(), 200000);
-        awaited(keychain.clear());
-        QVERIFY(!*awaited(keychain.load()));
-        QVERIFY(*awaited(keychain.loadCookieData()));
-        QCOMPARE(missing.size(), 0);
-        // Each time it goes is told once, and that it is back.
-        const QSignalSpy back(&store, &SecretStore::available);
-        m_bus.stopSecretService();
-        for (int outage = 1; outage <= 2; ++outage) {
-            QVERIFY(!*awaited(keychain.loadCookieData()));
-            awaited(keychain.saveCookieData("[2]"));
-            QCOMPARE(missing.size(), outage);
-            QVERIFY(m_bus.startSecretService());
-            QVERIFY(!*awaited(keychain.load()));
-            QCOMPARE(back.size(), outage);
-            m_bus.stopSecretService();
-        }
     }
 };
 

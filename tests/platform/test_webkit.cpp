@@ -97,42 +97,119 @@ private:
         }
     };
 
+    static Leg leg(int day) { return {u"OSL"_s, u"CPH"_s, QDate(2027, 3, day)}; }
+
 private Q_SLOTS:
     void aSiteThatCannotBeReachedEndsTheCapture() {
         World world(m_runtime);
         Capture capture(*world.view, m_clock, world.site);
         const QSignalSpy failed(world.view.get(), &WebView::loadFailed);
-        const auto look = [&](const QString& date) {
-            return *awaited(capture.capture(u"OSL"_s, u"CPH"_s, date, false, 20s));
+        const auto look = [&](int day) {
+            return awaited(capture.capture(leg(day), 20s))->value_or(Outcome()).kind;
         };
-        QVERIFY(look(u"20270301"_s));
+        QCOMPARE(look(1), Outcome::Kind::answer);
         // Loads that make room for others, or are left, have not failed.
         world.view->load(world.page());
         world.view->load(world.page(u"20270302"_s));
         world.view->unload();
-        QVERIFY(look(u"20270303"_s));
+        QCOMPARE(look(3), Outcome::Kind::answer);
         QVERIFY(failed.isEmpty());
 
         world.airline.stop();
         const Ticks began = m_clock.ticks();
-        QVERIFY(!look(u"20270304"_s));
+        QCOMPARE(look(4), Outcome::Kind::unreachable);
         QVERIFY(m_clock.ticks() - began < 10s);
         QCOMPARE(failed.size(), 1);
         QCOMPARE(world.airline.start(), std::nullopt);
-        QVERIFY(look(u"20270305"_s));
+        QCOMPARE(look(5), Outcome::Kind::answer);
         QCOMPARE(failed.size(), 1);
+    }
+
+    void whatBecomesOfALook_data() {
+        QTest::addColumn<QString>("misbehaviour");
+        QTest::addColumn<Outcome>("outcome");
+        QTest::addColumn<int>("seconds");
+        const auto row = [](const char* word, const Outcome& outcome, int seconds) {
+            QTest::newRow(word) << QString::fromLatin1(word) << outcome << seconds;
+        };
+        using Kind = Outcome::Kind;
+        row("errors", {Kind::failed, 200}, 4);
+        row("message", {Kind::refused, 200}, 4);
+        row("wrongshape", {Kind::failed, 200}, 4);
+        row("huge", {Kind::failed, 200}, 6);
+        row("status:500", {Kind::failed, 500}, 5);
+        row("status:429:Fri, 15 Jan 2027 12:20:00 GMT",
+            {Kind::refused, 429, u"Fri, 15 Jan 2027 12:20:00 GMT"_s}, 4);
+        row("unauthorized", {Kind::signedOut, 401}, 4);
+        row("cutoff", {Kind::failed, 0}, 11);
+        row("twice", {Kind::answer, 200}, 3);
+        row("page:503:120", {Kind::refused, 503, u"120"_s}, 11);
+        row("page:500", {Kind::failed, 500}, 11);
+        row("denied", {Kind::refused}, 9);
+        row("signin", {Kind::signedOut}, 9);
+        row("idp", {Kind::signedOut}, 3);
+        row("redirects", {Kind::failed}, 5);
+        row("hang", {Kind::unreachable}, 13);
+        row("never", {Kind::silent}, 13);
+    }
+    /// Real seconds: the slower ones wait for what may still come.
+    void whatBecomesOfALook() {
+        QFETCH(const QString, misbehaviour);
+        QFETCH(Outcome, outcome);
+        QFETCH(const int, seconds);
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        const auto word = standin::Misbehaviour::of(misbehaviour);
+        QVERIFY(word);
+        for (const Flow flow : {Flow::points, Flow::award}) {
+            // One flow is enough for what happens before there is one.
+            if (flow == Flow::award && seconds > 6)
+                break;
+            const Leg asked{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), flow};
+            world.airline.misbehave(u"OSL-CPH-20270301"_s, *word);
+            const Ticks began = m_clock.ticks();
+            auto found = awaited(capture.capture(asked, 12s), 20000)->value_or(Outcome());
+            QVERIFY(m_clock.ticks() - began < std::chrono::seconds(seconds));
+            QCOMPARE(found.fares.isEmpty(), outcome.kind != Outcome::Kind::answer);
+            found.fares.clear();
+            QCOMPARE(found, outcome);
+        }
+    }
+
+    void offersAreSeenHoweverAPageAsksForThem_data() {
+        QTest::addColumn<QString>("script");
+        const QString address = u"'/api/offers/flights?from=OSL&to=CPH&outDate=2027-03-01'"_s;
+        QTest::newRow("an address object") << u"fetch(new URL(%1, location.href));"_s.arg(address);
+        QTest::newRow("a request object") << u"fetch(new Request(%1));"_s.arg(address);
+        QTest::newRow("XHR, as JSON") << u"const x = new XMLHttpRequest(); x.responseType = 'json';"
+                                         u"x.open('GET', %1); x.send();"_s.arg(address);
+        QTest::newRow("XHR, as text")
+            << u"const x = new XMLHttpRequest(); x.open('GET', new URL(%1, location.href));"
+               u"x.send();"_s.arg(address);
+    }
+    void offersAreSeenHoweverAPageAsksForThem() {
+        QFETCH(const QString, script);
+        World world(m_runtime);
+        Capture capture(*world.view, m_clock, world.site);
+        // Its page asks for nothing by itself.
+        world.airline.misbehave(u"*"_s, *standin::Misbehaviour::of(u"signin"_s));
+        world.view->addUserScript(u"addEventListener('load', () => { %1 });"_s.arg(script),
+                                  {world.site.domain});
+        const auto outcome = awaited(capture.capture(leg(1), 5s));
+        QVERIFY(outcome && *outcome);
+        QCOMPARE((*outcome)->kind, Outcome::Kind::answer);
+        QVERIFY(!(*outcome)->fares.isEmpty());
     }
 
     void bothFlowsAreCapturedAndForgeriesAreNot() {
         World world(m_runtime);
         Capture capture(*world.view, m_clock, world.site);
         const QSignalSpy messages(world.view.get(), &WebView::scriptMessage);
-        for (const bool award : {false, true}) {
-            const auto body =
-                *awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, award, 20s));
-            QVERIFY(body);
-            QVERIFY(body->contains("outboundFlights"));
-            QVERIFY(body->contains("2027-03-01T"));
+        for (const Flow flow : {Flow::points, Flow::award}) {
+            const Leg asked{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), flow};
+            const auto outcome = *awaited(capture.capture(asked, 20s));
+            QVERIFY(outcome && !outcome->fares.isEmpty());
+            QCOMPARE(outcome->fares.first().date, u"2027-03-01"_s);
         }
         // The third-party frame asked for offers of its own, with an answer that lies.
         world.view->load(world.page(u"20270303"_s));
@@ -291,17 +368,16 @@ private Q_SLOTS:
     void aDeadNetworkProcessEndsNothingForEver() {
         World world(m_runtime);
         Capture capture(*world.view, m_clock, world.site);
-        QVERIFY(*awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 20s)));
+        QVERIFY(*awaited(capture.capture(leg(1), 20s)));
         for (const pid_t process : descendants("WebKitNetworkPr"))
             ::kill(process, SIGKILL);
         // Whatever comes of it, it comes, and a later load works again.
         awaited(world.view->cookies().all(), 30000);
         awaited(world.view->evaluate(u"'x'"_s), 30000);
-        Capture::Body body;
-        for (int day = 2; !body && day < 8; ++day)
-            body = *awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"2027030%1"_s.arg(day), false, 5s),
-                            30000);
-        QVERIFY(body);
+        Outcome outcome;
+        for (int day = 2; outcome.kind != Outcome::Kind::answer && day < 8; ++day)
+            outcome = awaited(capture.capture(leg(day), 5s), 30000)->value_or(Outcome());
+        QCOMPARE(outcome.kind, Outcome::Kind::answer);
     }
 
     void nothingIsDownloaded() {
@@ -351,8 +427,7 @@ private Q_SLOTS:
         // The rules take a moment to compile; from then on no page fetches a picture.
         const auto pageFetchesNone = [&](int day) {
             const auto before = decorations();
-            const QString date = u"202703%1"_s.arg(day, 2, 10, QChar(u'0'));
-            awaited(capture.capture(u"OSL"_s, u"CPH"_s, date, false, 20s));
+            awaited(capture.capture(leg(day), 20s));
             QTest::qWait(150);
             return decorations() == before;
         };
@@ -368,9 +443,10 @@ private Q_SLOTS:
         World world(m_runtime);
         world.airline.misbehave(u"OSL-CPH-20270301"_s, {standin::Misbehaviour::Kind::Never, {}});
         Capture capture(*world.view, m_clock, world.site);
-        std::optional<Capture::Body> body;
-        capture.capture(u"OSL"_s, u"CPH"_s, u"20270301"_s, false, 60s)
-            .then([&body](Capture::Body result) { body = result; });
+        std::optional<Outcome> outcome;
+        capture.capture(leg(1), 60s).then([&outcome](std::optional<Outcome> result) {
+            outcome = result;
+        });
         QTRY_VERIFY(!world.airline.requests(u"site.localhost"_s)
                          .filter(u"/api/offers/flights?from=OSL&to=CPH&outDate=2027-03-01"_s)
                          .isEmpty());
@@ -378,9 +454,10 @@ private Q_SLOTS:
         QVERIFY(!processes.isEmpty());
         for (const pid_t process : processes)
             ::kill(process, SIGKILL);
-        QTRY_VERIFY(body);
-        QVERIFY(!*body);
-        QVERIFY(*awaited(capture.capture(u"OSL"_s, u"CPH"_s, u"20270302"_s, false, 30s)));
+        QTRY_VERIFY(outcome);
+        QCOMPARE(outcome->kind, Outcome::Kind::failed);
+        const auto next = *awaited(capture.capture(leg(2), 30s));
+        QCOMPARE(next.value_or(Outcome()).kind, Outcome::Kind::answer);
     }
 
     void whatIsStoredIsPrivate() {

@@ -3,6 +3,8 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QDir>
 #include <QTest>
 
@@ -53,6 +55,17 @@ bool TestBus::startSecretService() {
             return bus.interface()->isServiceRegistered(u"org.freedesktop.secrets"_s).value();
         },
         10000);
+}
+
+bool TestBus::lockSecretService() {
+    auto lock =
+        QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                       u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
+    const QList<QDBusObjectPath> keychains{
+        QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)};
+    lock << QVariant::fromValue(keychains);
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(lock);
+    return qdbus_cast<QList<QDBusObjectPath>>(reply.arguments().value(0)) == keychains;
 }
 
 void TestBus::stopSecretService() {

@@ -14,6 +14,8 @@ public:
 
     /// Starts a Secret Service daemon with an unlocked, empty keychain.
     bool startSecretService();
+    /// Locks that keychain; its password is "test".
+    bool lockSecretService();
     void stopSecretService();
     QString home() const { return m_home.path(); }
 
