@@ -30,7 +30,7 @@ xcb_atom_t atom(xcb_connection_t* display, std::string_view name) {
         xcb_intern_atom_reply(display, xcb_intern_atom(display, 0, name.size(), name.data()),
                               nullptr),
         &std::free);
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 AccessibleTree::Wanted named(const QString& text) {
