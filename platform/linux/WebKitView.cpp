@@ -153,18 +153,20 @@ struct WebKitView::Private {
                                      std::exchange(view->d->retryAfter, {}));
     }
 
-    /// The engine's own page about the failure follows, for whoever has the view on the screen.
-    static gboolean loadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
+    /// The engine's own page about the failure follows for whoever has the view on the screen. Off
+    /// it, that page would take the place of the next one that is asked for.
+    static gboolean loadFailed(WebKitWebView* web, WebKitLoadEvent, const char*, GError* error,
                                gpointer self) {
-        auto* view = static_cast<WebKitView*>(self);
         if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
             error->domain == WEBKIT_POLICY_ERROR)
             return FALSE;
         const bool isUnreachable = error->domain == G_IO_ERROR ||
                                    error->domain == G_RESOLVER_ERROR ||
                                    error->domain == G_TLS_ERROR;
-        Q_EMIT view->loadFailed(isUnreachable ? LoadFailure::unreachable : LoadFailure::unusable);
-        return FALSE;
+        const bool isSeen = isOnScreen(web);
+        Q_EMIT static_cast<WebKitView*>(self)->loadFailed(isUnreachable ? LoadFailure::unreachable
+                                                                        : LoadFailure::unusable);
+        return !isSeen;
     }
 
     /// The response comes before its page does.

@@ -42,6 +42,8 @@ private Q_SLOTS:
         for (const QString& option :
              {u"--once"_s, u"--json"_s, u"--demo"_s, u"--version"_s, u"--partners"_s, u"--csv"_s})
             QVERIFY(CommandLine::helpText().contains(option));
+        for (const int most : {Search::mostSeats, Search::mostStops})
+            QVERIFY(CommandLine::helpText().contains(u" til %1)"_s.arg(most)));
     }
 
     void nonsenseIsOneLine_data() {

@@ -30,7 +30,7 @@ xcb_atom_t atom(xcb_connection_t* display, std::string_view name) {
         xcb_intern_atom_reply(display, xcb_intern_atom(display, 0, name.size(), name.data()),
                               nullptr),
         &std::free);
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 AccessibleTree::Wanted named(const QString& text) {
@@ -93,22 +93,24 @@ void Desktop::key(const QString& name) {
 }
 
 bool Desktop::close(const QString& title) {
-    const auto window = xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u'^' + title + u'$'})
-                            .split('\n')
-                            .first()
-                            .toUInt();
-    if (window == 0)
-        return false;
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
-    message.window = window;
     message.type = atom(display.get(), "WM_PROTOCOLS");
     message.data.data32[0] = atom(display.get(), "WM_DELETE_WINDOW");
-    xcb_send_event(display.get(), 0, window, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(display.get());
-    return true;
+    const auto windows =
+        xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u'^' + title + u'$'}).simplified();
+    bool isClosed = false;
+    for (const QByteArray& window : windows.split(' ')) {
+        message.window = window.toUInt();
+        // Checked: what is under way when the connection ends may get lost.
+        const auto sent = xcb_send_event_checked(display.get(), 0, message.window, 0,
+                                                 reinterpret_cast<const char*>(&message));
+        const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
+            xcb_request_check(display.get(), sent), &std::free);
+        isClosed = isClosed || !error;
+    }
+    return isClosed;
 }

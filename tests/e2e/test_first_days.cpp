@@ -188,6 +188,7 @@ private Q_SLOTS:
         const int forms = m_airline->counters().forms;
         QVERIFY(m_desktop.press(u"Logg inn nå"_s));
         // The window that is closed meanwhile comes back for who has signed in.
+        QVERIFY(m_desktop.sees(u"SAS —"_s));
         QVERIFY(Desktop::close(u"Tindra"_s));
         QVERIFY(m_desktop.press(u"Fortsett i bakgrunnen"_s));
         QTRY_VERIFY(!m_desktop.seesNow(u"Overvåkere"_s));
