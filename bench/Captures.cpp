@@ -31,8 +31,8 @@ namespace {
 constexpr int pages = 25;
 constexpr int repeats = 5;
 
-QString date(int day) {
-    return QDate(2027, 3, 1).addDays(day).toString(u"yyyyMMdd"_s);
+Leg legOn(int day) {
+    return {u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1).addDays(day), Flow::points};
 }
 
 double secondsOf(const Clock& clock, const std::function<void()>& work) {
@@ -64,19 +64,19 @@ QList<Result> measureCaptures() {
     const auto captureAll = [&] {
         for (int day = 0; day < pages; ++day) {
             QEventLoop loop;
-            capture.capture(u"OSL"_s, u"CPH"_s, date(day), false, 60s)
-                .then([&loop](Capture::Body body) {
-                    if (!body)
-                        qFatal("a capture gave nothing");
-                    loop.quit();
-                });
+            capture.capture(legOn(day), 60s).then([&loop](std::optional<Outcome> outcome) {
+                if (!outcome || outcome->kind != Outcome::Kind::answer)
+                    qFatal("a capture gave nothing");
+                loop.quit();
+            });
             loop.exec();
         }
     };
     const auto loadAll = [&] {
         for (int day = 0; day < pages; ++day) {
             QEventLoop loop;
-            bare.load(QUrl(SAS::bookingURL(site, u"OSL"_s, u"CPH"_s, date(day))), "reiser",
+            const QString date = legOn(day).date.toString(Qt::ISODate);
+            bare.load(QUrl(SAS::bookingURL(site, u"OSL"_s, u"CPH"_s, date)), "reiser",
                       [&loop] { loop.quit(); });
             loop.exec();
         }
