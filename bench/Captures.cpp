@@ -7,14 +7,12 @@
 #include "airline/SessionState.h"
 #include "airline/SingleSignOn.h"
 #include "bench/BareView.h"
+#include "bench/Hunter.h"
 #include "bench/Results.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
 #include "platform/MemorySecretStore.h"
 #include "platform/linux/LinuxClock.h"
-#include "platform/linux/LinuxFolders.h"
-#include "platform/linux/WebKitRuntime.h"
-#include "platform/linux/WebKitView.h"
 #include "standin/StandIn.h"
 
 #include <QEventLoop>
@@ -44,10 +42,6 @@ double secondsOf(const Clock& clock, const std::function<void()>& work) {
 } // namespace
 
 QList<Result> measureCaptures() {
-    QString problem;
-    const auto runtime = WebKitRuntime::start(LinuxFolders(u"Tindra"_s), problem);
-    if (!runtime)
-        qFatal("%s", qPrintable(problem));
     standin::Options options;
     options.pageDelay = 0ms;
     options.signIn.isEverybodyKnown = true;
@@ -57,7 +51,7 @@ QList<Result> measureCaptures() {
     const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                     airline.idpDomain()};
     LinuxClock clock;
-    const auto view = runtime->makeView(clock);
+    const auto view = webKit().makeView(clock);
     Capture capture(*view, clock, site);
     BareView bare;
 

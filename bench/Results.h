@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+class TestBus;
+
 /// One line of the table: what was measured, against what it is held.
 struct Result {
     QString subject;
@@ -18,9 +20,11 @@ QString table(const QList<Result>& results);
 
 // Each measures one subject; they need a display and GLib's event loop where they load pages.
 QList<Result> measureCaptures();
-QList<Result> measureSignIn();
 QList<Result> measureLookups();
 QList<Result> measureRounds();
+QList<Result> measureTelling();
+/// `bus` gets a keychain.
+QList<Result> measureStream(TestBus& bus);
 QList<Result> measureHits();
 QList<Result> measureState();
 QList<Result> measureWatchers();

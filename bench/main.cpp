@@ -8,20 +8,22 @@
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[]) {
-    const TestBus world;
+    TestBus world;
     PageWindow::prepare();
     const QGuiApplication application(argc, argv);
     const QStringList wanted = QCoreApplication::arguments().sliced(1);
-    const std::pair<QString, QList<Result> (*)()> subjects[] = {
+    const std::pair<QString, std::function<QList<Result>()>> subjects[] = {
         {u"lookups"_s, measureLookups},   {u"rounds"_s, measureRounds},
-        {u"state"_s, measureState},       {u"memory"_s, measureMemory},
-        {u"captures"_s, measureCaptures}, {u"watchers"_s, measureWatchers},
-        {u"hits"_s, measureHits},         {u"window"_s, measureWindow},
+        {u"telling"_s, measureTelling},   {u"state"_s, measureState},
+        {u"memory"_s, measureMemory},     {u"captures"_s, measureCaptures},
+        {u"watchers"_s, measureWatchers}, {u"hits"_s, measureHits},
+        {u"window"_s, measureWindow},     {u"stream"_s, [&world] { return measureStream(world); }},
     };
     QList<Result> results;
     for (const auto& [name, measure] : subjects) {

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Desktop.h"
+
+#include "tests/support/NotificationService.h"
+
+#include <QMutex>
+#include <QTest>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+class TimedService : public NotificationService {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+public:
+    TimedService() : NotificationService({u"body"_s, u"actions"_s}) {}
+
+    qsizetype count() {
+        const QMutexLocker lock(&m_mutex);
+        return m_arrivals.size();
+    }
+    QList<Desktop::Arrival> take() {
+        const QMutexLocker lock(&m_mutex);
+        return std::exchange(m_arrivals, {});
+    }
+
+public Q_SLOTS:
+    uint Notify(const QString& app, uint replaces, const QString& icon, const QString& summary,
+                const QString& body, const QStringList& actions, const QVariantMap& hints,
+                int timeout) {
+        const auto now = std::chrono::steady_clock::now();
+        const QMutexLocker lock(&m_mutex);
+        m_arrivals.append({app, summary, body, now});
+        return NotificationService::Notify(app, replaces, icon, summary, body, actions, hints,
+                                           timeout);
+    }
+
+private:
+    QMutex m_mutex;
+    QList<Desktop::Arrival> m_arrivals;
+};
+
+Desktop::Desktop() {
+    m_there.moveToThread(&m_thread);
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        &m_there, [this] { m_service = new TimedService; }, Qt::BlockingQueuedConnection);
+}
+
+Desktop::~Desktop() {
+    QMetaObject::invokeMethod(
+        &m_there, [this] { delete std::exchange(m_service, nullptr); },
+        Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+QList<Desktop::Arrival> Desktop::take(qsizetype expected) {
+    if (!QTest::qWaitFor([&] { return m_service->count() >= expected; }, 5000))
+        qWarning("the notification service did not get all");
+    return m_service->take();
+}
+
+#include "Desktop.moc"
