@@ -125,7 +125,7 @@ void Capture::receive(const ScriptMessage& message) {
     Outcome outcome = Verdict::ofResponse(response, *m_leg, m_parser);
     if (outcome.kind == Kind::answer)
         conclude(std::move(outcome));
-    else
+    else if (outcome.kind != Kind::silent || !m_held)
         hold(std::move(outcome), response.status == 0 ? timeAfterBrokenRequest : timeForAnotherTry);
 }
 
@@ -136,14 +136,15 @@ void Capture::takePage(const QUrl& url, int status, const QString& retryAfter) {
     m_hasPage = true;
     m_held.reset();
     m_holding.reset();
-    const QString host = url.host().toLower();
-    if (isIn(host, m_site.identityHost)) {
+    m_nextLook.reset();
+    auto outcome = Verdict::ofPage(status, retryAfter.left(100));
+    const bool isRefused = outcome && outcome->kind == Kind::refused;
+    if (isIn(url.host().toLower(), m_site.identityHost) && !isRefused)
         conclude(Kind::signedOut);
-        return;
-    }
-    if (auto outcome = Verdict::ofPage(status, retryAfter.left(100)))
+    else if (outcome)
         hold(std::move(*outcome), timeForAnotherPage);
-    lookLater();
+    else
+        lookLater();
 }
 
 void Capture::lookLater() {

@@ -2,6 +2,7 @@
 #include "airline/SASEngine.h"
 
 #include "airline/SessionKeeper.h"
+#include "airline/Verdict.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
 #include "core/TDLog.h"
@@ -50,14 +51,16 @@ SASEngine::SASEngine(WebView& view, Clock& clock, Database& database, Keychain& 
     connect(&view, &WebView::loadFailed, this, [this](WebView::LoadFailure failure) {
         m_loadFailed = m_loadFailed || failure == WebView::LoadFailure::unreachable;
     });
+    connect(&view, &WebView::pageArrived, this, &SASEngine::heedRefusal);
 }
 
 void SASEngine::setRoundQuestion(std::function<bool()> roundIsRunning) {
     m_roundIsRunning = std::move(roundIsRunning);
 }
 
+/// Not from under the user, or a verification.
 void SASEngine::leavePage() {
-    if (!m_state.isLoginWindowOpen())
+    if (!m_state.isLoginWindowOpen() && !m_probing)
         m_view.unload();
 }
 
@@ -89,16 +92,17 @@ QCoro::Task<std::optional<Kind>> SASEngine::verifyLogin() {
     const auto kind = co_await verify();
     if (!self)
         co_return std::nullopt;
-    m_probing = false;
     if (kind == Kind::answer)
         m_keeper.snapshotSoon();
     else if (kind && isAboutSession(*kind))
         co_await reportLoggedOut();
-    else if (m_state.loginStatus().state == SASLoginStatus::Case::checking)
+    if (self && m_state.loginStatus().state == SASLoginStatus::Case::checking)
         m_state.setLoginStatus(
             before.state == SASLoginStatus::Case::checking ? SASLoginStatus::unknown() : before);
-    if (self)
-        leavePage();
+    if (!self)
+        co_return std::nullopt;
+    m_probing = false;
+    leavePage();
     co_return kind;
 }
 
@@ -118,6 +122,34 @@ QCoro::Task<std::optional<Kind>> SASEngine::verify() {
     co_return kind;
 }
 
+/// Lookups see to their own.
+void SASEngine::heedRefusal(const QUrl&, int status, const QString& retryAfter) {
+    const auto outcome = Verdict::ofPage(status, retryAfter);
+    if (m_isRenewing && outcome && outcome->kind == Kind::refused)
+        m_standBack.refuse(outcome->retryAfter, outcome->status);
+}
+
+QCoro::Task<bool> SASEngine::renewSilently() {
+    const QPointer self(this);
+    m_isRenewing = true;
+    const bool renewed = co_await m_keeper.silentSSORefresh(renewalSteps);
+    if (self)
+        m_isRenewing = false;
+    co_return renewed;
+}
+
+QCoro::Task<bool> SASEngine::signIn() {
+    const QPointer self(this);
+    // Nothing is filled in where somebody asks to be left alone.
+    if (m_standBack.isOn())
+        co_return false;
+    m_isRenewing = true;
+    const bool signedIn = co_await m_keeper.attemptAutoLogin();
+    if (self)
+        m_isRenewing = false;
+    co_return signedIn;
+}
+
 /// First silently, then with the stored details; each has to prove itself by a lookup. What became
 /// of the last one, `before` where none was made.
 QCoro::Task<std::optional<Kind>> SASEngine::renewAndProbe(Kind before) {
@@ -127,9 +159,9 @@ QCoro::Task<std::optional<Kind>> SASEngine::renewAndProbe(Kind before) {
     for (const bool silently : {true, false}) {
         bool isRenewed = false;
         if (silently)
-            isRenewed = co_await m_keeper.silentSSORefresh(renewalSteps);
+            isRenewed = co_await renewSilently();
         else
-            isRenewed = co_await m_keeper.attemptAutoLogin();
+            isRenewed = co_await signIn();
         if (!self)
             co_return std::nullopt;
         if (m_state.isLoginWindowOpen() && silently)
@@ -145,7 +177,9 @@ QCoro::Task<std::optional<Kind>> SASEngine::renewAndProbe(Kind before) {
         if (!isAboutSession(kind))
             co_return kind;
     }
-    // Without a network there was nothing to learn.
+    // Refused, or without a network, there was nothing to learn.
+    if (m_standBack.isOn())
+        co_return Kind::refused;
     if (m_loadFailed && !m_state.isLoginWindowOpen()) {
         m_state.setSiteUnreachable(true);
         kind = Kind::unreachable;
@@ -170,7 +204,7 @@ QCoro::Task<> SASEngine::refreshSessionIfStale() {
     if (!self ||
         (m_state.lastSessionRefresh && m_clock.ticks() - *m_state.lastSessionRefresh < sessionAge))
         co_return;
-    const bool renewed = co_await m_keeper.silentSSORefresh(renewalSteps);
+    const bool renewed = co_await renewSilently();
     if (!self || !renewed || m_state.isLoginWindowOpen())
         co_return;
     const auto outcome = co_await probeLogin();
@@ -192,9 +226,9 @@ QCoro::Task<> SASEngine::refreshSessionIfStale() {
 QCoro::Task<bool> SASEngine::renew() {
     const QPointer self(this);
     m_loadFailed = false;
-    bool renewed = co_await m_keeper.silentSSORefresh(renewalSteps);
+    bool renewed = co_await renewSilently();
     if (self && !renewed)
-        renewed = co_await m_keeper.attemptAutoLogin();
+        renewed = co_await signIn();
     if (self && renewed)
         m_state.lastSessionRefresh = m_clock.ticks();
     co_return renewed;
@@ -204,7 +238,7 @@ QCoro::Task<bool> SASEngine::renew() {
 
 QCoro::Task<> SASEngine::prepare(Progress progress) {
     const QPointer self(this);
-    m_strikes = {};
+    m_strikes.beginWatcher();
     // A verification that began before has the web view, and would take the end of its lookup for a
     // dead session.
     while (m_state.isLoginWindowOpen() || m_probing) {
@@ -262,6 +296,8 @@ QCoro::Task<std::optional<Outcome>> SASEngine::afterStrikes(Leg leg, Outcome las
             co_return std::nullopt;
         if (!isAboutSession(outcome->kind))
             co_return *outcome;
+    } else if (m_standBack.isOn()) {
+        co_return Outcome{Kind::refused};
     } else if (m_loadFailed && !m_state.isLoginWindowOpen()) {
         m_state.setSiteUnreachable(true);
         co_return Outcome{Kind::unreachable};

@@ -43,6 +43,9 @@ private:
     QCoro::Task<std::optional<Outcome::Kind>> renewAndProbe(Outcome::Kind before);
     QCoro::Task<std::optional<Outcome>> afterStrikes(Leg leg, Outcome last, Progress progress);
     QCoro::Task<bool> renew();
+    QCoro::Task<bool> renewSilently();
+    QCoro::Task<bool> signIn();
+    void heedRefusal(const QUrl& url, int status, const QString& retryAfter);
     QCoro::Task<> reportLoggedOut();
     void leavePage();
 
@@ -58,6 +61,7 @@ private:
     Strikes m_strikes;
     bool m_hasAnswers = false;
     bool m_probing = false;
+    bool m_isRenewing = false;
     /// A page could not be fetched since a renewal began.
     bool m_loadFailed = false;
 };

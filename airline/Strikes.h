@@ -5,22 +5,27 @@
 
 #include <utility>
 
-/// Decides from the outcomes of one watcher's legs when the session is to be taken for dead: after
-/// three looks without any answer before them that tell nothing or that it is over, or after two
-/// in a row that tell it is over. It decides once.
+/// Decides from what becomes of looks when the session is to be taken for dead: after three of one
+/// watcher's, without any answer before them, that tell nothing or that it is over, or after two in
+/// a row, of whichever watchers, that tell it is over. It decides once a watcher.
 class Strikes {
 public:
-    /// The next outcome; true when it decides.
+    /// Another watcher's looks follow.
+    void beginWatcher() {
+        m_strikes = 0;
+        m_hasAnswer = false;
+        m_hasDecided = false;
+    }
+
+    /// What became of the next look; true when it decides.
     bool decide(Outcome::Kind kind) {
         using Kind = Outcome::Kind;
-        if (kind == Kind::answer)
-            m_hasAnswer = true;
-        if (kind == Kind::silent || kind == Kind::signedOut)
-            ++m_strikes;
+        m_hasAnswer = m_hasAnswer || kind == Kind::answer;
         m_signedOutInARow = kind == Kind::signedOut ? m_signedOutInARow + 1 : 0;
-        const bool isStrike = kind == Kind::silent || kind == Kind::signedOut;
-        const bool isDead =
-            isStrike && ((m_strikes >= 3 && !m_hasAnswer) || m_signedOutInARow >= 2);
+        if (kind != Kind::silent && kind != Kind::signedOut)
+            return false;
+        ++m_strikes;
+        const bool isDead = (m_strikes >= 3 && !m_hasAnswer) || m_signedOutInARow >= 2;
         return isDead && !std::exchange(m_hasDecided, true);
     }
 

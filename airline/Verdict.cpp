@@ -29,7 +29,9 @@ namespace Verdict {
 
 Outcome ofResponse(const Response& response, const Leg& leg, OfferParser& parser) {
     Outcome outcome{Kind::failed, response.status, response.retryAfter};
-    if (response.status == 401) {
+    if (response.status == 0) {
+        outcome.kind = Kind::silent;
+    } else if (response.status == 401) {
         outcome.kind = Kind::signedOut;
     } else if (isRefusal(response.status)) {
         outcome.kind = Kind::refused;

@@ -15,7 +15,7 @@ namespace Verdict {
 
 /// One response of an offer endpoint, as the page's scripts got it.
 struct Response {
-    /// 0 where the request broke before its answer.
+    /// 0 where the request broke before its answer, as one does that is sent on to another site.
     int status = 0;
     QString retryAfter{};
     /// UTF-8; empty when it was larger than `largestBody`.

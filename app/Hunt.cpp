@@ -104,6 +104,7 @@ void Hunt::start() {
             [this](const PollSummary& summary) { write(takeReport(summary)); });
     // After every round, and when storage has been mended before one.
     connect(&m_worker, &Worker::stored, this, &Hunt::sayWhatStorageTells);
+    connect(&m_worker, &Worker::idle, this, &Hunt::sayIfRefused);
     m_worker.startTimer(usualIntervalMinutes);
 }
 
@@ -141,6 +142,14 @@ void Hunt::sayIfSignedOut() {
     // A session that is only being checked is not back yet.
     if (m_session.loginStatus().state != SASLoginStatus::Case::checking)
         m_saidSignedOut = isSignedOut;
+}
+
+/// Once, since the rounds that are left out say nothing themselves.
+void Hunt::sayIfRefused() {
+    const auto until = m_worker.refusedUntil();
+    const QString text = until ? StandBack::text(*until) : QString();
+    if (std::exchange(m_saidRefusal, text) != text && until)
+        m_output.progress(text + u". Jakten går videre av seg selv."_s);
 }
 
 void Hunt::showStatus() {

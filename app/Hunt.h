@@ -57,6 +57,7 @@ private:
     void sayWhatIsMissing();
     void sayWhatStorageTells();
     void sayIfSignedOut();
+    void sayIfRefused();
     QCoro::Task<> notificationsTaken();
 
     Database& m_database;
@@ -71,6 +72,7 @@ private:
     std::optional<QString> m_saidProblem;
     std::optional<QString> m_saidNotice;
     bool m_saidSignedOut = false;
+    QString m_saidRefusal;
     QList<Match> m_found;
     QList<Match> m_soldOut;
     /// The last round that has ended, and how many have.

@@ -63,13 +63,14 @@ QCoro::Task<> SignIn::confirm() {
         bool isDecided = false;
         if (std::any_of(searches.begin(), searches.end(),
                         [](const Search& search) { return search.enabled; })) {
+            const SASLoginStatus before = m_session.loginStatus();
             co_await m_worker.pollOnce();
             if (!self)
                 co_return;
-            // A round of which no watcher could be looked up says nothing.
-            const auto state = m_session.loginStatus().state;
+            // A round without any answer says nothing; each answer is a new confirmation.
+            const SASLoginStatus& now = m_session.loginStatus();
             isDecided =
-                state == SASLoginStatus::Case::loggedIn || state == SASLoginStatus::Case::loggedOut;
+                now.isLoggedOut() || (now.state == SASLoginStatus::Case::loggedIn && now != before);
         }
         if (!isDecided)
             co_await m_fetcher.verifyLogin();

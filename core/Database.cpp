@@ -232,8 +232,8 @@ QList<Match> Database::untold() {
     return matches;
 }
 
-void Database::markTold(const QList<qint64>& matches) {
-    transaction([&] {
+bool Database::markTold(const QList<qint64>& matches) {
+    return transaction([&] {
         for (const qint64 id : matches)
             m_db.change("DELETE FROM untold WHERE match_id = ?", id);
     });

@@ -100,8 +100,8 @@ public:
     qint64 recordMatch(const Match& match, Telling telling = Telling::isDone);
     /// Offers and sold-out records of which the user is still to be told, in the order of storing.
     QList<Match> untold();
-    /// The user has been told of these, or need not be.
-    void markTold(const QList<qint64>& matches);
+    /// The user has been told of these, or need not be. False when that could not be stored.
+    bool markTold(const QList<qint64>& matches);
     /// The newest offers first; those whose travel date is past are left out.
     QList<Match> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.

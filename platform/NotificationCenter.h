@@ -46,6 +46,8 @@ Q_SIGNALS:
     void opened(const QString& subject);
     /// The user has chosen the notification's own action.
     void actionChosen(const QString& subject);
+    /// The desktop has notifications again, or for the first time in this run.
+    void appeared();
     /// `pending()` has become 0.
     void settled();
 };

@@ -46,7 +46,6 @@ void LookTally::note(const Outcome& outcome) {
         ++m_answers;
         return;
     }
-    ++m_misses;
     if (!m_worst || weight(outcome.kind) > weight(*m_worst)) {
         m_worst = outcome.kind;
         m_status = outcome.status;

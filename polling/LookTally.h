@@ -12,8 +12,6 @@
 class LookTally {
 public:
     void note(const Outcome& outcome);
-    /// The answer of another watcher's look served this one.
-    void noteShared() { ++m_answers; }
 
     /// What the user is told while nobody is signed in.
     static QString signedOutText();
@@ -27,7 +25,6 @@ public:
 
 private:
     int m_answers = 0;
-    int m_misses = 0;
     /// The miss that tells most, and its status.
     std::optional<Outcome::Kind> m_worst;
     int m_status = 0;

@@ -95,10 +95,16 @@ void Notifier::hand(const Notification& notification, qint64 match) {
         told(match);
         return;
     }
-    const auto taken = [self = QPointer(this), match](bool isTaken) {
-        // What the desktop did not take is told at the next start, if it is still worth telling.
-        if (self && isTaken)
+    m_underWay.insert(match);
+    const auto taken = [self = QPointer(this), match, key = notification.subject](bool isTaken) {
+        if (!self)
+            return;
+        self->m_underWay.remove(match);
+        // What the desktop did not take is told when it can, if it is still worth telling.
+        if (isTaken)
             self->told(match);
+        else
+            self->m_recentlyNotified.remove(key);
     };
     m_center.post(notification, taken);
 }
@@ -106,14 +112,16 @@ void Notifier::hand(const Notification& notification, qint64 match) {
 void Notifier::told(qint64 match) {
     if (match <= 0)
         return;
-    if (m_told.isEmpty())
-        QMetaObject::invokeMethod(this, &Notifier::markTold, Qt::QueuedConnection);
     m_told.append(match);
+    if (!std::exchange(m_isMarking, true))
+        QMetaObject::invokeMethod(this, &Notifier::markTold, Qt::QueuedConnection);
 }
 
+/// What cannot be stored is tried again with the next one.
 void Notifier::markTold() {
-    if (const auto matches = std::exchange(m_told, {}); !matches.isEmpty())
-        m_database.markTold(matches);
+    m_isMarking = false;
+    if (!m_told.isEmpty() && m_database.markTold(m_told))
+        m_told.clear();
 }
 
 void Notifier::tellRest() {
@@ -122,6 +130,8 @@ void Notifier::tellRest() {
     for (const Match& match : m_database.untold()) {
         if (!seen.contains(match.searchId))
             seen.insert(match.searchId, m_database.seenCabins(match.searchId));
+        if (m_underWay.contains(match.id) || m_told.contains(match.id))
+            continue;
         if (match.foundAt < oldest || !isStillSo(match, seen[match.searchId]))
             told(match.id);
         else if (match.soldOut)

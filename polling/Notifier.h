@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 class Clock;
@@ -37,8 +38,8 @@ public:
     void notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match = 0);
     /// A seat that another hunter found.
     void notifyCommunityFare(const Match& match);
-    /// Tells what an earlier run stored and could not tell any more, as far as it is younger than
-    /// three hours and still so; the rest is marked without a word.
+    /// Tells what was stored and could not be told, by an earlier run or for want of a desktop, as
+    /// far as it is younger than three hours and still so; the rest is marked without a word.
     void tellRest();
     /// Whether `post` reaches the user now, as far as the settings and the desktop are known.
     bool canPost() const;
@@ -59,6 +60,9 @@ private:
     NotificationCenter& m_center;
     Clock& m_clock;
     QHash<QString, Ticks> m_recentlyNotified;
+    /// Handed to the desktop, which has not answered yet.
+    QSet<qint64> m_underWay;
     /// To be marked together, in this turn of the event loop.
     QList<qint64> m_told;
+    bool m_isMarking = false;
 };

@@ -42,6 +42,12 @@ std::optional<Leg> Turn::next() {
     return leg;
 }
 
+int Turn::size() const {
+    const auto left = std::count_if(m_selected.begin() + m_next, m_selected.end(),
+                                    [this](const Leg& leg) { return !m_taken.contains(leg); });
+    return taken() + static_cast<int>(left);
+}
+
 int Turn::rotationTotal() const {
     return m_legs.size() > Legs::perRound ? static_cast<int>(m_legs.size()) : 0;
 }

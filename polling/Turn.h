@@ -23,8 +23,11 @@ public:
     /// What `next` would give.
     std::optional<Leg> peek() const;
 
-    /// Legs of this turn.
-    int size() const { return static_cast<int>(m_selected.size()); }
+    /// Whether the watcher, as it is now, asks for this leg.
+    bool wants(const Leg& leg) const { return m_legs.contains(leg); }
+
+    /// Legs of this turn, those that were taken before an edit included.
+    int size() const;
     /// Taken of them.
     int taken() const { return static_cast<int>(m_taken.size()); }
     /// All legs of the watcher where one round does not take them all; otherwise 0.

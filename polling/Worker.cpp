@@ -27,9 +27,14 @@ constexpr double shortestIntervalMinutes = 1.0;
 constexpr double longestIntervalMinutes = 7 * 24 * 60;
 constexpr double jitter = 0.1;
 const QString lastPollKey = u"last_poll"_s;
+const QString resumeKey = u"resume_round"_s;
 
 /// News stored and announced before everything else gets its turn: a few milliseconds' worth.
 constexpr qsizetype newsPerStep = 60;
+
+QString cursorKey(qint64 watcher) {
+    return u"lookup_cursor_%1"_s.arg(watcher);
+}
 
 QString ofWatcher(const Search& watcher, const QString& message) {
     return u"søk %1: %2"_s.arg(QString::number(watcher.id), message);
@@ -57,6 +62,7 @@ Worker::Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Cloc
     , m_clock(clock)
     , m_announcer(database, notifier)
     , m_pause(clock) {
+    m_resume = Resume::fromText(database.get(resumeKey).value_or(QString()));
     connect(&m_announcer, &Announcer::matchFound, this, &Worker::matchFound);
     connect(&m_announcer, &Announcer::soldOut, this, &Worker::soldOut);
 }
@@ -80,7 +86,8 @@ double Worker::intervalMinutes(const std::optional<QString>& stored, double othe
 
 std::chrono::milliseconds Worker::jittered(std::chrono::milliseconds interval, double chance) {
     const double factor = 1 - jitter + 2 * jitter * std::clamp(chance, 0.0, 1.0);
-    return std::chrono::milliseconds(std::llround(static_cast<double>(interval.count()) * factor));
+    const auto changed = std::llround(static_cast<double>(interval.count()) * factor);
+    return std::max<std::chrono::milliseconds>(std::chrono::milliseconds(changed), 1min);
 }
 
 QCoro::Task<> Worker::loop(double intervalMinutes) {
@@ -167,8 +174,9 @@ QCoro::Task<bool> Worker::revive() {
     LegFetcher& fetcher = m_fetcher;
     const QPointer self(this);
     const auto kind = co_await fetcher.verifyLogin();
-    // An attempt without a network was none.
-    if (self && kind == Kind::unreachable)
+    // An attempt that learned nothing was none.
+    const bool isDecided = kind == Kind::answer || kind == Kind::signedOut || kind == Kind::silent;
+    if (self && !isDecided)
         m_lastRevivalAttempt.reset();
     co_return !fetcher.loginStatus().isLoggedOut();
 }
@@ -186,15 +194,15 @@ QCoro::Task<PollSummary> Worker::round() {
         Q_EMIT stored();
         co_return round.summary;
     }
-    while (watcher && !round.cut) {
+    while (watcher && !round.isCut) {
         round.begun.insert(watcher->id);
         co_await checkWatcher(*watcher, round);
         if (!self)
             co_return round.summary;
         watcher = nextWatcher(round);
     }
-    if (!round.cut)
-        m_resume.reset();
+    if (!round.isCut)
+        setResume(std::nullopt);
     m_fetcher.rest();
     m_progress = {m_progress.total, m_progress.total};
     m_database.set(
@@ -209,12 +217,28 @@ QCoro::Task<PollSummary> Worker::round() {
 
 /// Those that are new since the round began have a turn too. A round after one that was cut short
 /// is the rest of that one.
-std::optional<Search> Worker::nextWatcher(const Round& round) {
-    QList<Search> waiting = activeWatchers();
-    waiting.removeIf([this, &round](const Search& one) {
+QList<Search> Worker::waiting(const Round& round) {
+    QList<Search> watchers = activeWatchers();
+    watchers.removeIf([this, &round](const Search& one) {
         return round.begun.contains(one.id) || (m_resume && one.id < m_resume->watcher);
     });
-    return waiting.isEmpty() ? std::nullopt : std::optional(waiting.first());
+    return watchers;
+}
+
+std::optional<Search> Worker::nextWatcher(const Round& round) {
+    const auto watchers = waiting(round);
+    return watchers.isEmpty() ? std::nullopt : std::optional(watchers.first());
+}
+
+void Worker::setResume(const std::optional<Resume>& resume) {
+    if (m_resume == resume)
+        return;
+    m_resume = resume;
+    // Only a site that refuses is worth remembering for: others do not come back to the same leg.
+    const bool isKept = resume && !resume->end;
+    const QString text = isKept ? resume->toText() : QString();
+    if (m_database.get(resumeKey).value_or(QString()) != text)
+        m_database.set(resumeKey, text);
 }
 
 void Worker::forgetOldCut() {
@@ -222,7 +246,25 @@ void Worker::forgetOldCut() {
     const bool isOver = m_resume && (watchers.isEmpty() || watchers.last().id < m_resume->watcher ||
                                      (m_resume->end && m_clock.ticks() > *m_resume->end));
     if (isOver)
-        m_resume.reset();
+        setResume(std::nullopt);
+}
+
+QCoro::Task<> Worker::checkWatcher(Search watcher, Round& round) {
+    const QPointer self(this);
+    const int begun = static_cast<int>(round.begun.size());
+    m_progress = {begun - 1, begun + static_cast<int>(waiting(round).size())};
+    m_lookupDone = 0;
+    m_rotationTotal = 0;
+    setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
+    auto visit = this->visit(watcher, round);
+    if (!visit)
+        co_return;
+    ++round.summary.searches;
+    showSize(visit->turn);
+    Q_EMIT changed();
+    co_await lookAtLegs(*visit, round);
+    if (self)
+        endVisit(*visit, round);
 }
 
 /// Absent when there is nothing to look at.
@@ -248,68 +290,50 @@ std::optional<Worker::Visit> Worker::visit(const Search& watcher, Round& round) 
     return visit;
 }
 
-QCoro::Task<> Worker::checkWatcher(Search watcher, Round& round) {
-    const QPointer self(this);
-    const int begun = static_cast<int>(round.begun.size());
-    m_progress = {begun - 1, std::max(begun, static_cast<int>(activeWatchers().size()))};
-    m_lookupDone = 0;
-    m_rotationTotal = 0;
-    setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
-    auto visit = this->visit(watcher, round);
-    if (!visit)
-        co_return;
-    ++round.summary.searches;
-    m_rotationTotal = visit->turn.rotationTotal();
-    m_lookupTotal = visit->turn.size();
-    Q_EMIT changed();
-    co_await lookAtLegs(*visit, round);
-    if (self)
-        endVisit(*visit, round);
-}
-
 QCoro::Task<> Worker::lookAtLegs(Visit& visit, Round& round) {
     const QPointer self(this);
     while (followEdits(visit)) {
         const auto leg = visit.turn.peek();
         if (!leg)
             co_return;
-        showLeg(visit, *leg);
-        const auto shared = round.answers.constFind(*leg);
-        QList<Fare> fares;
-        bool isAnswer = shared != round.answers.constEnd();
-        if (isAnswer) {
-            fares = *shared;
-            visit.tally.noteShared();
-        } else {
-            auto outcome = co_await lookAt(*leg, visit, round);
-            if (!self || round.cut)
+        auto shared = round.answers.find(*leg);
+        // What is waited for here may take hours, and the watcher may be another one afterwards.
+        if (!shared && !std::exchange(visit.isPrepared, true)) {
+            const LegFetcher::Progress progress = progressOf(visit.watcher);
+            co_await m_fetcher.prepare(progress);
+            if (!self)
                 co_return;
-            isAnswer = outcome && outcome->kind == Kind::answer;
-            if (isAnswer)
-                fares = std::move(outcome->fares);
+            continue;
         }
+        showLeg(visit, *leg);
+        std::optional<Outcome> outcome;
+        if (shared) {
+            outcome = Outcome{Kind::answer, 0, {}, std::move(*shared)};
+            visit.tally.note(*outcome);
+            co_await nextTurn();
+        } else {
+            outcome = co_await lookAt(*leg, visit, round);
+        }
+        if (!self || round.isCut)
+            co_return;
+        visit.turn.next();
         // It may have been edited, paused or deleted meanwhile.
         if (!followEdits(visit))
             co_return;
-        visit.turn.next();
-        storeCursor(visit);
-        if (!isAnswer)
+        storeCursor(visit.watcher.id, visit.turn);
+        if (!outcome || outcome->kind != Kind::answer || !visit.turn.wants(*leg))
             continue;
-        co_await take(std::move(fares), *leg, visit, round);
+        co_await take(std::move(outcome->fares), *leg, visit, round);
         if (!self)
             co_return;
     }
 }
 
-/// What became of the leg, noted; sets `cut` when the round is over because of it.
+/// What became of the leg, noted; cuts the round when the next look would only be the same again.
 QCoro::Task<std::optional<Outcome>> Worker::lookAt(Leg leg, Visit& visit, Round& round) {
     const QPointer self(this);
     const LegFetcher::Progress progress = progressOf(visit.watcher);
     std::optional<Outcome> outcome;
-    if (!std::exchange(visit.isPrepared, true))
-        co_await m_fetcher.prepare(progress);
-    if (!self)
-        co_return outcome;
     // A verification that was waited for may have found the session dead.
     if (isSignedOut())
         outcome = Outcome{Kind::signedOut};
@@ -319,31 +343,30 @@ QCoro::Task<std::optional<Outcome>> Worker::lookAt(Leg leg, Visit& visit, Round&
         co_return outcome;
     if (outcome)
         visit.tally.note(*outcome);
-    if (!outcome || endsRound(*outcome, isSignedOut()))
-        noteCut(visit, leg, outcome ? &*outcome : nullptr, round);
-    else if (outcome->kind == Kind::answer && isWantedLater(leg, round))
-        round.answers.insert(leg, outcome->fares);
-    round.hasAnswers = round.hasAnswers || (outcome && outcome->kind == Kind::answer);
+    if (!outcome || endsRound(*outcome, isSignedOut())) {
+        cut(visit, outcome, round);
+    } else if (outcome->kind == Kind::answer) {
+        round.hasAnswers = true;
+        round.answers.offer(leg, outcome->fares, waiting(round), m_clock.today());
+    }
     co_return outcome;
 }
 
-/// The next round goes on with this leg. One that is refused as the first of a round must not stand
-/// in the way of the others.
-void Worker::noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome, Round& round) {
-    round.cut = {visit.watcher.id, leg};
+/// The next round goes on with the leg that cut this one. One that did so as the first of its round
+/// must not stand in the way of the others.
+void Worker::cut(const Visit& visit, const std::optional<Outcome>& outcome, Round& round) {
+    round.isCut = true;
     Turn rest = visit.turn;
-    const bool isRefused = outcome && outcome->kind == Kind::refused;
-    if (isRefused && !round.hasAnswers) {
+    if (outcome && !round.hasAnswers) {
         rest.next();
-        if (const auto cursor = rest.cursor())
-            m_database.set(u"lookup_cursor_%1"_s.arg(visit.watcher.id), QString::number(*cursor));
+        storeCursor(visit.watcher.id, rest);
     }
     std::optional<Ticks> end;
-    if (!isRefused)
+    if (!outcome || outcome->kind != Kind::refused)
         end = m_resume && !round.hasAnswers ? m_resume->end : m_clock.ticks() + resumePatience;
     // Behind its last leg it is the next watcher's turn.
     const auto next = rest.peek();
-    m_resume = next ? Resume{visit.watcher.id, next, end} : Resume{visit.watcher.id + 1, {}, end};
+    setResume(next ? Resume{visit.watcher.id, next, end} : Resume{visit.watcher.id + 1, {}, end});
 }
 
 /// Stores and tells what an answer says, and only then lets the next page be loaded.
@@ -352,14 +375,13 @@ QCoro::Task<> Worker::take(QList<Fare> fares, Leg leg, Visit& visit, Round& roun
     round.summary.fetched += static_cast<int>(fares.size());
     QList<FareNews> news = visit.comparison.compare(leg, fares, m_clock.now());
     for (qsizetype from = 0; from < news.size(); from += newsPerStep) {
-        if (from > 0) {
-            co_await nextTurn();
-            if (!self || !activeWatcher(visit.watcher.id))
-                co_return;
-        }
         const auto count = m_announcer.announce(visit.watcher.id, news.mid(from, newsPerStep));
         round.summary.newAlerts += count.found;
         round.summary.soldOut += count.soldOut;
+        // The screens read everything again, which is a step of its own.
+        co_await nextTurn();
+        if (!self || !activeWatcher(visit.watcher.id))
+            co_return;
     }
     if (!news.isEmpty())
         Q_EMIT stored();
@@ -380,8 +402,7 @@ bool Worker::followEdits(Visit& visit) {
     if (!legs)
         return false;
     visit.turn.plan(std::move(*legs), storedCursor(now->id));
-    m_lookupTotal = std::max(m_lookupDone, visit.turn.size());
-    m_rotationTotal = visit.turn.rotationTotal();
+    showSize(visit.turn);
     return true;
 }
 
@@ -400,31 +421,16 @@ void Worker::endVisit(const Visit& visit, Round& round) {
         return;
     const auto gaps = visit.tally.gaps(visit.turn.size(), *trouble);
     const QString text = ofWatcher(visit.watcher, hasAnswers ? gaps.value_or(*trouble) : *trouble);
-    (hasAnswers && !round.cut ? round.summary.notes : round.summary.errors).append(text);
-}
-
-bool Worker::isWantedLater(const Leg& leg, Round& round) {
-    const auto watchers = activeWatchers();
-    return std::any_of(watchers.begin(), watchers.end(), [&](const Search& one) {
-        if (round.begun.contains(one.id))
-            return false;
-        // A wide watcher has thousands of route pairs.
-        auto& [from, legs] = round.plans[one.id];
-        if (from != criteria(one)) {
-            from = criteria(one);
-            legs = Legs::allOf(one, m_clock.today()).value_or(Legs::All());
-        }
-        return legs.contains(leg);
-    });
+    (hasAnswers && !round.isCut ? round.summary.notes : round.summary.errors).append(text);
 }
 
 qint64 Worker::storedCursor(qint64 watcher) {
-    return m_database.get(u"lookup_cursor_%1"_s.arg(watcher)).value_or(QString()).toLongLong();
+    return m_database.get(cursorKey(watcher)).value_or(QString()).toLongLong();
 }
 
-void Worker::storeCursor(const Visit& visit) {
-    if (const auto cursor = visit.turn.cursor())
-        m_database.set(u"lookup_cursor_%1"_s.arg(visit.watcher.id), QString::number(*cursor));
+void Worker::storeCursor(qint64 watcher, const Turn& turn) {
+    if (const auto cursor = turn.cursor())
+        m_database.set(cursorKey(watcher), QString::number(*cursor));
 }
 
 LegFetcher::Progress Worker::progressOf(const Search& watcher) {
@@ -440,6 +446,11 @@ void Worker::showLeg(const Visit& visit, const Leg& leg) {
     m_lookupDone = visit.turn.taken() + 1;
     setStatus(
         u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.origin, leg.destination));
+}
+
+void Worker::showSize(const Turn& turn) {
+    m_lookupTotal = turn.size();
+    m_rotationTotal = turn.rotationTotal();
 }
 
 QList<Search> Worker::activeWatchers() {

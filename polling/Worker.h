@@ -7,10 +7,11 @@
 #include "polling/FareComparison.h"
 #include "polling/LookTally.h"
 #include "polling/PollSummary.h"
+#include "polling/Resume.h"
+#include "polling/SharedAnswers.h"
 #include "polling/Turn.h"
 
 #include <QCoroTask>
-#include <QHash>
 #include <QObject>
 #include <QSet>
 
@@ -99,13 +100,9 @@ private:
         PollSummary summary;
         /// Watchers that have had their turn, or have it.
         QSet<qint64> begun;
-        /// Answered legs that a later watcher of the round wants too.
-        QHash<Leg, QList<Fare>> answers;
+        SharedAnswers answers;
         bool hasAnswers = false;
-        /// The legs of watchers whose turn is to come, with what they were made from.
-        QHash<qint64, std::pair<Search, Legs::All>> plans;
-        /// The leg that ended it early, with its watcher.
-        std::optional<std::pair<qint64, Leg>> cut;
+        bool isCut = false;
     };
     /// One watcher's part of it.
     struct Visit {
@@ -115,34 +112,28 @@ private:
         LookTally tally;
         bool isPrepared = false;
     };
-    /// Where the next round goes on, when the last one was cut short.
-    struct Resume {
-        qint64 watcher = 0;
-        std::optional<Leg> leg;
-        /// When that is no longer worth it, since all has become old; absent for a site that
-        /// refuses, or its last legs would never have their turn.
-        std::optional<Ticks> end;
-    };
 
     QCoro::Task<> loop(double intervalMinutes);
     std::chrono::milliseconds untilNextRound(double intervalMinutes) const;
-    QCoro::Task<PollSummary> round();
     QCoro::Task<bool> revive();
+    QCoro::Task<PollSummary> round();
+    QList<Search> waiting(const Round& round);
     std::optional<Search> nextWatcher(const Round& round);
-    std::optional<Visit> visit(const Search& watcher, Round& round);
     QCoro::Task<> checkWatcher(Search watcher, Round& round);
+    std::optional<Visit> visit(const Search& watcher, Round& round);
     QCoro::Task<> lookAtLegs(Visit& visit, Round& round);
     QCoro::Task<std::optional<Outcome>> lookAt(Leg leg, Visit& visit, Round& round);
     QCoro::Task<> take(QList<Fare> fares, Leg leg, Visit& visit, Round& round);
     bool followEdits(Visit& visit);
     void endVisit(const Visit& visit, Round& round);
-    bool isWantedLater(const Leg& leg, Round& round);
-    void noteCut(const Visit& visit, const Leg& leg, const Outcome* outcome, Round& round);
+    void cut(const Visit& visit, const std::optional<Outcome>& outcome, Round& round);
+    void setResume(const std::optional<Resume>& resume);
     void forgetOldCut();
     qint64 storedCursor(qint64 watcher);
-    void storeCursor(const Visit& visit);
+    void storeCursor(qint64 watcher, const Turn& turn);
     LegFetcher::Progress progressOf(const Search& watcher);
     void showLeg(const Visit& visit, const Leg& leg);
+    void showSize(const Turn& turn);
     QList<Search> activeWatchers();
     std::optional<Search> activeWatcher(qint64 id);
     void setStatus(const QString& text);

@@ -103,6 +103,7 @@ void DBusNotifications::takeCapabilities() {
         fail(reply.error().message());
     } else {
         m_abilities = reply.value();
+        Q_EMIT appeared();
         const auto waiting = std::exchange(m_waiting, {});
         for (const Waiting& one : waiting)
             send(one.notification, one.answer);

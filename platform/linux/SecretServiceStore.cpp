@@ -65,12 +65,12 @@ std::optional<SecretStore::Item> itemOf(SecretItem* item) {
 }
 
 /// A place in the row of operations, from the wish to its end.
-class Turn {
+class Place {
 public:
     /// `lastEnd` is of the operation before, and then of this one.
-    explicit Turn(OneShot<bool>& lastEnd) : begin(std::exchange(lastEnd, m_end)) {}
-    ~Turn() { m_end.resolve(true); }
-    Q_DISABLE_COPY_MOVE(Turn)
+    explicit Place(OneShot<bool>& lastEnd) : begin(std::exchange(lastEnd, m_end)) {}
+    ~Place() { m_end.resolve(true); }
+    Q_DISABLE_COPY_MOVE(Place)
 
 private:
     const OneShot<bool> m_end;
@@ -118,7 +118,7 @@ SecretServiceStore::SecretServiceStore(Clock& clock, QObject* parent)
 
 QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item item) {
     const QPointer self(this);
-    const Turn turn(m_lastEnd);
+    const Place turn(m_lastEnd);
     co_await turn.begin;
     if (!self || isSilent())
         co_return false;
@@ -142,7 +142,7 @@ QCoro::Task<bool> SecretServiceStore::add(QString service, QString label, Item i
 
 QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString service) {
     const QPointer self(this);
-    const Turn turn(m_lastEnd);
+    const Place turn(m_lastEnd);
     co_await turn.begin;
     if (!self || isSilent())
         co_return std::nullopt;
@@ -166,7 +166,7 @@ QCoro::Task<std::optional<SecretStore::Item>> SecretServiceStore::find(QString s
 
 QCoro::Task<> SecretServiceStore::remove(QString service) {
     const QPointer self(this);
-    const Turn turn(m_lastEnd);
+    const Place turn(m_lastEnd);
     co_await turn.begin;
     if (!self || isSilent())
         co_return;

@@ -250,7 +250,16 @@ private Q_SLOTS:
         row("503", response(someBody, 503), {Kind::refused, 503}, 3);
         row("401", response(R"({"error":"not signed in"})", 401), {Kind::signedOut, 401}, 3);
         row("a huge body", response(QByteArray(largestBody + 1, 'x')), {Kind::failed, 200}, 3);
-        row("a request that broke", response("", 0), {Kind::failed, 0}, 10);
+        // As one does that is sent on to the identity provider's host.
+        row("a request that broke", response("", 0), {Kind::silent, 0}, 10);
+        row(
+            "a refusal, and then a request that broke",
+            [url](World& world) {
+                world.view.arrive();
+                world.view.sendFromHook(url, "{}", 429);
+                world.view.sendFromHook(url, "", 0);
+            },
+            {Kind::refused, 429}, 3);
         row(
             "an error, then the offers",
             [url](World& world) {
@@ -260,6 +269,19 @@ private Q_SLOTS:
             },
             {Kind::answer, 200}, 0);
         row("a page that refuses", page(429, u"soon"_s), {Kind::refused, 429, u"soon"_s}, 10);
+        row(
+            "a page that refuses and says so",
+            [](World& world) {
+                world.view.shown = u"page 429 Too Many Requests"_s;
+                world.view.arrive(429, u"120"_s);
+            },
+            {Kind::refused, 429, u"120"_s}, 10);
+        row(
+            "an identity provider that refuses",
+            [](World& world) {
+                world.view.arrive(429, u"120"_s, QUrl(u"https://id.localhost/login"_s));
+            },
+            {Kind::refused, 429, u"120"_s}, 10);
         row("a page that fails", page(500), {Kind::failed, 500}, 10);
         row(
             "a challenge that lets us through",
@@ -724,6 +746,55 @@ private Q_SLOTS:
         world.clock.advance(20min);
         world.run(2);
         QCOMPARE(world.kinds(), QList<Kind>(2, Kind::answer));
+    }
+
+    void watchersOfOneDateFindOutTogether() {
+        World world;
+        world.keeper.silent = {false};
+        world.keeper.automatic = {false};
+        world.airline = &World::askToSignIn;
+        world.run(1);
+        QVERIFY(!world.engine.loginStatus().isLoggedOut());
+        world.run(1);
+        QVERIFY(world.engine.loginStatus().isLoggedOut());
+        QCOMPARE(world.notices.size(), 1);
+    }
+
+    void aRefusalWhileRenewingEndsIt_data() {
+        QTest::addColumn<bool>("verifies");
+        QTest::newRow("in a batch") << false;
+        QTest::newRow("in a verification") << true;
+    }
+    void aRefusalWhileRenewingEndsIt() {
+        QFETCH(const bool, verifies);
+        World world;
+        world.airline = &World::askToSignIn;
+        world.keeper.silent = {false};
+        world.keeper.whileRenewing = [&world] {
+            world.view.arrive(429, u"600"_s, QUrl(u"https://id.localhost/login"_s));
+        };
+        if (verifies) {
+            QCOMPARE(world.verify(), Kind::refused);
+        } else {
+            world.run(2);
+            QCOMPARE(world.kinds(), QList<Kind>({Kind::signedOut, Kind::refused}));
+        }
+        QVERIFY(world.standBack.isOn());
+        QVERIFY(!world.keeper.calls.contains(u"auto"_s));
+        QVERIFY(!world.engine.loginStatus().isLoggedOut());
+        QVERIFY(world.notices.isEmpty());
+    }
+
+    void aVerificationKeepsItsPage() {
+        World world;
+        world.engine.verifyLogin();
+        settle();
+        // As a round does that has nothing to look at.
+        world.engine.rest();
+        QCOMPARE(world.view.unloads, 0);
+        world.view.sendFromHook(offersAddress(u"20270116"_s), someBody);
+        settle();
+        QCOMPARE(world.view.unloads, 1);
     }
 
     void anEngineThatGoesAwayInTheMiddle() {

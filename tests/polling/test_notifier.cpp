@@ -3,6 +3,7 @@
 #include "polling/Notifier.h"
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/RawSql.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -173,12 +174,33 @@ private Q_SLOTS:
         match.searchId = 1;
         match.foundAt = world.clock.now();
         match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.database.upsertSeen(1, match.key, {match.cabin}, {});
         world.center.isThere = false;
         world.notifier.notifyNewFare(match);
         settle();
         QCOMPARE(world.database.untold().size(), 1);
+        // It is told when there is a desktop, once, and marked when the disk lets it.
+        world.center.isThere = true;
+        world.center.posted.clear();
+        world.notifier.tellRest();
+        world.notifier.tellRest();
+        QCOMPARE(world.center.posted.size(), 1);
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE DELETE ON untold BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        settle();
+        QCOMPARE(world.database.untold().size(), 1);
+        runOn(world.dir.path(), "DROP TRIGGER refuse;");
+        world.notifier.tellRest();
+        QCOMPARE(world.center.posted.size(), 1);
+        match.cabin = u"first"_s;
+        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.notifier.notifyNewFare(match);
+        settle();
+        QVERIFY(world.database.untold().isEmpty());
+
         // What the user has switched off is not owed to them.
         world.database.set(u"native_notify"_s, u"0"_s);
+        match.id = world.database.recordMatch(match, Database::Telling::isDue);
         Notifier(world.database, world.center, world.clock).notifyNewFare(match);
         settle();
         QVERIFY(world.database.untold().isEmpty());

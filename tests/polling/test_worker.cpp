@@ -263,33 +263,44 @@ private Q_SLOTS:
         settle();
     }
 
-    void aSiteThatRefusesNowAndThenIsSeenAllTheSame_data() {
-        using Refuses = std::function<bool(const Leg&, int)>;
-        QTest::addColumn<Refuses>("refuses");
+    void whatCutsRoundsShortIsNotInTheWay_data() {
+        using Cuts = std::function<bool(const Leg&, int)>;
+        QTest::addColumn<Cuts>("cuts");
+        QTest::addColumn<Outcome::Kind>("kind");
         QTest::addColumn<int>("seen");
-        QTest::newRow("every second look")
-            << Refuses([](const Leg&, int look) { return look % 2 == 0; }) << 12;
-        QTest::newRow("a date, always")
-            << Refuses([](const Leg& leg, int) { return leg.date.day() == 3; }) << 10;
-        QTest::newRow("the first leg, always") << Refuses([](const Leg& leg, int) {
+        const Cuts everySecond = [](const Leg&, int look) { return look % 2 == 0; };
+        const Cuts aDate = [](const Leg& leg, int) { return leg.date.day() == 3; };
+        const Cuts theFirst = [](const Leg& leg, int) {
             return leg.destination == u"CPH" && leg.date.day() == 1;
-        }) << 11;
+        };
+        constexpr auto refused = Outcome::Kind::refused;
+        constexpr auto unreachable = Outcome::Kind::unreachable;
+        QTest::newRow("every second look is refused") << everySecond << refused << 12;
+        QTest::newRow("a date is refused") << aDate << refused << 10;
+        QTest::newRow("the first leg is refused") << theFirst << refused << 11;
+        QTest::newRow("a date never comes") << aDate << unreachable << 10;
+        QTest::newRow("the first leg never comes") << theFirst << unreachable << 11;
     }
-    void aSiteThatRefusesNowAndThenIsSeenAllTheSame() {
-        QFETCH(const std::function<bool(const Leg&, int)>, refuses);
+    void whatCutsRoundsShortIsNotInTheWay() {
+        QFETCH(const std::function<bool(const Leg&, int)>, cuts);
+        QFETCH(const Outcome::Kind, kind);
         World world;
         world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-03-06"_s);
         world.add(u"LHR"_s, u"2027-03-01"_s, u"2027-03-06"_s);
         int looks = 0;
         QSet<Leg> answered;
         world.airline.outcome = [&](const Leg& leg) {
-            if (refuses(leg, ++looks))
-                return Outcome{Outcome::Kind::refused, 429};
+            if (cuts(leg, ++looks))
+                return Outcome{kind};
             answered.insert(leg);
             return outcomeOf(leg, 1);
         };
-        for (int i = 0; i < 24; ++i)
-            world.round();
+        for (int i = 0; i < 24; ++i) {
+            // As when a program without a window is started for each round.
+            Worker worker(world.database, world.airline, world.notifier, world.clock);
+            awaited((kind == Outcome::Kind::refused ? worker : world.worker).pollOnce());
+            world.clock.advance(10min);
+        }
         QTEST(static_cast<int>(answered.size()), "seen");
         QCOMPARE(world.database.recentMatches(100).size(), answered.size());
     }
@@ -343,6 +354,27 @@ private Q_SLOTS:
                                      u"2027-03-01-OSL-LHR-SK1"_s, u"2027-03-02-OSL-LHR-SK1"_s}));
         QCOMPARE(summary.searches, 2);
         QCOMPARE(world.worker.progress(), (Worker::Progress{2, 2}));
+    }
+
+    void aWindowThatIsMovedInTheMiddle() {
+        World world;
+        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-03-04"_s);
+        world.airline.outcome = [&world](const Leg& leg) {
+            if (world.airline.looked.size() == 2) {
+                Search edited = world.database.listSearches().first();
+                edited.dateFrom = u"2027-03-10"_s;
+                edited.dateTo = u"2027-03-12"_s;
+                world.database.updateSearch(edited);
+            }
+            return outcomeOf(leg, 1);
+        };
+        world.round();
+        QCOMPARE(world.days(), QList<int>({1, 2, 10, 11, 12}));
+        // What was looked at meanwhile is not wanted any more.
+        QCOMPARE(world.found.size(), 4);
+        QCOMPARE(world.found[1].travelDate, u"2027-03-10"_s);
+        QCOMPARE(world.worker.lookupDone(), 5);
+        QCOMPARE(world.worker.lookupTotal(), 5);
     }
 
     void aFindIsToldBeforeTheNextPageIsLoaded() {
@@ -399,7 +431,8 @@ private Q_SLOTS:
 
         for (int i = 0; i < 6; ++i) {
             const PollSummary nothing = world.round();
-            QCOMPARE(nothing.errors, QStringList{u"søk 2: "_s + text});
+            QCOMPARE(nothing.errors.size(), 1);
+            QVERIFY(nothing.errors[0].endsWith(u": "_s + text));
             QCOMPARE(nothing.soldOut, 0);
         }
         QCOMPARE(world.database.recentMatches(10).size(), 3);
@@ -598,6 +631,7 @@ private Q_SLOTS:
         QCOMPARE(world.rounds, 7);
         QCOMPARE(Worker::jittered(10min, 0), std::chrono::milliseconds(9min));
         QCOMPARE(Worker::jittered(10min, 1), std::chrono::milliseconds(11min));
+        QCOMPARE(Worker::jittered(1min, 0), std::chrono::milliseconds(1min));
     }
 
     void datesWithoutDataSellNothingOut() {

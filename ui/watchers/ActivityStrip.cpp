@@ -27,9 +27,10 @@ void ActivityStrip::follow() {
                 if (watcher.enabled)
                     planned.append(Legs::countOfRound(watcher, m_clock.today()));
             }
-            m_pace.emplace(std::move(planned));
+            const auto total = std::max(0, m_worker.progress().total);
+            m_pace.emplace(planned.last(std::min<qsizetype>(total, planned.size())));
         }
-        // Watchers may have been added since.
+        // Watchers may have been added since, and the rest of a round leaves out the first ones.
         m_pace->grow(m_worker.progress().total);
         m_pace->note(m_worker.progress().done, m_worker.lookupDone(), m_worker.lookupTotal(),
                      m_clock.ticks());
