@@ -65,6 +65,8 @@ void Ledger::noteStored(int run, Database& database) {
 Ledger::Account Ledger::account() const {
     Account account;
     account.lost = m_gone;
+    if (m_gone > 0)
+        account.complaints.append(u"stored, and gone again: %1"_s.arg(m_gone));
     account.cutShort = m_cutShort;
     for (const Row& row : m_rows)
         ++(row.match.soldOut ? account.soldOuts : account.finds);
