@@ -27,9 +27,10 @@ double number(const std::optional<QString>& text) {
     return std::isfinite(value) ? value : 0;
 }
 
+/// Rounded up, so that nobody is told a time that has passed.
 QString timeOfDay(Instant instant) {
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(secondsSince1970(instant) * 1000))
-        .toString(u"HH:mm"_s);
+    const double minutes = std::ceil(std::round(secondsSince1970(instant)) / 60);
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(minutes) * 60).toString(u"HH:mm"_s);
 }
 
 } // namespace
@@ -103,5 +104,5 @@ void StandBack::lift() {
 }
 
 QString StandBack::text(Instant until) {
-    return u"SAS ber oss vente til %1."_s.arg(timeOfDay(until));
+    return u"SAS ber oss vente til "_s + timeOfDay(until);
 }

@@ -34,7 +34,8 @@ public:
     /// The user wants to try now.
     void lift();
 
-    /// What the user is told, such as "SAS ber oss vente til 14:32.".
+    /// What the user is told, such as "SAS ber oss vente til 14:32", in the user's time zone and
+    /// never too early.
     static QString text(Instant until);
 
 Q_SIGNALS:

@@ -135,7 +135,8 @@ restore    Henter dem inn fra en slik fil, som sjekkes først. Det som var der, 
 Alle kommandoene tar --demo, og gjelder da demoens egen datamappe.
 
 Sluttkode: 0 det gikk bra (hunt uten --once: jakten ble avbrutt), 1 Tindra kunne ikke gjøre det,
-2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS, 5 runden ble avbrutt.
+2 feil bruk, 3 minst én overvåker feilet, 4 utlogget hos SAS, 5 runden ble avbrutt, 6 SAS ber oss
+vente.
 
 Miljø: TINDRA_SITE_ORIGIN, TINDRA_SITE_DOMAIN, TINDRA_IDP_HOST og TINDRA_IDP_DOMAIN peker Tindra
 mot et annet nettsted enn SAS, for eksempel tindra-standin.

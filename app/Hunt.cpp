@@ -63,7 +63,7 @@ QCoro::Task<int> Hunt::once() {
     if (!self)
         co_return cannotStart;
     if (refusedUntil)
-        summary.errors.append(StandBack::text(*refusedUntil));
+        summary.errors.append(StandBack::text(*refusedUntil) + u'.');
     sayWhatStorageTells();
     write(takeReport(summary));
     // Others' finds are announced too, so this comes first.

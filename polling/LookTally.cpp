@@ -58,7 +58,7 @@ std::optional<QString> LookTally::trouble(std::optional<Instant> refusedUntil,
     if (!m_worst)
         return std::nullopt;
     if (*m_worst == Kind::refused)
-        return refusedUntil ? StandBack::text(*refusedUntil) : u"SAS ber oss vente."_s;
+        return (refusedUntil ? StandBack::text(*refusedUntil) : u"SAS ber oss vente"_s) + u'.';
     if (*m_worst == Kind::unreachable)
         return u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
     if (isSignedOut)

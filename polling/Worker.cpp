@@ -115,7 +115,7 @@ std::optional<QString> Worker::whyNoRound() const {
     if (isSignedOut())
         return LookTally::signedOutText();
     if (const auto until = refusedUntil())
-        return StandBack::text(*until);
+        return StandBack::text(*until) + u'.';
     return std::nullopt;
 }
 

@@ -129,6 +129,15 @@ const Screen signedOut(u"window-signed-out"_s, [](Shot& shot) {
     });
 });
 
+const Screen refused(u"window-refused"_s, [](Shot& shot) {
+    show(shot, [](WindowWorld& world) {
+        hunting(world);
+        world.standBack.refuse({}, 429);
+        world.lastPollWas(1284, {u"søk 3: 36 av 40 oppslag fikk ikke svar. SAS ber oss vente til "
+                                 "12:15."_s});
+    });
+});
+
 const Screen asking(u"window-closing"_s, {880, 600}, [](Shot& shot) {
     auto& world = show(shot, hunting);
     world.tray.isThere = false;

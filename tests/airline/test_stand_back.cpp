@@ -4,6 +4,7 @@
 #include "core/Database.h"
 #include "tests/support/ManualClock.h"
 
+#include <QDateTime>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -91,6 +92,16 @@ private Q_SLOTS:
         // The user's wish changes nothing about the site.
         standBack.refuse({}, 503);
         QCOMPARE(world.left(standBack), std::chrono::seconds(30min));
+    }
+
+    void whatIsTold() {
+        World world;
+        world.clock.setWallClock(1s);
+        StandBack standBack(world.database, world.clock);
+        standBack.refuse(u"60"_s, 429);
+        const QString time =
+            QDateTime(QDate(2027, 1, 15), QTime(12, 2), Qt::UTC).toLocalTime().toString(u"HH:mm"_s);
+        QCOMPARE(StandBack::text(*standBack.until()), u"SAS ber oss vente til "_s + time);
     }
 
     void itIsKeptOverARestart() {

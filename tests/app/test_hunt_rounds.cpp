@@ -45,6 +45,8 @@ class TestHuntRounds : public QObject {
     };
 
 private Q_SLOTS:
+    void initTestCase() { qputenv("TZ", "UTC"); }
+
     void exitCodes() {
         World world;
         QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));

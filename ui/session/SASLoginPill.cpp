@@ -26,7 +26,7 @@ SASLoginPill::SASLoginPill(SessionState& session, StandBack& standBack, Actions 
 QString SASLoginPill::text() const {
     const SASLoginStatus& status = m_session.loginStatus();
     if (isRefused())
-        return u"SAS ber oss vente til "_s + shortTime(*m_standBack.until());
+        return StandBack::text(*m_standBack.until());
     if (m_session.isSiteUnreachable() && !isChecking() && !isLoggedOut())
         return u"Får ikke kontakt med SAS"_s;
     switch (status.state) {
