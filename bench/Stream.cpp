@@ -5,6 +5,7 @@
 #include "bench/Hunter.h"
 #include "bench/MutePrompter.h"
 #include "bench/Results.h"
+#include "bench/Timing.h"
 #include "core/DateFmt.h"
 #include "standin/Inventory.h"
 #include "tests/support/TestBus.h"
@@ -19,23 +20,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using SteadyClock = std::chrono::steady_clock;
-using TimePoint = SteadyClock::time_point;
 using standin::Misbehaviour;
 
 constexpr int manyDates = 40;
 
-double secondsFrom(TimePoint start, TimePoint end) {
-    return std::chrono::duration<double>(end - start).count();
-}
-
 QString inSeconds(double value) {
     return u"%1 s"_s.arg(value, 0, 'f', 2);
-}
-
-double median(QList<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 Result count(const QString& subject, qsizetype found, qsizetype goal) {
@@ -256,7 +246,11 @@ QList<Result> measureDeadSession() {
         if (hunter.state.loginStatus().isLoggedOut() && out == TimePoint{})
             out = SteadyClock::now();
     });
+    const qsizetype before = scene.signInRequests();
     const PollSummary summary = hunter.round();
+    // What the refusals above must not lead to does happen here.
+    if (scene.signInRequests() == before)
+        qFatal("nobody tried to renew a dead session");
     if (second == TimePoint{} || out == TimePoint{})
         qFatal("a dead session was not noticed: %s", qPrintable(summary.errors.join(u' ')));
     const double seconds = secondsFrom(second, out);

@@ -4,6 +4,7 @@
 #include "bench/Desktop.h"
 #include "bench/Hunter.h"
 #include "bench/Results.h"
+#include "bench/Timing.h"
 #include "standin/Inventory.h"
 
 #include <QDBusConnection>
@@ -18,21 +19,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using SteadyClock = std::chrono::steady_clock;
-using TimePoint = SteadyClock::time_point;
-
 constexpr int samples = 60;
 constexpr qsizetype answerBytes = 544 * 1024;
 constexpr auto measuringApp = "measuring";
-
-double millisecondsFrom(TimePoint start, TimePoint end) {
-    return std::chrono::duration<double, std::milli>(end - start).count();
-}
-
-double median(QList<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 /// Further apart than the days that a page asks for beside its own.
 constexpr int daysBetween = 5;
@@ -96,7 +85,7 @@ public:
         const TimePoint end = SteadyClock::now();
         if (!fares || !isStored || reply.type() != QDBusMessage::ReplyMessage)
             qFatal("reading, storing and calling alone failed");
-        return millisecondsFrom(start, end);
+        return 1000 * secondsFrom(start, end);
     }
 
 private:
@@ -135,8 +124,8 @@ QList<Result> measureTelling() {
         if (summary.newAlerts != 1 || arrivals.size() != 1)
             qFatal("%s: %d finds, %d notifications %s", qPrintable(legKey(date)), summary.newAlerts,
                    int(arrivals.size()), qPrintable(summary.errors.join(u' ')));
-        within.append(millisecondsFrom(message.at, arrivals[0].at));
-        fromSocket.append(millisecondsFrom(answeredAt(airline, date), arrivals[0].at));
+        within.append(1000 * secondsFrom(message.at, arrivals[0].at));
+        fromSocket.append(1000 * secondsFrom(answeredAt(airline, date), arrivals[0].at));
         alone.append(least.take(message.body, hunter.database.recentMatches(1).constFirst()));
         desktop.take(1);
         hunter.database.deleteSearch(hunter.database.listSearches().constFirst().id);
