@@ -82,7 +82,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
         &state, &SessionState::notice, &notifications,
         [this](const QString& title, const QString& body) { notifier.post(title, body); });
     // Each process makes one soon after its start, and one that runs for long every day.
-    QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
+    QObject::connect(&worker, &Worker::idle, &worker, [this] { database.keepDailyCopy(); });
     engine.setRoundQuestion([this] { return worker.isRunning(); });
     QObject::connect(&notifications, &NotificationCenter::appeared, &notifier,
                      &Notifier::tellRest);
