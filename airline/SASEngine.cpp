@@ -122,11 +122,11 @@ QCoro::Task<std::optional<Kind>> SASEngine::verify() {
     co_return kind;
 }
 
-/// Lookups see to their own.
+/// Lookups see to their own. A sign-in's 403 may be a challenge that lets people through.
 void SASEngine::heedRefusal(const QUrl&, int status, const QString& retryAfter) {
     const auto outcome = Verdict::ofPage(status, retryAfter);
-    if (m_isRenewing && outcome && outcome->kind == Kind::refused)
-        m_standBack.refuse(outcome->retryAfter, outcome->status);
+    if (m_isRenewing && status != 403 && outcome && outcome->kind == Kind::refused)
+        m_standBack.refuse(outcome->retryAfter, status);
 }
 
 QCoro::Task<bool> SASEngine::renewSilently() {
