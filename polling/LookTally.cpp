@@ -64,6 +64,8 @@ std::optional<QString> LookTally::trouble(std::optional<Instant> refusedUntil,
         return signedOutText();
     if (*m_worst == Kind::failed)
         return failedText(m_status);
+    if (m_answers > 0)
+        return u"SAS svarte ikke i tide. Prøver igjen i neste runde."_s;
     return u"SAS ga ingen data — sjekk EuroBonus-innloggingen (Innstillinger)."_s;
 }
 

@@ -320,12 +320,13 @@ QCoro::Task<> Worker::lookAtLegs(Visit& visit, Round& round) {
         // It may have been edited, paused or deleted meanwhile.
         if (!followEdits(visit))
             co_return;
+        if (outcome && outcome->kind == Kind::answer && visit.turn.wants(*leg)) {
+            co_await take(std::move(outcome->fares), *leg, visit, round);
+            if (!self || !followEdits(visit))
+                co_return;
+        }
+        // Only now: what a crash keeps from being stored is looked at again.
         storeCursor(visit.watcher.id, visit.turn);
-        if (!outcome || outcome->kind != Kind::answer || !visit.turn.wants(*leg))
-            continue;
-        co_await take(std::move(outcome->fares), *leg, visit, round);
-        if (!self)
-            co_return;
     }
 }
 

@@ -124,6 +124,7 @@ void Ledger::compareWithTold(Account& account) const {
         // What is stored and not told yet, by what it is about.
         QMap<QString, const Row*> waiting;
         qsizetype next = 0;
+        int lastTold = 0;
         QMap<int, int> runs = told;
         for (const Row* row : *one)
             runs.insert(row->run, 0);
@@ -136,10 +137,11 @@ void Ledger::compareWithTold(Account& account) const {
             const qsizetype more = std::max<qsizetype>(0, times - waiting.size());
             account.toldTwice += more;
             if (more > 0)
-                account.complaints.append(u"told twice: %1, stored in run %2, told in run %3"_s
+                account.complaints.append(u"told twice: %1, told in run %2 and again in run %3"_s
                                               .arg(about(one->first()->match))
-                                              .arg(one->first()->run)
+                                              .arg(lastTold)
                                               .arg(run));
+            lastTold = run;
             waiting.clear();
         }
         account.unsaid += waiting.size();

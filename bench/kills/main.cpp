@@ -2,6 +2,7 @@
 // Starts `tindra hunt --once` again and again, kills it at a random moment of its round, lets one
 // run end by itself, and tells whether a find was lost, left unsaid, or stored or told twice. The
 // first argument is how many are to be killed.
+#include "bench/Desktop.h"
 #include "bench/ProcessTree.h"
 #include "bench/Results.h"
 #include "bench/kills/Ledger.h"
@@ -9,7 +10,6 @@
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFolders.h"
 #include "standin/StandIn.h"
-#include "tests/support/NotificationService.h"
 #include "tests/support/TestBus.h"
 
 #include <QCoreApplication>
@@ -23,7 +23,6 @@
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -35,30 +34,6 @@ constexpr int startLimitMs = 30'000;
 constexpr int endLimitMs = 180'000;
 /// One in so many is killed wherever it is, also before its round.
 constexpr int anywhere = 5;
-
-/// The desktop, which outlives all runs.
-class Recorder : public NotificationService {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-public:
-    explicit Recorder(Ledger& ledger)
-        : NotificationService({u"body"_s, u"actions"_s}), m_ledger(ledger) {}
-
-    int run = 0;
-
-public Q_SLOTS:
-    uint Notify(const QString& app, uint replaces, const QString& icon, const QString& summary,
-                const QString& body, const QStringList& actions, const QVariantMap& hints,
-                int timeout) {
-        if (summary.startsWith(u"✈️"))
-            m_ledger.noteTold(run, Ledger::text(summary, body));
-        return NotificationService::Notify(app, replaces, icon, summary, body, actions, hints,
-                                           timeout);
-    }
-
-private:
-    Ledger& m_ledger;
-};
 
 /// A few dates that the other watcher has too, and one with legs for several rounds.
 void addWatchers(const QString& folder, const Clock& clock) {
@@ -151,7 +126,6 @@ void waitForMoment(const Program& program, const standin::StandIn& airline, int 
     }
     QElapsedTimer timer;
     timer.start();
-    // In small steps, or the desktop's own work would decide the moment.
     while (timer.elapsed() < wait && !program.hasEnded())
         QTest::qWait(1);
 }
@@ -199,7 +173,6 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     standin::Options options;
-    options.pageDelay = 20ms;
     options.signIn.isEverybodyKnown = true;
     standin::StandIn airline(options);
     if (const auto error = airline.start())
@@ -213,33 +186,39 @@ int main(int argc, char* argv[]) {
         qFatal("no Secret Service");
 
     Ledger ledger;
-    Recorder desktop(ledger);
+    // It outlives all runs, and answers at once whatever is done here.
+    Desktop desktop;
     const LinuxClock clock;
     const LinuxFolders folders(u"Tindra"_s);
     addWatchers(folders.data(), clock);
     const QTemporaryDir copy;
     int unsound = 0;
+    int run = 0;
     const auto note = [&] {
+        for (const Desktop::Arrival& arrival : desktop.take(0)) {
+            if (arrival.summary.startsWith(u"✈️"))
+                ledger.noteTold(run, Ledger::text(arrival.summary, arrival.body));
+        }
         copyDatabase(folders.data(), copy.path());
         unsound += isSound(copy.path()) ? 0 : 1;
         Database database(copy.path(), clock, Database::Access::guest);
         unsound += database.problem() || database.notice() ? 1 : 0;
-        ledger.noteStored(desktop.run, database);
+        ledger.noteStored(run, database);
     };
     int kills = 0;
     int endedBefore = 0;
     QElapsedTimer timer;
     timer.start();
     while (kills < wanted && endedBefore <= wanted) {
-        ++desktop.run;
+        ++run;
         Program program;
-        waitForMoment(program, airline, desktop.run);
+        waitForMoment(program, airline, run);
         const bool hasEnded = program.hasEnded();
         ++(hasEnded ? endedBefore : kills);
         if (!hasEnded)
             program.kill();
         else if (!program.end())
-            qFatal("run %d failed: %s", desktop.run, program.said().constData());
+            qFatal("run %d failed: %s", run, program.said().constData());
         // What it had sent may still be on its way.
         QTest::qWait(50);
         note();
@@ -247,7 +226,7 @@ int main(int argc, char* argv[]) {
             std::fprintf(stderr, "kills: %d of %d\n", kills, wanted);
     }
     const double seconds = static_cast<double>(timer.elapsed()) / 1000;
-    ++desktop.run;
+    ++run;
     Program last;
     if (!last.end())
         qFatal("the last run failed: %s", last.said().constData());
@@ -255,4 +234,3 @@ int main(int argc, char* argv[]) {
     world.stopSecretService();
     return report(ledger.account(), kills, endedBefore, unsound, seconds);
 }
-#include "main.moc"

@@ -346,6 +346,7 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.last().toString(),
                  u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=CPH"
                  u"&outboundDate=2027-03-01&adults=1"_s);
+        world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270301"_s), someBody);
         settle();
         QVERIFY(world.outcomes.isEmpty());
@@ -369,6 +370,9 @@ private Q_SLOTS:
                                   {u"body"_s, someBody},
                                   {u"word"_s, itsWord}}};
         };
+        // From the page before: its strip of prices has asked for this day too.
+        world.view.send(message(word));
+        world.view.arrive();
         world.view.send(message({}));
         world.view.send(message("0123456789abcdef0123456789abcdef"));
         auto wrong = message(word);
@@ -399,6 +403,7 @@ private Q_SLOTS:
         world.capture.capture(leg, 60s).then([&older](auto outcome) { older.append(outcome); });
         world.capture.capture({u"OSL"_s, u"CPH"_s, QDate(2027, 3, 3)}, 60s)
             .then([&newer](auto outcome) { newer.append(outcome); });
+        world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270302"_s), someBody);
         settle();
         QCOMPARE(older, (QList<std::optional<Outcome>>{std::nullopt}));
@@ -682,6 +687,7 @@ private Q_SLOTS:
         world.engine.verifyLogin();
         world.start(1);
         QCOMPARE(world.view.loaded.size(), 3);
+        world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270116"_s), someBody);
         settle();
         QVERIFY(world.isSignedIn());
@@ -792,6 +798,7 @@ private Q_SLOTS:
         // As a round does that has nothing to look at.
         world.engine.rest();
         QCOMPARE(world.view.unloads, 0);
+        world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270116"_s), someBody);
         settle();
         QCOMPARE(world.view.unloads, 1);

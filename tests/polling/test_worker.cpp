@@ -228,7 +228,10 @@ private Q_SLOTS:
             return leg.date.day() == 2 ? outcome : outcomeOf(leg, 1);
         };
         const PollSummary one = world.round();
-        const QString gap = u"søk 1: 1 av 2 oppslag fikk ikke svar. "_s + text;
+        const QString reason = outcome.kind == Outcome::Kind::silent
+                                   ? u"SAS svarte ikke i tide. Prøver igjen i neste runde."_s
+                                   : text;
+        const QString gap = u"søk 1: 1 av 2 oppslag fikk ikke svar. "_s + reason;
         QCOMPARE(endsRound ? one.errors : one.notes, QStringList{gap});
         QCOMPARE(endsRound ? one.notes : one.errors, QStringList());
         QCOMPARE(one.soldOut, 0);
