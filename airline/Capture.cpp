@@ -109,9 +109,7 @@ void Capture::giveUp() {
 }
 
 void Capture::receive(const ScriptMessage& message) {
-    // Before its page has come, whatever fits is the page before's: strips of prices ask for other
-    // days with less than the whole.
-    if (message.handler != u"sniff" || !message.isObject || !m_leg || !m_hasPage ||
+    if (message.handler != u"sniff" || !message.isObject || !m_leg ||
         message.texts.value(u"word"_s) != m_word)
         return;
     const auto body = message.texts.constFind(u"body"_s);
