@@ -109,7 +109,9 @@ void Capture::giveUp() {
 }
 
 void Capture::receive(const ScriptMessage& message) {
-    if (message.handler != u"sniff" || !message.isObject || !m_leg ||
+    // Before its page has come, whatever fits is the page before's: strips of prices ask for other
+    // days with less than the whole.
+    if (message.handler != u"sniff" || !message.isObject || !m_leg || !m_hasPage ||
         message.texts.value(u"word"_s) != m_word)
         return;
     const auto body = message.texts.constFind(u"body"_s);
