@@ -7,7 +7,7 @@
 #include "airline/SAS.h"
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
-#include "core/Database.h"
+#include "core/Settings.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
 
@@ -47,12 +47,12 @@ struct AutoLogin::Attempt {
     bool windowShown = false;
 };
 
-AutoLogin::AutoLogin(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+AutoLogin::AutoLogin(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
                      SessionState& state, Capture& capture, CookieVault& vault,
                      SignInWindow& window, Site site, std::function<bool()> mustStandBack)
     : m_view(view)
     , m_clock(clock)
-    , m_database(database)
+    , m_settings(settings)
     , m_keychain(keychain)
     , m_state(state)
     , m_capture(capture)
@@ -74,7 +74,7 @@ QCoro::Task<bool> AutoLogin::attemptAutoLogin() {
     const QPointer self(this);
     Attempt attempt;
     attempt.windowChanges = m_windowChanges;
-    if (!m_database.isOn(u"auto_login"_s, false)) {
+    if (!m_settings.isOn(Setting::autoLogin)) {
         TDLog::note(u"auto-innlogging: hoppet over (slaatt av)"_s);
         co_return false;
     }

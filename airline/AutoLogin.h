@@ -14,8 +14,8 @@
 
 class Capture;
 class CookieVault;
-class Database;
 class SessionState;
+class Settings;
 class SignInWindow;
 class WebView;
 
@@ -26,7 +26,7 @@ class AutoLogin : public QObject {
 public:
     /// All but `site` must outlive this object. `mustStandBack`, never when absent, is asked before
     /// anything is tried and before every step that fills in something; true ends the attempt.
-    AutoLogin(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+    AutoLogin(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
               SessionState& state, Capture& capture, CookieVault& vault, SignInWindow& window,
               Site site, std::function<bool()> mustStandBack = {});
 
@@ -53,7 +53,7 @@ private:
 
     WebView& m_view;
     Clock& m_clock;
-    Database& m_database;
+    const Settings& m_settings;
     Keychain& m_keychain;
     SessionState& m_state;
     Capture& m_capture;

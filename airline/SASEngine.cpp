@@ -3,8 +3,8 @@
 
 #include "airline/SessionKeeper.h"
 #include "airline/Verdict.h"
-#include "core/Database.h"
 #include "core/Keychain.h"
+#include "core/Settings.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
 
@@ -33,12 +33,12 @@ bool isAboutSession(Kind kind) {
 
 } // namespace
 
-SASEngine::SASEngine(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+SASEngine::SASEngine(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
                      SessionState& state, StandBack& standBack, Capture& capture,
                      SessionKeeper& keeper)
     : m_view(view)
     , m_clock(clock)
-    , m_database(database)
+    , m_settings(settings)
     , m_keychain(keychain)
     , m_state(state)
     , m_standBack(standBack)
@@ -190,7 +190,7 @@ QCoro::Task<std::optional<Kind>> SASEngine::renewAndProbe(Kind before) {
 QCoro::Task<> SASEngine::reportLoggedOut() {
     const QPointer self(this);
     bool autoLoginFailed = false;
-    if (m_database.isOn(u"auto_login"_s, false))
+    if (m_settings.isOn(Setting::autoLogin))
         autoLoginFailed = (co_await m_keychain.load()).has_value();
     if (self)
         m_state.setLoggedOut(autoLoginFailed);

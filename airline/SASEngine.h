@@ -8,9 +8,9 @@
 #include "airline/StandBack.h"
 #include "airline/Strikes.h"
 
-class Database;
 class Keychain;
 class SessionKeeper;
+class Settings;
 
 /// The one object that talks to the airline's site: it looks up fares in the hidden web view and
 /// keeps watch over the session while it does. Main thread only.
@@ -18,7 +18,7 @@ class SASEngine : public QObject, public LegFetcher {
     Q_OBJECT
 public:
     /// All must outlive the engine.
-    SASEngine(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+    SASEngine(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
               SessionState& state, StandBack& standBack, Capture& capture, SessionKeeper& keeper);
 
     /// Asked by `verifyLogin`, which stands back while a poll round runs.
@@ -51,7 +51,7 @@ private:
 
     WebView& m_view;
     Clock& m_clock;
-    Database& m_database;
+    const Settings& m_settings;
     Keychain& m_keychain;
     SessionState& m_state;
     StandBack& m_standBack;

@@ -21,7 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int mostMatches = 2000;
-constexpr double usualIntervalMinutes = 10;
 constexpr std::chrono::duration<double> freshness{30 * 60};
 /// A clock or time zone that is changed shows itself within this time.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
@@ -46,8 +45,18 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     , m_community(community)
     , m_notifier(notifier)
     , m_clock(clock) {
-    connect(&worker, &Worker::stored, this, &AppState::reload);
-    database.forgetTravelledCommunityFinds();
+    connect(&database.settings(), &Settings::changed, this, &AppState::readSettings);
+    connect(&database.watchers(), &WatcherStore::changed, this, [this] {
+        readWatchers();
+        Q_EMIT reloaded();
+    });
+    connect(&database.offers(), &OfferStore::changed, this, [this] {
+        readOffers();
+        Q_EMIT reloaded();
+    });
+    connect(&worker, &Worker::roundEnded, this, &AppState::readLastPoll);
+    connect(&database, &Database::conditionChanged, this, &AppState::reload);
+    database.seen().forgetTravelledCommunityFinds();
     readSettings();
     reload();
     followDay();
@@ -68,22 +77,26 @@ void AppState::followDay() {
 
 void AppState::readSettings() {
     // Whoever has been welcomed in this run is not welcomed again.
-    if (!m_onboarded && m_database.isOn(u"onboarded"_s, false)) {
+    const Settings& settings = m_database.settings();
+    if (!m_onboarded && settings.isOn(Setting::onboarded)) {
         m_onboarded = true;
         Q_EMIT onboardedChanged();
     }
-    setNotifyOn(m_database.isOn(u"native_notify"_s, true));
-    setPollIntervalMin(
-        Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), usualIntervalMinutes));
+    const bool notifyOn = settings.isOn(Setting::nativeNotify);
+    if (std::exchange(m_notifyOn, notifyOn) != notifyOn)
+        Q_EMIT notifyOnChanged();
+    const double minutes = settings.number(Setting::pollIntervalMin);
+    if (std::exchange(m_pollIntervalMin, minutes) != minutes)
+        Q_EMIT pollIntervalMinChanged();
 }
 
 void AppState::setNotifyOn(bool on) {
-    if (std::exchange(m_notifyOn, on) != on)
+    if (!m_database.settings().set(Setting::nativeNotify, on))
         Q_EMIT notifyOnChanged();
 }
 
 void AppState::setPollIntervalMin(double minutes) {
-    if (std::exchange(m_pollIntervalMin, minutes) != minutes)
+    if (!m_database.settings().set(Setting::pollIntervalMin, minutes))
         Q_EMIT pollIntervalMinChanged();
 }
 
@@ -131,16 +144,28 @@ std::optional<QString> AppState::direction(const Match& match) const {
 }
 
 void AppState::reload() {
-    setSearches(m_database.listSearches());
-    setMatches(m_database.recentMatches(mostMatches));
-    const auto counts = m_database.activeMatchCounts();
-    if (std::exchange(m_matchCounts, counts) != counts)
-        Q_EMIT matchCountsChanged();
-    const auto lastPoll = Worker::loadSummary(m_database);
-    if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
-        Q_EMIT lastPollChanged();
+    readWatchers();
+    readOffers();
+    readLastPoll();
     noteStorage();
     Q_EMIT reloaded();
+}
+
+void AppState::readWatchers() {
+    setSearches(m_database.watchers().listSearches());
+}
+
+void AppState::readOffers() {
+    setMatches(m_database.offers().recentMatches(mostMatches));
+    const auto counts = m_database.offers().activeMatchCounts();
+    if (std::exchange(m_matchCounts, counts) != counts)
+        Q_EMIT matchCountsChanged();
+}
+
+void AppState::readLastPoll() {
+    const auto lastPoll = Worker::loadSummary(m_database.safekeeping());
+    if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
+        Q_EMIT lastPollChanged();
 }
 
 void AppState::noteStorage() {
@@ -148,29 +173,24 @@ void AppState::noteStorage() {
     const QString notice = m_database.notice().value_or(QString());
     const bool isProblemNew = std::exchange(m_storageProblem, problem) != problem;
     const bool isNoticeNew = std::exchange(m_storageNotice, notice) != notice;
-    // They could not be read before, or those of a copy count from now on.
-    if ((isProblemNew && problem.isEmpty()) || (isNoticeNew && !notice.isEmpty()))
-        readSettings();
     if (isProblemNew || isNoticeNew)
         Q_EMIT storageChanged();
 }
 
 void AppState::dismissStorageNotice() {
     m_database.dismissNotice();
-    noteStorage();
 }
 
 void AppState::addSearchAndRun(const Search& search) {
-    m_database.addSearch(search);
-    reload();
+    m_database.watchers().addSearch(search);
     m_worker.pollOnce();
 }
 
 void AppState::finishOnboarding() {
-    m_database.set(u"onboarded"_s, u"1"_s);
+    m_database.settings().set(Setting::onboarded, true);
+    // Also where that could not be stored.
     if (!std::exchange(m_onboarded, true))
         Q_EMIT onboardedChanged();
-    noteStorage();
 }
 
 QCoro::Task<> AppState::refreshCommunity() {
@@ -210,7 +230,7 @@ void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked)
     m_database.transaction([&] {
         for (const Match& match : gone) {
             m_served.remove(CommunityFind::identity(match));
-            m_database.deleteMatch(match.id);
+            m_database.offers().deleteMatch(match.id);
         }
     });
     reload();
@@ -242,7 +262,7 @@ QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
 
 /// First on the disk, then said: what was announced is never announced again.
 void AppState::notifyFreshCommunityHits() {
-    const auto seen = m_database.seenCabins(Match::communitySearchId);
+    const auto seen = m_database.seen().seenCabins(Match::communitySearchId);
     const Instant oldest = m_clock.now() - freshness;
     QList<Match> fresh;
     QSet<QString> taken;
@@ -258,7 +278,7 @@ void AppState::notifyFreshCommunityHits() {
     // been cleared from the list.
     for (auto watcher = m_searches.cbegin(); watcher != m_searches.cend() && !fresh.isEmpty();
          ++watcher) {
-        const auto own = m_database.seenCabins(watcher->id);
+        const auto own = m_database.seen().seenCabins(watcher->id);
         fresh.removeIf([&own](const Match& hit) {
             const auto row = own.find(hit.key);
             return row != own.end() && row->cabins.contains(hit.cabin);
@@ -268,9 +288,9 @@ void AppState::notifyFreshCommunityHits() {
         return;
     const bool isStored = m_database.transaction([&] {
         for (Match& hit : fresh) {
-            m_database.upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
-                                  {hit.cabin}, hit.route);
-            hit.id = m_database.recordMatch(asStored(hit), Database::Telling::isDue);
+            m_database.seen().upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
+                                         {hit.cabin}, hit.route);
+            hit.id = m_database.offers().recordMatch(asStored(hit), OfferStore::Telling::isDue);
         }
     });
     if (!isStored)

@@ -21,7 +21,6 @@ namespace {
 constexpr auto notificationPatience = 5s;
 constexpr auto sharingPatience = 15s;
 constexpr auto windowStep = 1s;
-constexpr double usualIntervalMinutes = 10;
 
 } // namespace
 
@@ -102,10 +101,9 @@ void Hunt::start() {
     sayWhatIsMissing();
     connect(&m_worker, &Worker::roundEnded, this,
             [this](const PollSummary& summary) { write(takeReport(summary)); });
-    // After every round, and when storage has been mended before one.
-    connect(&m_worker, &Worker::stored, this, &Hunt::sayWhatStorageTells);
+    connect(&m_database, &Database::conditionChanged, this, &Hunt::sayWhatStorageTells);
     connect(&m_worker, &Worker::idle, this, &Hunt::sayIfRefused);
-    m_worker.startTimer(usualIntervalMinutes);
+    m_worker.startTimer();
 }
 
 QCoro::Task<> Hunt::stop() {
@@ -117,7 +115,7 @@ void Hunt::sayWhatIsMissing() {
     sayWhatStorageTells();
     if (m_saidProblem)
         return;
-    const auto searches = m_database.listSearches();
+    const auto searches = m_database.watchers().listSearches();
     if (std::none_of(searches.begin(), searches.end(),
                      [](const Search& search) { return search.enabled; }))
         m_output.progress(

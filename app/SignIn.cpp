@@ -5,7 +5,7 @@
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
 #include "airline/StandBack.h"
-#include "core/Database.h"
+#include "core/WatcherStore.h"
 #include "platform/OneShot.h"
 #include "polling/Worker.h"
 
@@ -22,11 +22,11 @@ constexpr auto waitStep = 200ms;
 } // namespace
 
 SignIn::SignIn(SignInWindow& window, SessionState& session, StandBack& standBack,
-               Database& database, LegFetcher& fetcher, Worker& worker, Clock& clock)
+               WatcherStore& watchers, LegFetcher& fetcher, Worker& worker, Clock& clock)
     : m_window(window)
     , m_session(session)
     , m_standBack(standBack)
-    , m_database(database)
+    , m_watchers(watchers)
     , m_fetcher(fetcher)
     , m_worker(worker)
     , m_clock(clock) {
@@ -59,7 +59,7 @@ QCoro::Task<> SignIn::confirm() {
         m_worker.forgetRevivalAttempt();
         // Whoever has just signed in wants to know whether it works.
         m_standBack.lift();
-        const auto searches = m_database.listSearches();
+        const auto searches = m_watchers.listSearches();
         bool isDecided = false;
         if (std::any_of(searches.begin(), searches.end(),
                         [](const Search& search) { return search.enabled; })) {

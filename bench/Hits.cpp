@@ -82,7 +82,7 @@ public:
             m.key += u":soldout"_s;
         }
         m.foundAt = m_world.clock.now() - std::chrono::minutes((offers - number) * 3);
-        m_world.database.recordMatch(m);
+        m_world.database.offers().recordMatch(m);
     }
 
     double group() {
@@ -119,7 +119,7 @@ public:
         for (Match& offer : first) {
             offer.key += QString::number(++m_news);
             offer.foundAt = m_world.clock.now();
-            m_world.database.recordMatch(offer);
+            m_world.database.offers().recordMatch(offer);
         }
         return reload();
     }
@@ -136,7 +136,7 @@ public:
 private:
     AppWorld m_world;
     FakeDesktop m_desktop;
-    HitsPage m_page{m_world.state, m_world.database, m_desktop, m_world.clock, Site{}};
+    HitsPage m_page{m_world.state, m_world.database.offers(), m_desktop, m_world.clock, Site{}};
     int m_news = 0;
     QList<Airports::Airport> m_destinations;
 };

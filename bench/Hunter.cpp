@@ -48,11 +48,11 @@ Hunter::Hunter(const QString& folder, const standin::StandIn& airline, const Beg
     , view(makeView(clock, beginning))
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , notifications(QDBusConnection::sessionBus())
-    , community(database, network, clock, site, Community::builtInBaseAddress()) {
+    , community(database.settings(), network, clock, site, Community::builtInBaseAddress()) {
     QObject::connect(
         &state, &SessionState::notice, &notifications,
         [this](const QString& title, const QString& body) { notifier.post(title, body); });
-    QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
+    QObject::connect(&worker, &Worker::idle, &worker, [this] { database.keepDailyCopy(); });
     engine.setRoundQuestion([this] { return worker.isRunning(); });
     notifier.requestPermission();
     notifier.tellRest();
@@ -74,7 +74,7 @@ void Hunter::watch(QDate first, int days) {
     search.cabins = {u"economy"_s, u"premeco"_s, u"business"_s};
     search.dateFrom = DateFmt::iso(first);
     search.dateTo = DateFmt::iso(first.addDays(days - 1));
-    database.addSearch(search);
+    database.watchers().addSearch(search);
 }
 
 QString legKey(QDate date) {

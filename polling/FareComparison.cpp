@@ -46,7 +46,7 @@ Match soldOutMatch(const Search& watcher, const QString& key, const QString& see
 
 } // namespace
 
-FareComparison::FareComparison(Search watcher, QMap<QString, Database::Seen> seen)
+FareComparison::FareComparison(Search watcher, QMap<QString, SeenStore::Seen> seen)
     : m_watcher(std::move(watcher)), m_seen(std::move(seen)) {}
 
 QList<FareNews> FareComparison::compare(const Leg& leg, const QList<Fare>& fares, Instant now) {
@@ -83,8 +83,8 @@ void FareComparison::add(const Fare& fare, Instant now) {
     const bool wasSeen = before != m_seen.constEnd();
     const auto earlier = m_round.constFind(fare.key);
     const bool isRepeated = earlier != m_round.constEnd();
-    Database::Seen seen{isRepeated ? earlier->cabins : CabinSet(),
-                        u"%1 %2 · %3"_s.arg(fare.route, fare.date, fare.flight)};
+    SeenStore::Seen seen{isRepeated ? earlier->cabins : CabinSet(),
+                         u"%1 %2 · %3"_s.arg(fare.route, fare.date, fare.flight)};
     FareNews& news = newsOf(fare.key);
     for (auto cabin = cabins.constBegin(); cabin != cabins.constEnd(); ++cabin) {
         if (!seen.cabins.contains(cabin.key()) &&
@@ -99,7 +99,7 @@ void FareComparison::add(const Fare& fare, Instant now) {
 }
 
 void FareComparison::addGone(const QString& key, Instant now) {
-    Database::Seen& before = m_seen[key];
+    SeenStore::Seen& before = m_seen[key];
     const auto round = m_round.constFind(key);
     const bool isBack = round != m_round.constEnd();
     CabinSet gone;

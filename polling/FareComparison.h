@@ -3,7 +3,9 @@
 
 #include "airline/Fare.h"
 #include "airline/Leg.h"
-#include "core/Database.h"
+#include "core/Match.h"
+#include "core/Search.h"
+#include "core/SeenStore.h"
 
 /// What one fare means for a watcher: what is to be stored, all of it or nothing, and then said.
 struct FareNews {
@@ -15,7 +17,7 @@ struct FareNews {
     /// The cabins that have vanished.
     CabinSet gone;
     /// What the watcher has seen of the fare from now on; absent when that stays as it was.
-    std::optional<Database::Seen> seen;
+    std::optional<SeenStore::Seen> seen;
 
     bool operator==(const FareNews&) const = default;
 };
@@ -25,7 +27,7 @@ struct FareNews {
 class FareComparison {
 public:
     /// `seen` is what the watcher had seen before the round.
-    FareComparison(Search watcher, QMap<QString, Database::Seen> seen);
+    FareComparison(Search watcher, QMap<QString, SeenStore::Seen> seen);
 
     /// From the next leg on the watcher asks for something else.
     void setWatcher(const Search& watcher) { m_watcher = watcher; }
@@ -44,9 +46,9 @@ private:
 
     Search m_watcher;
     /// Before the round.
-    QMap<QString, Database::Seen> m_seen;
+    QMap<QString, SeenStore::Seen> m_seen;
     /// What is seen of the fares that satisfied in this round, by fare key.
-    QHash<QString, Database::Seen> m_round;
+    QHash<QString, SeenStore::Seen> m_round;
     /// Of the leg that is compared, in its order, with each key's place.
     QList<FareNews> m_news;
     QHash<QString, qsizetype> m_places;

@@ -29,7 +29,7 @@ QString offerText(const Match& match) {
 }
 
 /// By what was last seen of its fare.
-bool isStillSo(const Match& match, const QMap<QString, Database::Seen>& seen) {
+bool isStillSo(const Match& match, const QMap<QString, SeenStore::Seen>& seen) {
     if (match.isCommunity)
         return seen.contains(Notifier::subject(match));
     if (!match.soldOut)
@@ -61,7 +61,7 @@ void Notifier::notifyNewFare(const Match& match) {
 }
 
 void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match) {
-    if (!m_database.isOn(u"notify_soldout"_s, true)) {
+    if (!m_database.settings().isOn(Setting::notifySoldOut)) {
         told(match);
         return;
     }
@@ -78,7 +78,7 @@ void Notifier::notifyCommunityFare(const Match& match) {
 }
 
 bool Notifier::canPost() const {
-    return m_database.isOn(u"native_notify"_s, true) && m_center.isAvailable();
+    return m_database.settings().isOn(Setting::nativeNotify) && m_center.isAvailable();
 }
 
 void Notifier::post(const QString& title, const QString& body) {
@@ -91,7 +91,7 @@ void Notifier::postOffer(const QString& title, const QString& body, const Match&
 }
 
 void Notifier::hand(const Notification& notification, qint64 match) {
-    if (!m_database.isOn(u"native_notify"_s, true)) {
+    if (!m_database.settings().isOn(Setting::nativeNotify)) {
         told(match);
         return;
     }
@@ -120,16 +120,16 @@ void Notifier::told(qint64 match) {
 /// What cannot be stored is tried again with the next one.
 void Notifier::markTold() {
     m_isMarking = false;
-    if (!m_told.isEmpty() && m_database.markTold(m_told))
+    if (!m_told.isEmpty() && m_database.offers().markTold(m_told))
         m_told.clear();
 }
 
 void Notifier::tellRest() {
     const Instant oldest = m_clock.now() - repeatWindow;
-    QHash<qint64, QMap<QString, Database::Seen>> seen;
-    for (const Match& match : m_database.untold()) {
+    QHash<qint64, QMap<QString, SeenStore::Seen>> seen;
+    for (const Match& match : m_database.offers().untold()) {
         if (!seen.contains(match.searchId))
-            seen.insert(match.searchId, m_database.seenCabins(match.searchId));
+            seen.insert(match.searchId, m_database.seen().seenCabins(match.searchId));
         if (m_underWay.contains(match.id) || m_told.contains(match.id))
             continue;
         if (match.foundAt < oldest || !isStillSo(match, seen[match.searchId]))

@@ -55,10 +55,7 @@ public:
 
     /// Starts the loop afresh: a round at once, then one whenever the interval has passed. The
     /// setting `poll_interval_min` goes before `intervalMinutes`.
-    void startTimer(double intervalMinutes);
-    /// The minutes between rounds: the setting as stored, or `otherwise` where that is no number;
-    /// from one minute to a week.
-    static double intervalMinutes(const std::optional<QString>& stored, double otherwise);
+    void startTimer(double intervalMinutes = Setting::pollIntervalMin.usual);
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 
@@ -78,7 +75,7 @@ public:
     void forgetRevivalAttempt() { m_lastRevivalAttempt.reset(); }
 
     /// The summary of the last round that was stored; absent when there is none.
-    static std::optional<PollSummary> loadSummary(Database& database);
+    static std::optional<PollSummary> loadSummary(const Safekeeping& kept);
 
 Q_SIGNALS:
     /// One of the properties above has changed.
@@ -87,7 +84,7 @@ Q_SIGNALS:
     void matchFound(const Match& match);
     /// A seen offer has lost `cabins`; `record` has been stored and announced, `key` is its fare's.
     void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
-    /// What the database holds has changed, or whether it can store.
+    /// All that a look has found is stored and announced.
     void stored();
     /// A round has ended and its summary is stored.
     void roundEnded(const PollSummary& summary);

@@ -54,15 +54,16 @@ struct Tindra {
     Keychain keychain{*secrets};
     Notifier notifier{database, notifications, clock};
     SessionState state;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view, clock, database, keychain, state, standBack, capture, session};
+    SASEngine engine{*view,   clock,  database.settings(), keychain, state, standBack,
+                     capture, session};
     Worker worker{database, engine, notifier, clock};
     CurlSession network;
     Community community;
     AppState appState{database, worker, community, notifier, clock};
     Sharing sharing{worker, community, appState, clock};
-    SignIn signIn{session.window(), state, standBack, database, engine, worker, clock};
+    SignIn signIn{session.window(), state, standBack, database.watchers(), engine, worker, clock};
     std::unique_ptr<DemoHunters> hunters;
 };

@@ -13,7 +13,7 @@ namespace {
 struct World {
     AppWorld app;
     FakeDesktop desktop;
-    HitsPage page{app.state, app.database, desktop, app.clock, Site{}};
+    HitsPage page{app.state, app.database.offers(), desktop, app.clock, Site{}};
     int number = 0;
 
     World() {
@@ -42,7 +42,7 @@ struct World {
         m.foundAt = app.clock.now() - Ticks(hoursAgo * 3600);
         if (change)
             change(m);
-        app.database.recordMatch(m);
+        app.database.offers().recordMatch(m);
     }
 };
 

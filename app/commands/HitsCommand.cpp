@@ -32,7 +32,7 @@ ListHits ListHits::parse(const QStringList& words) {
 CommandAnswer ListHits::run(const DataContext& context) const {
     if (watcher && !hasWatcher(context.database, *watcher))
         return noSuchWatcher(*watcher);
-    QList<Match> matches = context.database.recentMatches(std::numeric_limits<int>::max());
+    QList<Match> matches = context.database.offers().recentMatches(std::numeric_limits<int>::max());
     matches.removeIf([this](const Match& match) {
         return (match.soldOut && !withSoldOut) || (watcher && match.searchId != *watcher);
     });

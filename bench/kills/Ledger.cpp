@@ -47,7 +47,7 @@ void Ledger::noteTold(int run, const QString& text) {
 }
 
 void Ledger::noteStored(int run, Database& database) {
-    const auto matches = database.recentMatches(std::numeric_limits<int>::max());
+    const auto matches = database.offers().recentMatches(std::numeric_limits<int>::max());
     QSet<qint64> stored;
     for (const Match& match : matches) {
         stored.insert(match.id);
@@ -56,10 +56,10 @@ void Ledger::noteStored(int run, Database& database) {
     }
     m_gone = std::count_if(m_rows.keyBegin(), m_rows.keyEnd(),
                            [&stored](qint64 id) { return !stored.contains(id); });
-    m_cutShort += database.untold().isEmpty() ? 0 : 1;
+    m_cutShort += database.offers().untold().isEmpty() ? 0 : 1;
     m_seen.clear();
-    for (const Search& watcher : database.listSearches())
-        m_seen.insert(watcher.id, database.seenCabins(watcher.id));
+    for (const Search& watcher : database.watchers().listSearches())
+        m_seen.insert(watcher.id, database.seen().seenCabins(watcher.id));
 }
 
 Ledger::Account Ledger::account() const {

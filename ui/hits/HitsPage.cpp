@@ -3,8 +3,8 @@
 
 #include "app/AppState.h"
 #include "app/MatchTable.h"
-#include "core/Database.h"
 #include "core/DateFmt.h"
+#include "core/OfferStore.h"
 #include "platform/Desktop.h"
 #include "polling/CommunityFind.h"
 #include "ui/hits/Export.h"
@@ -14,10 +14,10 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-HitsPage::HitsPage(AppState& state, Database& database, Desktop& desktop, Clock& clock,
+HitsPage::HitsPage(AppState& state, OfferStore& offers, Desktop& desktop, Clock& clock,
                    const Site& site)
     : m_state(state)
-    , m_database(database)
+    , m_offers(offers)
     , m_desktop(desktop)
     , m_clock(clock)
     , m_site(site)
@@ -159,21 +159,17 @@ void HitsPage::setConfirmClear(bool confirm) {
 
 void HitsPage::clearAll() {
     setConfirmClear(false);
-    const bool isTaken = m_database.takeMatches();
-    m_state.reload();
-    if (isTaken)
+    if (m_offers.takeMatches())
         say(u"Alle treff er slettet."_s, true);
 }
 
 void HitsPage::undoClear() {
     if (!m_canUndo)
         return;
-    if (m_database.restoreMatches()) {
+    if (m_offers.restoreMatches())
         dismissNotice();
-        m_state.reload();
-    } else {
+    else
         say(u"Treffene kunne ikke legges tilbake. Prøv igjen."_s, true);
-    }
 }
 
 void HitsPage::dismissNotice() {

@@ -9,8 +9,8 @@
 #include <memory>
 
 class AppState;
-class Database;
 class Desktop;
+class OfferStore;
 
 /// The page "Treff": all offers as journeys. Everything but the deletion of all hits only reads
 /// the state that the screens share. Choices last as long as the page. Main thread only.
@@ -36,7 +36,7 @@ class HitsPage : public QObject {
     Q_PROPERTY(bool shown READ shown WRITE setShown NOTIFY shownChanged)
 public:
     /// All must outlive the page.
-    HitsPage(AppState& state, Database& database, Desktop& desktop, Clock& clock, const Site& site);
+    HitsPage(AppState& state, OfferStore& offers, Desktop& desktop, Clock& clock, const Site& site);
     ~HitsPage() override;
 
     HitsModel* rows() { return &m_rows; }
@@ -122,7 +122,7 @@ private:
     void save(const QString& name, const QByteArray& content);
 
     AppState& m_state;
-    Database& m_database;
+    OfferStore& m_offers;
     Desktop& m_desktop;
     Clock& m_clock;
     Site m_site;

@@ -18,8 +18,3 @@ QString CheckInterval::label(double minutes) {
     const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     return norwegian.toString(minutes, 'f', QLocale::FloatingPointShortest) + u" min"_s;
 }
-
-QString CheckInterval::toStore(double minutes) {
-    const QString text = QString::number(minutes, 'f', QLocale::FloatingPointShortest);
-    return text.contains(u'.') ? text : text + u".0"_s;
-}
