@@ -125,7 +125,7 @@ class TestCookies : public QObject {
         SlowSecrets secrets{clock};
         Keychain keychain{secrets};
         Database database{dir.path(), clock};
-        CookieVault vault{store, keychain, database, clock, Site{}};
+        CookieVault vault{store, keychain, database.safekeeping(), clock, Site{}};
 
         World() { TDLog::start(dir.path() + u"/ui.log"_s, &clock); }
         ~World() {
@@ -146,7 +146,7 @@ class TestCookies : public QObject {
         QStringList left() const { return names(store.cookies); }
         /// What the vault of the next run does first.
         void restoreInNextRun() {
-            CookieVault next(store, keychain, database, clock, Site{});
+            CookieVault next(store, keychain, database.safekeeping(), clock, Site{});
             awaited(next.restoreCookiesIfNeeded());
         }
     };
@@ -280,7 +280,8 @@ private Q_SLOTS:
         QVERIFY(world.store.cookies.isEmpty());
         QVERIFY(world.log().isEmpty());
 
-        CookieVault next(world.store, world.keychain, world.database, world.clock, Site{});
+        CookieVault next(world.store, world.keychain, world.database.safekeeping(), world.clock,
+                         Site{});
         next.restoreCookiesIfNeeded();
         next.restoreCookiesIfNeeded();
         settle();
@@ -367,7 +368,7 @@ private Q_SLOTS:
         QCOMPARE(world.left(), QStringList{u"a"_s});
 
         for (const QString& broken : {u"{}"_s, u"[{\"name\":\"a\"}]"_s}) {
-            world.database.set(u"session_cookies"_s, broken);
+            world.database.safekeeping().set(Kept::sessionCookies, broken);
             world.store.cookies.clear();
             world.restoreInNextRun();
             QCOMPARE(world.left(), QStringList{u"a"_s});

@@ -106,18 +106,18 @@ class TestSession : public QObject {
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"idp.localhost"_s,
                   u"idp.localhost"_s};
         Capture capture{view, clock, site};
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         LiveSession session{view,  hostWindow, clock,   database, keychain,
                             state, standBack,  capture, site};
         /// For tests that make something of the session's themselves.
-        CookieVault vault{view.store, keychain, database, clock, site};
+        CookieVault vault{view.store, keychain, database.safekeeping(), clock, site};
         std::optional<bool> result;
         int finished = 0;
         std::optional<std::optional<Outcome>> captured;
 
         World() {
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             keep(details);
             connect(&session.window(), &SignInWindow::loginFinished, &state,
                     [this] { ++finished; });
@@ -343,7 +343,8 @@ private Q_SLOTS:
                                                   cookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
         NavHosts navHosts(world.view);
-        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
+                          world.site);
         SignInWindow window(world.hostWindow, world.view, world.clock, world.state, world.capture,
                             vault, navHosts, world.site);
         window.openLogin();
@@ -553,7 +554,7 @@ private Q_SLOTS:
             world.database.set(u"auto_login"_s, value);
             isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
         }
-        world.database.set(u"auto_login"_s, u"1"_s);
+        world.database.settings().set(Setting::autoLogin, true);
         world.secrets.items.clear();
         isRefused({u"auto-innlogging: hoppet over (ingen detaljer i noekkelringen)"_s});
         world.keep(details);
@@ -606,7 +607,8 @@ private Q_SLOTS:
         QFETCH(bool, closedAgain);
         World world;
         NotingStore store(world.view);
-        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
+                          world.site);
         AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
                             world.capture, vault, world.session.window(), world.site);
         const auto open = [&] {

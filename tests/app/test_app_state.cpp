@@ -82,8 +82,8 @@ private Q_SLOTS:
         world.addWatcher(u"nyc, BKK"_s, [](Search& s) { s.returnDateTo = u"2027-04-30"_s; });
         QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s,
                                                            u"NYC-OSL"_s, u"OSL-NYC"_s}));
-        world.database.toggleSearch(2);
-        world.database.toggleSearch(1);
+        world.database.watchers().toggleSearch(2);
+        world.database.watchers().toggleSearch(1);
         world.state.reload();
         QVERIFY(world.state.watchedRoutes().isEmpty());
     }
@@ -171,7 +171,7 @@ private Q_SLOTS:
         AppWorld world;
         world.addWatcher();
         world.addMatch([](Match& m) { m.key = u"own"_s; });
-        world.database.upsertSeen(1, u"own"_s, {u"business"_s}, u"SK907"_s);
+        world.database.seen().upsertSeen(1, u"own"_s, {u"business"_s}, u"SK907"_s);
         const double now = secondsSince1970(world.clock.now());
         QJsonObject economy = find(u"cabin"_s, now);
         economy[u"cabin"_s] = u"economy"_s;
@@ -187,7 +187,7 @@ private Q_SLOTS:
 
         // Not again, not even after a restart and after the offers were cleared; nor is what the
         // user's own watcher had found.
-        world.database.takeMatches();
+        world.database.offers().takeMatches();
         AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
         awaited(next.refreshCommunity());
         QCOMPARE(world.center.posted.size(), 1);
@@ -205,14 +205,14 @@ private Q_SLOTS:
         QCOMPARE(query.queryItemValue(u"routes"_s), u"OSL-EWR"_s);
         QCOMPARE(world.http.sent.constFirst().url.path(), u"/v1/hits"_s);
 
-        world.database.set(u"share_hits"_s, u"0"_s);
+        world.database.settings().set(Setting::shareHits, false);
         world.http.answer = nullptr;
         awaited(world.state.refreshCommunity());
         QVERIFY(world.state.communityHits().isEmpty());
 
-        world.database.set(u"share_hits"_s, u"1"_s);
+        world.database.settings().set(Setting::shareHits, true);
         world.addWatcher(u"LHR"_s);
-        world.database.toggleSearch(1);
+        world.database.watchers().toggleSearch(1);
         world.state.reload();
         has(world, {find(u"k"_s, 0)});
         awaited(world.state.refreshCommunity());
@@ -265,7 +265,7 @@ private Q_SLOTS:
     void whatIsWrongWithStoringIsShown() {
         AppWorld world;
         QSignalSpy changed(&world.state, &AppState::storageChanged);
-        world.database.set(u"storage_notice"_s, u"skadet"_s);
+        world.database.safekeeping().set(Kept::storageNotice, u"skadet"_s);
         runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
                                 "SELECT RAISE(ABORT, 'no room'); END;");
         world.state.reload();

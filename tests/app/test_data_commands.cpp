@@ -52,9 +52,9 @@ private Q_SLOTS:
         QVERIFY(run(world, u"watchers list"_s).out.contains("1  pause  OSL"));
 
         run(world, u"watchers resume 1"_s);
-        QVERIFY(world.database.listSearches().first().enabled);
+        QVERIFY(world.database.watchers().listSearches().first().enabled);
         run(world, u"watchers remove 1"_s);
-        QCOMPARE(world.database.listSearches().size(), 1);
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
         for (const char* gone : {"watchers remove 1", "watchers pause 1", "hits --watcher 1"})
             QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, Hunt::wrongUsage);
     }
@@ -127,7 +127,8 @@ private Q_SLOTS:
         QTemporaryDir other;
         const auto restored = Restore{file}.run(other.path(), world.clock);
         QVERIFY(restored.out.startsWith("2 overv"));
-        QCOMPARE(Database(other.path(), world.clock).listSearches(), world.database.listSearches());
+        QCOMPARE(Database(other.path(), world.clock).listSearches(),
+                 world.database.watchers().listSearches());
     }
 
     void aRestoreThatFailsPutsTheOldFileBack() {

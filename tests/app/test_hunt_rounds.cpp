@@ -29,14 +29,14 @@ class TestHuntRounds : public QObject {
                   {[this](const QByteArray& line) { results.append(QString::fromUtf8(line)); },
                    [this](const QString& line) { said.append(line); }}};
 
-        World() { database.set(u"share_hits"_s, u"0"_s); }
+        World() { database.settings().set(Setting::shareHits, false); }
         ~World() { settle(); }
         void add(const QString& dateFrom = u"2027-03-01"_s) {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
             search.dateFrom = dateFrom;
-            database.addSearch(search);
+            database.watchers().addSearch(search);
         }
         void signOut() {
             airline.status = SASLoginStatus::loggedOut();
@@ -122,7 +122,7 @@ private Q_SLOTS:
         World world;
         world.hunt.start();
         settle();
-        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        world.database.safekeeping().set(Kept::storageNotice, u"Databasen var skadet."_s);
         world.clock.advance(25min);
         QCOMPARE(world.said.filter(u"Databasen var skadet."_s).size(), 1);
         awaited(world.hunt.stop());

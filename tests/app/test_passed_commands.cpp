@@ -51,7 +51,7 @@ private Q_SLOTS:
         MemorySecretStore secrets;
         Keychain keychain{secrets};
         Capture capture{view, world.clock, Site{}};
-        StandBack standBack{world.database, world.clock};
+        StandBack standBack{world.database.safekeeping(), world.clock};
         LiveSession live{view,    hostWindow, world.clock, world.database, keychain,
                          session, standBack,  capture,     Site{}};
         SignIn signIn{live.window(), session,      standBack,  world.database,

@@ -51,7 +51,7 @@ private:
         SecretServiceStore secrets{clock};
         Keychain keychain{secrets};
         SessionState state;
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         std::unique_ptr<WebKitView> view;
         std::unique_ptr<GtkHostWindow> window;
         std::unique_ptr<Capture> capture;
@@ -74,8 +74,8 @@ private:
             capture = std::make_unique<Capture>(*view, clock, site);
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
                                                     state, standBack, *capture, site);
-            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, standBack,
-                                                 *capture, *session);
+            engine = std::make_unique<SASEngine>(*view, clock, database.settings(), keychain, state,
+                                                 standBack, *capture, *session);
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
             search.origin = u"OSL"_s;
@@ -83,7 +83,7 @@ private:
             search.cabins = {u"first"_s};
             search.dateFrom = clock.today().addDays(20).toString(Qt::ISODate);
             search.dateTo = clock.today().addDays(20 + days - 1).toString(Qt::ISODate);
-            database.addSearch(search);
+            database.watchers().addSearch(search);
             emptyStore();
             wait(keychain.clear());
         }
@@ -136,7 +136,7 @@ private:
         }
         /// As a user who has signed in by hand before.
         void haveDetails(const QString& password = u"demo"_s) {
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             wait(keychain.save(u"demo@tindra.example"_s, password));
         }
         void signOutEverywhere() {

@@ -102,10 +102,11 @@ private Q_SLOTS:
         QVERIFY(restarted.communityHits().isEmpty());
 
         // Nor does a service that fails take away what was found.
-        second.database.set(u"community_url"_s, u"http://127.0.0.1:1"_s);
+        second.database.settings().set(Setting::communityUrl, u"http://127.0.0.1:1"_s);
         second.round();
         QCOMPARE(second.shown.matches().size(), 1);
-        second.database.set(u"community_url"_s, QString::fromStdString(service.address()));
+        second.database.settings().set(Setting::communityUrl,
+                                       QString::fromStdString(service.address()));
 
         first.airlineHas(0);
         first.round();

@@ -98,7 +98,7 @@ private Q_SLOTS:
         search.cabins = {u"economy"_s, u"business"_s};
         search.dateFrom = clock.today().addDays(20).toString(Qt::ISODate);
         search.dateTo = clock.today().addDays(23).toString(Qt::ISODate);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
     }
 
     void signingInByHand() {
@@ -151,10 +151,10 @@ private Q_SLOTS:
         awaited(keychain.save(userName, password));
         {
             Database database(data(), clock);
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             // Without anything to watch, one lookup shows that the session is dead instead of
             // three.
-            database.toggleSearch(1);
+            database.watchers().toggleSearch(1);
         }
         m_airline->expireSiteSession();
         m_airline->expireSso();

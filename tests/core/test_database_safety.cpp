@@ -78,7 +78,7 @@ class TestDatabaseSafety : public QObject {
         Search search;
         search.name = name;
         search.origin = u"OSL"_s;
-        database.addSearch(search);
+        database.watchers().addSearch(search);
     }
     /// A data folder with this watcher in it.
     void fill(const QString& name, bool withCopy = false) const {
@@ -89,7 +89,7 @@ class TestDatabaseSafety : public QObject {
     }
     static QStringList names(Database& database) {
         QStringList names;
-        for (const Search& search : database.listSearches())
+        for (const Search& search : database.watchers().listSearches())
             names.append(search.name);
         return names;
     }

@@ -43,7 +43,8 @@ class TestCommunity : public QObject {
         ManualClock clock;
         Database database{dir.path(), clock};
         FakeHttpSession http;
-        Community community{database, http, clock, Site{}, u"https://hunters.test/base"_s};
+        Community community{database.settings(), http, clock, Site{},
+                            u"https://hunters.test/base"_s};
 
         World() {
             http.answer = [](const HttpRequest&) { return HttpResponse{200, "{\"hits\":[]}"}; };
@@ -119,7 +120,7 @@ private Q_SLOTS:
 
     void soldOutCabinsAreToldOneByOne() {
         World world;
-        world.database.set(u"community_url"_s, u"http://127.0.0.1:9/"_s);
+        world.database.settings().set(Setting::communityUrl, u"http://127.0.0.1:9/"_s);
         awaited(world.community.reportSoldOut(u"k"_s, {u"business"_s, u"premeco"_s}));
         QCOMPARE(world.http.sent.size(), 2);
         QStringList cabins;

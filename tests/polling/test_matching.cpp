@@ -50,9 +50,9 @@ Fare fare(const QString& flight, int economy, int business, const QString& date 
 
 const Leg leg{u"CPH"_s, u"BKK"_s, QDate(2027, 3, 1)};
 const Instant now = instantFromSeconds(1.8e9);
-using Seen = QMap<QString, Database::Seen>;
+using Seen = QMap<QString, SeenStore::Seen>;
 
-Database::Seen seen(const CabinSet& cabins, const QString& flight) {
+SeenStore::Seen seen(const CabinSet& cabins, const QString& flight) {
     return {cabins, u"CPH-BKK 2027-03-01 · "_s + flight};
 }
 

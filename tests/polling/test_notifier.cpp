@@ -96,14 +96,14 @@ private Q_SLOTS:
 
     void settings() {
         World world;
-        world.database.set(u"notify_soldout"_s, u"0"_s);
+        world.database.settings().set(Setting::notifySoldOut, false);
         world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
         QVERIFY(world.center.posted.isEmpty());
         world.notifier.notifyNewFare(offer());
         QCOMPARE(world.center.posted.size(), 1);
 
         world.database.set(u"native_notify"_s, u"yes"_s);
-        world.database.set(u"notify_soldout"_s, u"1"_s);
+        world.database.settings().set(Setting::notifySoldOut, true);
         Match other = offer();
         other.cabin = u"first"_s;
         world.notifier.notifyNewFare(other);
@@ -113,7 +113,7 @@ private Q_SLOTS:
         world.notifier.notifyCommunityFare(unbookable);
         QCOMPARE(world.center.posted.size(), 1);
         // Switched on again, the filter still remembers what it let pass in silence.
-        world.database.set(u"native_notify"_s, u"1"_s);
+        world.database.settings().set(Setting::nativeNotify, true);
         world.notifier.notifyNewFare(other);
         QCOMPARE(world.center.posted.size(), 1);
     }
@@ -136,7 +136,7 @@ private Q_SLOTS:
         QFETCH(const bool, isSoldOut);
         QFETCH(const bool, isTold);
         World world;
-        world.database.addSearch(Search());
+        world.database.watchers().addSearch(Search());
         Match match = offer();
         match.searchId = 1;
         match.foundAt = world.clock.now();
@@ -144,15 +144,15 @@ private Q_SLOTS:
             match.key += u":soldout"_s;
             match.soldOut = true;
         }
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
-        world.database.upsertSeen(1, offer().key, seenSince, {});
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
+        world.database.seen().upsertSeen(1, offer().key, seenSince, {});
         // The process dies before the desktop has answered.
         world.center.answers = false;
         Notifier dead(world.database, world.center, world.clock);
         isSoldOut ? dead.notifySoldOut(match.route, {match.cabin}, match.id)
                   : dead.notifyNewFare(match);
         settle();
-        QCOMPARE(world.database.untold(), QList<Match>{match});
+        QCOMPARE(world.database.offers().untold(), QList<Match>{match});
 
         world.center.answers = true;
         world.center.posted.clear();
@@ -161,7 +161,7 @@ private Q_SLOTS:
         next.tellRest();
         settle();
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
         next.tellRest();
         settle();
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
@@ -169,16 +169,16 @@ private Q_SLOTS:
 
     void whatTheDesktopDoesNotTakeStaysUntold() {
         World world;
-        world.database.addSearch(Search());
+        world.database.watchers().addSearch(Search());
         Match match = offer();
         match.searchId = 1;
         match.foundAt = world.clock.now();
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
-        world.database.upsertSeen(1, match.key, {match.cabin}, {});
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
+        world.database.seen().upsertSeen(1, match.key, {match.cabin}, {});
         world.center.isThere = false;
         world.notifier.notifyNewFare(match);
         settle();
-        QCOMPARE(world.database.untold().size(), 1);
+        QCOMPARE(world.database.offers().untold().size(), 1);
         // It is told when there is a desktop, once, and marked when the disk lets it.
         world.center.isThere = true;
         world.center.posted.clear();
@@ -188,22 +188,22 @@ private Q_SLOTS:
         runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE DELETE ON untold BEGIN "
                                 "SELECT RAISE(ABORT, 'no room'); END;");
         settle();
-        QCOMPARE(world.database.untold().size(), 1);
+        QCOMPARE(world.database.offers().untold().size(), 1);
         runOn(world.dir.path(), "DROP TRIGGER refuse;");
         world.notifier.tellRest();
         QCOMPARE(world.center.posted.size(), 1);
         match.cabin = u"first"_s;
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         world.notifier.notifyNewFare(match);
         settle();
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
 
         // What the user has switched off is not owed to them.
-        world.database.set(u"native_notify"_s, u"0"_s);
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.database.settings().set(Setting::nativeNotify, false);
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         Notifier(world.database, world.center, world.clock).notifyNewFare(match);
         settle();
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
     }
 };
 

@@ -24,7 +24,8 @@ struct AppWorld {
     FakeLegFetcher airline;
     Worker worker{database, airline, notifier, clock};
     FakeHttpSession http;
-    Community community{database, http, clock, Site{}, QStringLiteral("https://community.test")};
+    Community community{database.settings(), http, clock, Site{},
+                        QStringLiteral("https://community.test")};
     AppState state{database, worker, community, notifier, clock};
 
     AppWorld() = default;
@@ -45,7 +46,7 @@ struct AppWorld {
         search.dateTo = QStringLiteral("2027-03-31");
         if (change)
             change(search);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
         state.reload();
         return state.searches().constLast();
     }
@@ -71,7 +72,7 @@ struct AppWorld {
         match.foundAt = clock.now();
         if (change)
             change(match);
-        match.id = database.recordMatch(match);
+        match.id = database.offers().recordMatch(match);
         state.reload();
         return match;
     }

@@ -17,7 +17,7 @@ namespace {
 
 struct PageWorld : AppWorld {
     FakeDesktop desktop;
-    HitsPage page{state, database, desktop, clock, Site{}};
+    HitsPage page{state, database.offers(), desktop, clock, Site{}};
     QAbstractItemModelTester tester{page.rows(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest};
 
@@ -98,7 +98,7 @@ private Q_SLOTS:
         w.page.setWatcherIndex(2);
         QCOMPARE(w.page.emptyText(), u"Ingen treff matcher filtrene."_s);
         // A deleted watcher filters nothing.
-        w.database.deleteSearch(2);
+        w.database.watchers().deleteSearch(2);
         w.state.reload();
         settle();
         QCOMPARE(w.page.watcherIndex(), 0);
@@ -180,7 +180,7 @@ private Q_SLOTS:
         w.page.setShown(true);
         w.add(u"OSL-EWR"_s);
         w.add(u"OSL-BKK"_s);
-        w.database.upsertSeen(1, u"key"_s, {u"business"_s}, {});
+        w.database.seen().upsertSeen(1, u"key"_s, {u"business"_s}, {});
         const auto before = w.state.matches();
         w.page.setConfirmClear(true);
         w.page.clearAll();
@@ -189,7 +189,7 @@ private Q_SLOTS:
         QVERIFY(w.state.matches().isEmpty());
         QVERIFY(!w.page.emptyText().isEmpty());
         QCOMPARE(w.state.searches().size(), 1);
-        QCOMPARE(w.database.seenCabins(1).size(), 1);
+        QCOMPARE(w.database.seen().seenCabins(1).size(), 1);
         QVERIFY(w.page.canUndo());
         w.page.undoClear();
         QCOMPARE(w.state.matches(), before);

@@ -10,7 +10,7 @@ namespace {
 
 struct WindowWorld : AppWorld {
     FakeDesktop desktop;
-    HitsPage page{state, database, desktop, clock, Site{}};
+    HitsPage page{state, database.offers(), desktop, clock, Site{}};
     std::unique_ptr<PageWindow> window;
 
     WindowWorld() {

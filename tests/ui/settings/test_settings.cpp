@@ -58,8 +58,8 @@ private Q_SLOTS:
         if (!stored.isEmpty())
             world.database.set(u"poll_interval_min"_s, stored);
         AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
-        SettingsView view(state, world.database, world.airline, world.notifier, &world.autostart,
-                          world.pill, world.details, world.about);
+        SettingsView view(state, world.database.settings(), world.airline, world.notifier,
+                          &world.autostart, world.pill, world.details, world.about);
         view.open();
         settle();
         QTEST(view.intervalLabels().join(u','), "choices");

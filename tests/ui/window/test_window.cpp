@@ -69,7 +69,7 @@ private Q_SLOTS:
         QVERIFY(page.find(u"demoNote"_s));
         QVERIFY(!page.find(u"notice"_s));
         QVERIFY(page.isShown(u"Dashboard"_s));
-        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        world.database.safekeeping().set(Kept::storageNotice, u"Databasen var skadet."_s);
         runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
                                 "BEGIN SELECT RAISE(ABORT, 'full'); END");
         world.database.set(u"x"_s, u"1"_s);
@@ -112,7 +112,7 @@ private Q_SLOTS:
     void withoutAWayBackThereIsOnlyToStayOrQuit() {
         WindowWorld world;
         world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
                        LifeCycle::SecondStart::isLost);
         QVariantMap content = world.content();
         content[u"life"_s] = QVariant::fromValue(&life);
@@ -130,7 +130,7 @@ private Q_SLOTS:
 
     void theOnboardingComesFirst() {
         WindowWorld world;
-        world.database.set(u"onboarded"_s, u"0"_s);
+        world.database.settings().set(Setting::onboarded, false);
         AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
         RootView root(state, world.airline, false);
         OnboardingView onboarding(state, world.session, world.clock, [] {});

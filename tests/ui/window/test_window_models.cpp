@@ -29,8 +29,8 @@ private Q_SLOTS:
         World world;
         for (int i = 0; i < 5; ++i)
             world.addWatcher();
-        world.database.toggleSearch(2);
-        world.database.toggleSearch(3);
+        world.database.watchers().toggleSearch(2);
+        world.database.watchers().toggleSearch(3);
         const QSignalSpy changed(&world.dashboard, &DashboardView::changed);
         world.lastPollWas(1284);
         QVERIFY(!changed.isEmpty());
@@ -45,7 +45,7 @@ private Q_SLOTS:
 
     void aDamagedSummaryHasNoTime() {
         World world;
-        world.database.set(u"last_poll"_s, u"{\"at\":1e300,\"fetched\":2}"_s);
+        world.database.safekeeping().set(Kept::lastPoll, u"{\"at\":1e300,\"fetched\":2}"_s);
         world.state.reload();
         QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
         QCOMPARE(world.dashboard.lastCheckSub(), u"2 reiser gjennomgått"_s);
@@ -188,7 +188,7 @@ private Q_SLOTS:
     void aWindowWithoutAWayBackStays() {
         World world;
         world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
                        LifeCycle::SecondStart::isLost);
         life.start(true);
         QVERIFY(life.isWindowShown());
