@@ -311,17 +311,17 @@ private Q_SLOTS:
 
     void whatIsRememberedOfThemIsNoSecret() {
         World world;
-        const QString key = u"session_cookies"_s;
         world.store.cookies = {cookie(u"over"_s, u"sas.no"_s, world.clock.now() - moment),
                                cookie(u"_ga"_s, u"sas.no"_s),
                                cookie(u"later"_s, u".sas.no"_s, instantFromSeconds(1978307200.5)),
                                cookie(u"auth0"_s, u"auth.flysas.com"_s)};
         world.secrets.takes = false;
         awaited(world.vault.snapshotCookies());
-        QVERIFY(!world.database.get(key));
+        QVERIFY(!world.database.safekeeping().get(Kept::sessionCookies));
         world.secrets.takes = true;
         awaited(world.vault.snapshotCookies());
-        QCOMPARE(QJsonDocument::fromJson(world.database.get(key)->toUtf8()),
+        QCOMPARE(QJsonDocument::fromJson(
+                     world.database.safekeeping().get(Kept::sessionCookies)->toUtf8()),
                  QJsonDocument::fromJson(R"([
             {"domain":".sas.no", "expires":1000000000.5, "name":"later"},
             {"domain":"auth.flysas.com", "name":"auth0"}])"));
@@ -416,8 +416,8 @@ private Q_SLOTS:
         World world;
         world.keep(StoredCookies::encode({cookie(u"a"_s, u"sas.no"_s)}));
         world.secrets.delay = 20s;
-        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
-                                                   world.clock, Site{});
+        auto vault = std::make_unique<CookieVault>(
+            world.store, world.keychain, world.database.safekeeping(), world.clock, Site{});
         const auto hasEnded = watched(vault->restoreCookiesIfNeeded());
         vault->snapshotSoon();
         world.clock.advance(std::chrono::seconds(seconds));
@@ -458,8 +458,8 @@ private Q_SLOTS:
         QCOMPARE(world.clock.waiting(), 0);
 
         // Its end is the end of those who wait, too.
-        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
-                                                   world.clock, Site{});
+        auto vault = std::make_unique<CookieVault>(
+            world.store, world.keychain, world.database.safekeeping(), world.clock, Site{});
         vault->snapshotSoon();
         const auto orphan = watched(vault->settled(1h));
         vault.reset();

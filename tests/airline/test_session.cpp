@@ -366,8 +366,8 @@ private Q_SLOTS:
 
         store.calls.clear();
         store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
-        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
-                            world.capture, vault, window, world.site);
+        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
+                            world.state, world.capture, vault, window, world.site);
         autoLogin.attemptAutoLogin();
         settle();
         QCOMPARE(store.calls, QStringList({u"2: all"_s, u"2: remove ad"_s}));
@@ -550,10 +550,8 @@ private Q_SLOTS:
                 QVERIFY(world.view.loaded.isEmpty());
             }();
         };
-        for (const QString& value : {u"0"_s, u""_s, u"true"_s, u" 1"_s}) {
-            world.database.set(u"auto_login"_s, value);
-            isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
-        }
+        world.database.settings().set(Setting::autoLogin, false);
+        isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
         world.database.settings().set(Setting::autoLogin, true);
         world.secrets.items.clear();
         isRefused({u"auto-innlogging: hoppet over (ingen detaljer i noekkelringen)"_s});
@@ -609,8 +607,8 @@ private Q_SLOTS:
         NotingStore store(world.view);
         CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
                           world.site);
-        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
-                            world.capture, vault, world.session.window(), world.site);
+        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
+                            world.state, world.capture, vault, world.session.window(), world.site);
         const auto open = [&] {
             world.state.setLoginWindowOpen(true);
             world.state.setLoginWindowOpen(!closedAgain);
@@ -647,9 +645,9 @@ private Q_SLOTS:
     void nothingIsFilledInWhileTheAirlineRefuses() {
         World world;
         bool refuses = true;
-        AutoLogin autoLogin(world.view, world.clock, world.database, world.keychain, world.state,
-                            world.capture, world.vault, world.session.window(), world.site,
-                            [&refuses] { return refuses; });
+        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
+                            world.state, world.capture, world.vault, world.session.window(),
+                            world.site, [&refuses] { return refuses; });
         const auto attempt = [&] {
             world.result.reset();
             autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });

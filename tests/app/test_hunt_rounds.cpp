@@ -4,6 +4,7 @@
 #include "app/Hunt.h"
 #include "app/Sharing.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
 
 #include <QTest>
@@ -118,13 +119,15 @@ private Q_SLOTS:
                  qPrintable(world.results.last()));
     }
 
-    void theLoopSaysOnceThatTheDataWasReplaced() {
+    void theLoopSaysOnceWhatIsWrongWithStoring() {
         World world;
         world.hunt.start();
         settle();
-        world.database.safekeeping().set(Kept::storageNotice, u"Databasen var skadet."_s);
+        runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
+                                "BEGIN SELECT RAISE(ABORT, 'no room'); END");
+        world.database.safekeeping().note(Kept::toldBackground);
         world.clock.advance(25min);
-        QCOMPARE(world.said.filter(u"Databasen var skadet."_s).size(), 1);
+        QCOMPARE(world.said.filter(u"no room"_s).size(), 1);
         awaited(world.hunt.stop());
     }
 

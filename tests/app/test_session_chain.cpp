@@ -183,8 +183,8 @@ private Q_SLOTS:
         QVERIFY(vault.contains("\"domain\""));
         QVERIFY(!vault.contains("_ga"));
         world.emptyStore();
-        CookieVault next(world.view->cookies(), world.keychain, world.database, world.clock,
-                         Site{{}, u"site.localhost"_s, {}, u"id.localhost"_s});
+        CookieVault next(world.view->cookies(), world.keychain, world.database.safekeeping(),
+                         world.clock, Site{{}, u"site.localhost"_s, {}, u"id.localhost"_s});
         // In real time: a step of the clock is longer than the keychain is waited for.
         awaited(next.restoreCookiesIfNeeded());
         QVERIFY(world.log().contains("cookie-hvelv: la tilbake "));

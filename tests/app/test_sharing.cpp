@@ -27,7 +27,8 @@ struct Hunter : AppWorld {
     Sharing sharing{worker, shared, shown, realTime};
 
     explicit Hunter(const community::Service& service)
-        : shared(database, network, clock, Site{}, QString::fromStdString(service.address())) {
+        : shared(database.settings(), network, clock, Site{},
+                 QString::fromStdString(service.address())) {
         addWatcher(u"EWR"_s,
                    [](Search& s) { s.dateFrom = s.dateTo = QLatin1StringView(bookable); });
         shown.reload();

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -200,14 +201,97 @@ private Q_SLOTS:
         QCOMPARE(database.watchers().listSearches(), watchers);
     }
 
-    void settings() {
+    void changesAreToldOnceATurn() {
         Database database(folder(), m_clock);
-        QVERIFY(!database.get(u"x"_s));
-        QVERIFY(database.isOn(u"x"_s, true));
-        database.set(u"x"_s, u"1"_s);
-        database.set(u"x"_s, u"true"_s);
-        QCOMPARE(database.get(u"x"_s), u"true"_s);
-        QVERIFY(!database.isOn(u"x"_s, true));
+        int watcherNews = 0;
+        int offerNews = 0;
+        connect(&database.watchers(), &WatcherStore::changed, this, [&] { ++watcherNews; });
+        connect(&database.offers(), &OfferStore::changed, this, [&] { ++offerNews; });
+        const auto told = [&] {
+            settle();
+            return std::pair(std::exchange(watcherNews, 0), std::exchange(offerNews, 0));
+        };
+        database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        database.watchers().markChecked(1, 1);
+        database.transaction([&] { database.offers().recordMatch(offer(1, u"a"_s)); });
+        database.offers().recordMatch(offer(1, u"b"_s));
+        QCOMPARE(told(), std::pair(1, 1));
+        database.watchers().renameSearch(9, u"nobody"_s);
+        database.seen().upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        database.safekeeping().note(Kept::toldBackground);
+        QCOMPARE(told(), std::pair(0, 0));
+        database.watchers().takeSearch(1);
+        QCOMPARE(told(), std::pair(1, 1));
+        database.watchers().restoreSearch();
+        QCOMPARE(told(), std::pair(1, 1));
+        database.offers().takeMatches();
+        QCOMPARE(told(), std::pair(0, 1));
+    }
+
+    void settings_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("written");
+        const auto add = [](const QString& key, const QString& stored, const QString& value,
+                            const QString& written) {
+            QTest::addRow("%s %s", qPrintable(key),
+                          stored.isNull() ? "missing" : qPrintable(stored))
+                << key << stored << value << written;
+        };
+        const QString missing;
+        for (const QString& key : {u"onboarded"_s, u"auto_login"_s})
+            add(key, missing, u"off"_s, u"0"_s);
+        for (const QString& key : {u"native_notify"_s, u"notify_soldout"_s, u"share_hits"_s})
+            add(key, missing, u"on"_s, u"1"_s);
+        for (const QString& nonsense : {u""_s, u"true"_s, u" 1"_s})
+            add(u"share_hits"_s, nonsense, u"off"_s, u"0"_s);
+        const QString interval = u"poll_interval_min"_s;
+        for (const QString& usual : {missing, u"abc"_s, u"nan"_s, u"inf"_s, u""_s})
+            add(interval, usual, u"10"_s, u"10.0"_s);
+        add(interval, u"2.5"_s, u"2.5"_s, u"2.5"_s);
+        add(interval, u"-3"_s, u"1"_s, u"1.0"_s);
+        add(interval, u"1e300"_s, u"10080"_s, u"10080.0"_s);
+        add(u"community_url"_s, missing, missing, u""_s);
+        add(u"community_url"_s, u" x "_s, u" x "_s, u" x "_s);
+    }
+    /// What is read, and then stored again.
+    void settings() {
+        QFETCH(QString, key);
+        QFETCH(QString, stored);
+        Database database(folder(), m_clock);
+        Settings& settings = database.settings();
+        if (!stored.isNull())
+            runOn(folder(),
+                  "INSERT INTO kv VALUES ('" + key.toUtf8() + "','" + stored.toUtf8() + "')");
+        QString value = settings.text(Setting::communityUrl).value_or(QString());
+        std::function<bool()> store = [&] { return settings.set(Setting::communityUrl, value); };
+        if (key == Setting::pollIntervalMin.key) {
+            const double minutes = settings.number(Setting::pollIntervalMin);
+            value = QString::number(minutes);
+            store = [&, minutes] { return settings.set(Setting::pollIntervalMin, minutes); };
+        }
+        for (const auto& one : {Setting::onboarded, Setting::nativeNotify, Setting::notifySoldOut,
+                                Setting::shareHits, Setting::autoLogin}) {
+            if (one.key != key)
+                continue;
+            value = settings.isOn(one) ? u"on"_s : u"off"_s;
+            store = [&, one] { return settings.set(one, value == u"on"_s); };
+        }
+        QTEST(value, "value");
+        QSignalSpy changed(&settings, &Settings::changed);
+        QVERIFY(store());
+        QCOMPARE(changed.takeFirst(), QVariantList{key});
+        QString written;
+        SqliteConnection file;
+        file.openReadOnly(folder() + u"/tindra.sqlite"_s);
+        file.query(
+            "SELECT value FROM kv WHERE key = ?",
+            [&written](const SqliteRow& row) { written = row.text(0); }, key);
+        QTEST(written, "written");
+        runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
+                        "SELECT RAISE(ABORT, 'no room'); END;");
+        QVERIFY(!store() && changed.isEmpty());
     }
 
     void anOldFileIsUpgradedAndCleanedOnce() {
@@ -337,11 +421,11 @@ private Q_SLOTS:
         QCOMPARE(log().count("database: "), 1);
 
         database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
-        database.set(u"x"_s, u"1"_s);
+        QVERIFY(!database.settings().set(Setting::onboarded, true));
         QVERIFY(!database.transaction([&] { database.offers().recordMatch(offer(1, u"a"_s)); }));
         QVERIFY(database.watchers().listSearches().isEmpty());
         QVERIFY(database.offers().recentMatches(10).isEmpty());
-        QVERIFY(!database.get(u"x"_s));
+        QVERIFY(!database.settings().isOn(Setting::onboarded));
         QVERIFY(log().contains("addSearch FEILET: "));
         QVERIFY(log().contains("(OSL->BKK)\n"));
         QCOMPARE(log().count("database: "), 1);

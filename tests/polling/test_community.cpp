@@ -69,21 +69,21 @@ class TestCommunity : public QObject {
 
 private Q_SLOTS:
     void nothingIsSentWithoutConsentOrAddress_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("switched off") << u"share_hits"_s << u"0"_s;
-        QTest::newRow("nonsense counts as off") << u"share_hits"_s << u"yes"_s;
-        QTest::newRow("no address") << u"community_url"_s << u"hunters and friends"_s;
-        QTest::newRow("empty address") << u"community_url"_s << QString(u""_s);
-        QTest::newRow("another scheme") << u"community_url"_s << u"file:///tmp/hits"_s;
-        QTest::newRow("leads nowhere") << u"community_url"_s << u"https://community.x.invalid"_s;
+        QTest::addColumn<bool>("isSharing");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("switched off") << false << u"https://hunters.test"_s;
+        QTest::newRow("no address") << true << u"hunters and friends"_s;
+        QTest::newRow("empty address") << true << QString(u""_s);
+        QTest::newRow("another scheme") << true << u"file:///tmp/hits"_s;
+        QTest::newRow("leads nowhere") << true << u"https://community.x.invalid"_s;
     }
 
     void nothingIsSentWithoutConsentOrAddress() {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
+        QFETCH(bool, isSharing);
+        QFETCH(QString, address);
         World world;
-        world.database.set(key, value);
+        world.database.settings().set(Setting::shareHits, isSharing);
+        world.database.settings().set(Setting::communityUrl, address);
         world.callAll();
         QVERIFY(world.http.sent.isEmpty());
     }

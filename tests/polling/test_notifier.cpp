@@ -102,7 +102,7 @@ private Q_SLOTS:
         world.notifier.notifyNewFare(offer());
         QCOMPARE(world.center.posted.size(), 1);
 
-        world.database.set(u"native_notify"_s, u"yes"_s);
+        world.database.settings().set(Setting::nativeNotify, false);
         world.database.settings().set(Setting::notifySoldOut, true);
         Match other = offer();
         other.cabin = u"first"_s;

@@ -192,12 +192,14 @@ private Q_SLOTS:
         QCOMPARE(w.database.seen().seenCabins(1).size(), 1);
         QVERIFY(w.page.canUndo());
         w.page.undoClear();
+        settle();
         QCOMPARE(w.state.matches(), before);
         QVERIFY(!w.page.canUndo() && w.page.notice().isEmpty());
 
         w.page.clearAll();
         w.page.dismissNotice();
         w.page.undoClear();
+        settle();
         QVERIFY(w.state.matches().isEmpty());
         w.page.clearAll();
         QVERIFY(w.page.notice().isEmpty());

@@ -100,6 +100,7 @@ private Q_SLOTS:
         usa.destination = u"JFK,EWR,ORD,IAD,SFO,LAX,BOS,MIA"_s;
         usa.dateFrom = usa.returnDateFrom = u"2027-01-16"_s;
         usa.dateTo = usa.returnDateTo = u"2027-03-16"_s;
+        settle();
         QCOMPARE(world.state.searches().size(), 2);
         Search stored = world.state.searches().constLast();
         stored.lastChecked.reset();

@@ -101,6 +101,7 @@ private Q_SLOTS:
         QCOMPARE(page.section.activeText(), u"2 aktive"_s);
         page.section.toggle(1);
         page.section.setWatching(1, false); // is off already
+        settle();
         QVERIFY(!page.database.watchers().listSearches()[0].enabled);
         QCOMPARE(page.section.activeText(), u"1 aktive"_s);
         QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Pauset"_s);
@@ -108,18 +109,22 @@ private Q_SLOTS:
         QVERIFY(page.database.watchers().listSearches()[0].enabled);
 
         page.section.rename(1, u"Høst"_s);
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"Høst"_s);
         page.section.rename(1, u""_s);
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
 
         page.addMatch();
         QSignalSpy removed(&page.section, &WatchersSection::removed);
         page.section.remove(1);
+        settle();
         QCOMPARE(removed.size(), 1);
         QCOMPARE(removed[0][0], u"Overvåkeren «OSL → EWR» er slettet"_s);
         QCOMPARE(page.database.watchers().listSearches().size(), 1);
         QVERIFY(page.state.matches().isEmpty());
         page.section.undoRemove();
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
         QCOMPARE(page.shown(0, WatcherCards::HitsTextRole), u"1 treff"_s);
         page.section.remove(9);
@@ -134,6 +139,7 @@ private Q_SLOTS:
         QCOMPARE(removed[2][0], u"Overvåkeren kunne ikke legges tilbake. Prøv igjen."_s);
         runOn(page.dir.path(), "DROP TRIGGER full;");
         page.section.undoRemove();
+        settle();
         QCOMPARE(page.database.watchers().listSearches().size(), 2);
         QCOMPARE(removed.size(), 3);
 
@@ -141,6 +147,7 @@ private Q_SLOTS:
         runOn(page.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON searches BEGIN "
                                "SELECT RAISE(ABORT, 'no room'); END;");
         page.section.setWatching(1, false);
+        settle();
         QVERIFY(page.shown(0, WatcherCards::WatchingRole).toBool());
     }
 
@@ -321,6 +328,7 @@ private Q_SLOTS:
               "shown");
         QCOMPARE(page.database.watchers().listSearches(), QList{original});
         page.section.sheet()->save();
+        settle();
         QVERIFY(!page.shown(0, WatcherCards::PastRole).toBool());
     }
 

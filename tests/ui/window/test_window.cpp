@@ -72,15 +72,15 @@ private Q_SLOTS:
         world.database.safekeeping().set(Kept::storageNotice, u"Databasen var skadet."_s);
         runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
                                 "BEGIN SELECT RAISE(ABORT, 'full'); END");
-        world.database.set(u"x"_s, u"1"_s);
-        world.state.reload();
+        world.database.safekeeping().note(Kept::toldBackground);
+        settle();
         world.root.select(RootView::Settings);
         QVERIFY(page.isShown(*world.database.problem()));
         QVERIFY(!page.find(u"dismissNotice"_s));
         // What has passed can be put away, what is still wrong cannot.
         runOn(world.dir.path(), "DROP TRIGGER full");
         world.database.recover();
-        world.state.reload();
+        settle();
         QVERIFY(page.isShown(u"Databasen var skadet."_s));
         page.click(u"dismissNotice"_s);
         QVERIFY(!page.find(u"notice"_s));

@@ -157,16 +157,16 @@ private Q_SLOTS:
     }
 
     void whatCannotBeNotifiedIsAsked_data() {
-        QTest::addColumn<QString>("setting");
+        QTest::addColumn<bool>("isOn");
         QTest::addColumn<bool>("isServiceThere");
-        QTest::newRow("switched off") << u"0"_s << true;
-        QTest::newRow("no service") << u"1"_s << false;
+        QTest::newRow("switched off") << false << true;
+        QTest::newRow("no service") << true << false;
     }
     void whatCannotBeNotifiedIsAsked() {
-        QFETCH(QString, setting);
+        QFETCH(bool, isOn);
         QFETCH(bool, isServiceThere);
         World world;
-        world.database.set(u"native_notify"_s, setting);
+        world.database.settings().set(Setting::nativeNotify, isOn);
         world.center.isThere = isServiceThere;
         world.life.showWindow();
         world.life.closeWindow();
