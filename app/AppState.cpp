@@ -29,7 +29,6 @@ constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
 constexpr qsizetype mostFreshAtOnce = 20;
 /// Finds compared with the watchers in one turn of the event loop.
 constexpr qsizetype findsPerTurn = 20;
-const QString hub = u"CPH"_s;
 
 /// Where a find of a stranger belongs once it is stored.
 Match asStored(Match hit) {
@@ -94,40 +93,40 @@ int AppState::newToday() const {
     const Instant end = instantFromSeconds(
         static_cast<double>(m_clock.today().addDays(1).startOfDay().toSecsSinceEpoch()));
     return static_cast<int>(
-        std::count_if(m_matches.begin(), m_matches.end(), [start, end](const Match& match) {
-            return !match.soldOut && match.foundAt >= start && match.foundAt < end;
+        std::count_if(m_matches.begin(), m_matches.end(), [start, end](const Hit& hit) {
+            const auto* match = std::get_if<Match>(&hit);
+            return match && match->foundAt >= start && match->foundAt < end;
         }));
 }
 
-QStringList AppState::watchedRoutes() const {
-    QSet<QString> routes;
+QList<Route> AppState::watchedRoutes() const {
+    QSet<Route> routes;
     for (const Search& watcher : m_searches) {
         if (!watcher.enabled)
             continue;
         const QStringList destinations = Search::codes(watcher.destination);
         for (const QString& origin : Search::codes(watcher.origin)) {
             for (const QString& destination : destinations) {
-                const bool fromHub = SAS::hubAwardDests().contains(destination);
-                const QString& from = fromHub ? hub : origin;
-                routes.insert(from + u'-' + destination);
+                // Others may have found it without partner flights.
+                const Route route = SAS::searchedRoute({origin, destination}, false);
+                routes.insert(route);
                 if (watcher.isRoundTrip())
-                    routes.insert(destination + u'-' + from);
+                    routes.insert(route.reversed());
             }
         }
     }
-    QStringList sorted(routes.begin(), routes.end());
-    sorted.sort();
+    QList<Route> sorted(routes.begin(), routes.end());
+    std::sort(sorted.begin(), sorted.end());
     return sorted;
 }
 
-std::optional<QString> AppState::direction(const Match& match) const {
-    if (match.soldOut)
-        return std::nullopt;
+std::optional<Direction> AppState::direction(const Match& match) const {
     const auto watcher = m_origins.find(match.searchId);
     if (watcher == m_origins.end() || !watcher->isRoundTrip)
         return std::nullopt;
-    const QString from = match.route.section(u'-', 0, 0, QString::SectionSkipEmpty);
-    return from == hub || watcher->codes.contains(from) ? u"Utreise"_s : u"Hjemreise"_s;
+    const QString& from = match.route().origin;
+    const bool isOut = SAS::hubs().contains(from) || watcher->codes.contains(from);
+    return isOut ? Direction::out : Direction::home;
 }
 
 void AppState::reload() {
@@ -177,7 +176,7 @@ QCoro::Task<> AppState::refreshCommunity() {
     const QPointer self(this);
     // An older answer that comes later than a newer one says nothing any more.
     const int number = ++m_refreshes;
-    const QStringList routes = watchedRoutes();
+    const QList<Route> routes = watchedRoutes();
     const auto answer = co_await m_community.fetchHits(routes);
     if (!self || number != m_refreshes)
         co_return;
@@ -197,7 +196,7 @@ QCoro::Task<> AppState::refreshCommunity() {
 }
 
 /// What others have found and then sold out is no longer offered.
-void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked) {
+void AppState::removeGone(const FoundByOthers& answer, const QList<Route>& asked) {
     const auto service = m_community.base();
     if (std::exchange(m_service, service) != service)
         m_served.clear();
@@ -209,21 +208,28 @@ void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked)
         return;
     m_database.transaction([&] {
         for (const Match& match : gone) {
-            m_served.remove(CommunityFind::identity(match));
+            m_served.remove(match.offer());
             m_database.deleteMatch(match.id);
         }
     });
     reload();
 }
 
+/// Of the stored hits.
+QSet<OfferId> AppState::offers() const {
+    QSet<OfferId> offers;
+    for (const Hit& hit : m_matches) {
+        if (const auto* match = std::get_if<Match>(&hit))
+            offers.insert(match->offer());
+    }
+    return offers;
+}
+
 /// What is neither served nor stored any more cannot be missed, and is forgotten.
 void AppState::noteServed(const QList<Match>& hits) {
-    QSet<QString> stored;
-    for (const Match& match : std::as_const(m_matches))
-        stored.insert(CommunityFind::identity(match));
-    m_served.intersect(stored);
+    m_served.intersect(offers());
     for (const Match& hit : hits)
-        m_served.insert(CommunityFind::identity(hit));
+        m_served.insert(hit.offer());
 }
 
 /// Those that are what an enabled watcher asks for, in their order.
@@ -242,15 +248,15 @@ QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
 
 /// First on the disk, then said: what was announced is never announced again.
 void AppState::notifyFreshCommunityHits() {
-    const auto seen = m_database.seenCabins(Match::communitySearchId);
+    const auto seen = m_database.seenOfOthers();
     const Instant oldest = m_clock.now() - freshness;
     QList<Match> fresh;
-    QSet<QString> taken;
+    QSet<OfferId> taken;
     for (const Match& hit : std::as_const(m_communityHits)) {
-        const QString key = CommunityFind::identity(hit);
-        if (fresh.size() < mostFreshAtOnce && hit.foundAt > oldest && !seen.contains(key) &&
-            !taken.contains(key)) {
-            taken.insert(key);
+        const OfferId offer = hit.offer();
+        if (fresh.size() < mostFreshAtOnce && hit.foundAt > oldest && !seen.contains(offer) &&
+            !taken.contains(offer)) {
+            taken.insert(offer);
             fresh.append(hit);
         }
     }
@@ -268,8 +274,7 @@ void AppState::notifyFreshCommunityHits() {
         return;
     const bool isStored = m_database.transaction([&] {
         for (Match& hit : fresh) {
-            m_database.upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
-                                  {hit.cabin}, hit.route);
+            m_database.noteSeenOfOthers(hit);
             hit.id = m_database.recordMatch(asStored(hit), Database::Telling::isDue);
         }
     });
@@ -293,7 +298,7 @@ void AppState::setSearches(QList<Search> searches) {
     Q_EMIT searchesChanged();
 }
 
-void AppState::setMatches(QList<Match> matches) {
+void AppState::setMatches(QList<Hit> matches) {
     if (m_matches == matches)
         return;
     m_matches = std::move(matches);
@@ -303,11 +308,8 @@ void AppState::setMatches(QList<Match> matches) {
 /// Leaves out what is among the user's own.
 void AppState::setCommunityHits(QList<Match> hits) {
     if (!hits.isEmpty()) {
-        QSet<QString> own;
-        for (const Match& match : std::as_const(m_matches))
-            own.insert(CommunityFind::identity(match));
-        hits.removeIf(
-            [&own](const Match& hit) { return own.contains(CommunityFind::identity(hit)); });
+        const QSet<OfferId> own = offers();
+        hits.removeIf([&own](const Match& hit) { return own.contains(hit.offer()); });
     }
     if (m_communityHits == hits)
         return;

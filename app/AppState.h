@@ -21,6 +21,8 @@ class Notifier;
 class Worker;
 struct FoundByOthers;
 
+enum class Direction { out, home };
+
 /// What all screens share: a cache over the database, refreshed by `reload`, and the three
 /// settings that they bind to. Every change goes to the database first. Main thread only.
 class AppState : public QObject {
@@ -39,8 +41,8 @@ public:
 
     /// All watchers, in ascending id.
     const QList<Search>& searches() const { return m_searches; }
-    /// The newest offers first, at most 2000, none with a past travel date.
-    const QList<Match>& matches() const { return m_matches; }
+    /// Offers and sold-out records, the newest first, at most 2000, none with a past travel date.
+    const QList<Hit>& matches() const { return m_matches; }
     /// The last round that was stored; absent before the first.
     const std::optional<PollSummary>& lastPoll() const { return m_lastPoll; }
     /// Offers that can still be booked, per watcher; community finds under -1.
@@ -63,11 +65,10 @@ public:
 
     /// Offers found today, by the user's calendar, that are not sold out.
     int newToday() const;
-    /// The pairs "OSL-NYC" of all enabled watchers, both ways for round trips, in byte order.
-    QStringList watchedRoutes() const;
-    /// "Utreise" or "Hjemreise" for an offer of a round trip; absent for a one-way or deleted
-    /// watcher's offer, and for a sold-out record.
-    std::optional<QString> direction(const Match& match) const;
+    /// The routes of all enabled watchers, both ways for round trips, in byte order.
+    QList<Route> watchedRoutes() const;
+    /// Which way of a round trip an offer is; absent for a one-way or deleted watcher's.
+    std::optional<Direction> direction(const Match& match) const;
 
     /// Also happens by itself when another day begins.
     void reload();
@@ -103,11 +104,12 @@ private:
     void noteStorage();
     void followDay();
     void setSearches(QList<Search> searches);
-    void setMatches(QList<Match> matches);
+    void setMatches(QList<Hit> matches);
     void setCommunityHits(QList<Match> hits);
     QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
+    QSet<OfferId> offers() const;
     void noteServed(const QList<Match>& hits);
-    void removeGone(const FoundByOthers& answer, const QStringList& asked);
+    void removeGone(const FoundByOthers& answer, const QList<Route>& asked);
     void notifyFreshCommunityHits();
 
     Database& m_database;
@@ -120,13 +122,13 @@ private:
 
     QList<Search> m_searches;
     QHash<qint64, Origins> m_origins;
-    QList<Match> m_matches;
+    QList<Hit> m_matches;
     std::optional<PollSummary> m_lastPoll;
     QMap<qint64, int> m_matchCounts;
     QList<Match> m_communityHits;
     int m_refreshes = 0;
-    /// What the service has had in this run, by identity, and which service that is.
-    QSet<QString> m_served;
+    /// What the service has had in this run, and which service that is.
+    QSet<OfferId> m_served;
     std::optional<QUrl> m_service;
     bool m_onboarded = false;
     bool m_notifyOn = true;

@@ -99,10 +99,11 @@ Facts collect(Database& database, const AppState& state, const SessionState& ses
         ++facts.watchers;
         facts.enabledWatchers += watcher.enabled ? 1 : 0;
     }
-    for (const Match& match : state.matches()) {
+    for (const Hit& hit : state.matches()) {
+        const auto* match = std::get_if<Match>(&hit);
         ++facts.offers;
-        facts.soldOutRecords += match.soldOut ? 1 : 0;
-        facts.communityFinds += match.isCommunity ? 1 : 0;
+        facts.soldOutRecords += match ? 0 : 1;
+        facts.communityFinds += match && match->isCommunity ? 1 : 0;
     }
     facts.login = loginText(session.loginStatus().state);
     facts.lastPoll = state.lastPoll();

@@ -43,12 +43,13 @@ Hunt::Hunt(Database& database, SessionState& session, Worker& worker, Sharing& s
     });
     connect(&worker, &Worker::matchFound, this, [this](const Match& match) {
         m_found.append(match);
-        m_output.progress(u"  ✈ %1 %2, %3 %4"_s.arg(
-            match.travelDate, match.route, QString::number(match.seats), cabinLabel(match.cabin)));
+        m_output.progress(
+            u"  ✈ %1 %2, %3 %4"_s.arg(DateFmt::iso(match.travelDate()), match.route().text(),
+                                      QString::number(match.seats), label(match.cabin)));
     });
-    connect(&worker, &Worker::soldOut, this, [this](const Match& record) {
+    connect(&worker, &Worker::soldOut, this, [this](const SoldOut& record) {
         m_soldOut.append(record);
-        m_output.progress(u"  ✗ utsolgt: "_s + record.route);
+        m_output.progress(u"  ✗ utsolgt: "_s + record.label);
     });
 }
 

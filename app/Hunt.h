@@ -74,7 +74,7 @@ private:
     bool m_saidSignedOut = false;
     QString m_saidRefusal;
     QList<Match> m_found;
-    QList<Match> m_soldOut;
+    QList<SoldOut> m_soldOut;
     /// The last round that has ended, and how many have.
     PollSummary m_lastRound;
     int m_rounds = 0;

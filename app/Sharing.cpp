@@ -9,10 +9,9 @@
 
 Sharing::Sharing(Worker& worker, Community& community, AppState& state, Clock& clock)
     : m_community(community), m_state(state), m_clock(clock) {
-    connect(&worker, &Worker::soldOut, this,
-            [this](const Match&, const QString& key, const CabinSet& cabins) {
-                start(m_community.reportSoldOut(key, cabins));
-            });
+    connect(&worker, &Worker::soldOut, this, [this](const SoldOut& record) {
+        start(m_community.reportSoldOut(record.key, record.cabins));
+    });
     connect(&worker, &Worker::matchFound, this,
             [this](const Match& match) { m_found.append(match); });
     connect(&worker, &Worker::stored, this, &Sharing::shareFound);

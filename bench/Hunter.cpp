@@ -71,9 +71,9 @@ void Hunter::watch(QDate first, int days) {
     Search search;
     search.origin = u"OSL"_s;
     search.destination = u"LHR"_s;
-    search.cabins = {u"economy"_s, u"premeco"_s, u"business"_s};
-    search.dateFrom = DateFmt::iso(first);
-    search.dateTo = DateFmt::iso(first.addDays(days - 1));
+    search.cabins = {Cabin::economy, Cabin::premeco, Cabin::business};
+    search.dateFrom = first;
+    search.dateTo = first.addDays(days - 1);
     database.addSearch(search);
 }
 

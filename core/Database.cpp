@@ -24,10 +24,10 @@ Search readSearch(const SqliteRow& row) {
     search.cabins = decodeCabins(row.text(4));
     search.minSeats = static_cast<int>(row.integer(5));
     search.maxStops = static_cast<int>(row.integer(6));
-    search.dateFrom = row.text(7);
-    search.dateTo = row.text(8);
-    search.returnDateFrom = row.text(9);
-    search.returnDateTo = row.text(10);
+    search.dateFrom = DateFmt::dateFromIso(row.text(7));
+    search.dateTo = DateFmt::dateFromIso(row.text(8));
+    search.returnDateFrom = DateFmt::dateFromIso(row.text(9));
+    search.returnDateTo = DateFmt::dateFromIso(row.text(10));
     search.enabled = row.integer(11) == 1;
     if (!row.isNull(12))
         search.lastChecked = instantFromSeconds(row.real(12));
@@ -36,28 +36,48 @@ Search readSearch(const SqliteRow& row) {
     return search;
 }
 
-Match readMatch(const SqliteRow& row) {
+// A sold-out record has this behind its key, its label for a route, and all its cabins.
+const QString soldOutSuffix = u":soldout"_s;
+
+SoldOut readSoldOut(const SqliteRow& row) {
+    QString key = row.text(2);
+    if (key.endsWith(soldOutSuffix))
+        key.chop(soldOutSuffix.size());
+    return {row.integer(0),
+            row.integer(1),
+            FareKey::fromText(key),
+            decodeCabins(row.text(10)),
+            row.text(3),
+            instantFromSeconds(row.real(16))};
+}
+
+Match readMatch(const SqliteRow& row, Cabin cabin) {
     Match match;
     match.id = row.integer(0);
     match.searchId = row.integer(1);
-    match.key = row.text(2);
-    match.route = row.text(3);
+    match.key = FareKey::fromText(row.text(2));
     match.fromCity = row.text(4);
     match.toCity = row.text(5);
-    match.depart = row.text(6);
-    match.arrive = row.text(7);
-    match.stopsText = row.text(8);
-    match.flight = row.text(9);
-    match.cabin = row.text(10);
+    match.depart = LocalTime::fromText(row.text(6), match.travelDate());
+    match.arrive = LocalTime::fromText(row.text(7), match.depart.isKnown() ? match.depart.date()
+                                                                           : match.travelDate());
+    match.stops = Stops::fromText(row.text(8));
+    match.cabin = cabin;
     match.seats = static_cast<int>(row.integer(11));
     match.points = static_cast<int>(row.integer(12));
-    match.travelDate = row.text(13);
     match.bookingURL = row.text(14);
-    match.soldOut = row.integer(15) == 1;
     match.foundAt = instantFromSeconds(row.real(16));
     match.durationMinutes = static_cast<int>(row.integer(17));
     match.isCommunity = match.searchId == Match::communitySearchId;
     return match;
+}
+
+/// What is in no cabin stays in the file, and is nothing that could be shown or booked.
+void readHit(const SqliteRow& row, QList<Hit>& hits) {
+    if (row.integer(15) == 1)
+        hits.append(readSoldOut(row));
+    else if (const auto cabin = cabinFromRaw(row.text(10)))
+        hits.append(readMatch(row, *cabin));
 }
 
 } // namespace
@@ -131,12 +151,13 @@ QList<Search> Database::listSearches() {
 }
 
 void Database::addSearch(const Search& s) {
-    const int added =
-        m_db.change("INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
-                    "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
-                    "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
-                    s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
-                    s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo, s.includePartners);
+    const int added = m_db.change(
+        "INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
+        "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
+        "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
+        s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
+        DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo), DateFmt::iso(s.returnDateFrom),
+        DateFmt::iso(s.returnDateTo), s.includePartners);
     const QString route = s.origin + u"->"_s + s.destination;
     if (added > 0)
         TDLog::note(u"addSearch OK: %1 id=%2"_s.arg(route).arg(m_db.lastInsertId()));
@@ -150,8 +171,9 @@ void Database::updateSearch(const Search& s) {
                 "  return_date_from=?, return_date_to=?, include_partners=?\n"
                 "WHERE id=?",
                 trimmedBlanks(s.name), s.origin, s.destination, encodeCabins(s.cabins), s.minSeats,
-                s.maxStops, s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo,
-                s.includePartners, s.id);
+                s.maxStops, DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo),
+                DateFmt::iso(s.returnDateFrom), DateFmt::iso(s.returnDateTo), s.includePartners,
+                s.id);
     m_db.change("DELETE FROM kv WHERE key = ?", u"lookup_cursor_%1"_s.arg(s.id));
 }
 
@@ -210,26 +232,41 @@ void Database::markChecked(qint64 id, int found) {
                 found, id);
 }
 
-qint64 Database::recordMatch(const Match& m, Telling telling) {
+qint64 Database::recordMatch(const Match& match, Telling telling) {
+    return recordHit(match, telling);
+}
+
+qint64 Database::recordSoldOut(const SoldOut& record, Telling telling) {
+    return recordHit(record, telling);
+}
+
+qint64 Database::recordHit(const Hit& hit, Telling telling) {
     static const QByteArray sql = QByteArray("INSERT INTO matches (") + matchColumns +
                                   ") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    const int added =
-        m_db.change(sql.constData(), m.searchId, m.key, m.route, m.fromCity, m.toCity, m.depart,
-                    m.arrive, m.stopsText, m.flight, m.cabin, m.seats, m.points, m.travelDate,
-                    m.bookingURL, m.soldOut, m.foundAt, m.durationMinutes);
+    const QString none;
+    int added = 0;
+    if (const auto* m = std::get_if<Match>(&hit))
+        added = m_db.change(sql.constData(), m->searchId, m->key.text(), m->route().text(),
+                            m->fromCity, m->toCity, m->depart.text(), m->arrive.text(),
+                            m->stopsText(), m->key.flights, rawValue(m->cabin), m->seats, m->points,
+                            DateFmt::iso(m->travelDate()), m->bookingURL, false, m->foundAt,
+                            m->durationMinutes);
+    else if (const auto* s = std::get_if<SoldOut>(&hit))
+        added = m_db.change(sql.constData(), s->searchId, s->key.text() + soldOutSuffix, s->label,
+                            none, none, none, none, none, none, encodeCabins(s->cabins), 0, 0,
+                            DateFmt::iso(s->key.date), none, true, s->foundAt, 0);
     const qint64 id = added > 0 ? m_db.lastInsertId() : 0;
     if (id > 0 && telling == Telling::isDue)
         m_db.change("INSERT INTO untold (match_id) VALUES (?)", id);
     return id;
 }
 
-QList<Match> Database::untold() {
+QList<Hit> Database::untold() {
     static const QByteArray sql = QByteArray("SELECT id,") + matchColumns +
                                   " FROM matches JOIN untold ON match_id = id ORDER BY id";
-    QList<Match> matches;
-    m_db.query(sql.constData(),
-               [&matches](const SqliteRow& row) { matches.append(readMatch(row)); });
-    return matches;
+    QList<Hit> hits;
+    m_db.query(sql.constData(), [&hits](const SqliteRow& row) { readHit(row, hits); });
+    return hits;
 }
 
 bool Database::markTold(const QList<qint64>& matches) {
@@ -239,15 +276,15 @@ bool Database::markTold(const QList<qint64>& matches) {
     });
 }
 
-QList<Match> Database::recentMatches(int limit) {
+QList<Hit> Database::recentMatches(int limit) {
     static const QByteArray sql = QByteArray("SELECT id,") + matchColumns +
                                   " FROM matches WHERE travel_date = '' OR travel_date >= ? "
                                   "ORDER BY id DESC LIMIT ?";
-    QList<Match> matches;
+    QList<Hit> hits;
     m_db.query(
-        sql.constData(), [&matches](const SqliteRow& row) { matches.append(readMatch(row)); },
+        sql.constData(), [&hits](const SqliteRow& row) { readHit(row, hits); },
         DateFmt::iso(m_clock.today()), limit);
-    return matches;
+    return hits;
 }
 
 QMap<qint64, int> Database::activeMatchCounts() {
@@ -263,10 +300,14 @@ QMap<qint64, int> Database::activeMatchCounts() {
 }
 
 void Database::forgetTravelledCommunityFinds() {
-    // Fare keys begin with the date.
-    m_db.change("DELETE FROM seen WHERE search_id = ? AND fare_key < ? "
-                "AND fare_key GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]-*'",
-                Match::communitySearchId, DateFmt::iso(m_clock.today()));
+    const QDate today = m_clock.today();
+    transaction([&] {
+        for (const OfferId& seen : seenOfOthers()) {
+            if (seen.key.date.isValid() && seen.key.date < today)
+                m_db.change("DELETE FROM seen WHERE search_id = ? AND fare_key = ?",
+                            Match::communitySearchId, seen.text());
+        }
+    });
 }
 
 void Database::deleteMatch(qint64 id) {
@@ -294,21 +335,42 @@ bool Database::restoreMatches() {
            });
 }
 
-QMap<QString, Database::Seen> Database::seenCabins(qint64 searchId) {
-    QMap<QString, Seen> seen;
+QMap<FareKey, Database::Seen> Database::seenCabins(qint64 searchId) {
+    QMap<FareKey, Seen> seen;
     m_db.query(
         "SELECT fare_key,cabins,label FROM seen WHERE search_id = ?",
         [&seen](const SqliteRow& row) {
-            seen.insert(row.text(0), {decodeCabins(row.text(1)), row.text(2)});
+            seen.insert(FareKey::fromText(row.text(0)), {decodeCabins(row.text(1)), row.text(2)});
         },
         searchId);
     return seen;
 }
 
-void Database::upsertSeen(qint64 searchId, const QString& key, const CabinSet& cabins,
-                          const QString& label) {
+void Database::upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen) {
+    putSeen(searchId, key.text(), encodeCabins(seen.cabins), seen.label);
+}
+
+QSet<OfferId> Database::seenOfOthers() {
+    QSet<OfferId> seen;
+    m_db.query(
+        "SELECT fare_key FROM seen WHERE search_id = ?",
+        [&seen](const SqliteRow& row) {
+            if (const auto offer = OfferId::fromText(row.text(0)))
+                seen.insert(*offer);
+        },
+        Match::communitySearchId);
+    return seen;
+}
+
+void Database::noteSeenOfOthers(const Match& find) {
+    putSeen(Match::communitySearchId, find.offer().text(), rawValue(find.cabin),
+            find.route().text());
+}
+
+void Database::putSeen(qint64 searchId, const QString& key, const QString& cabins,
+                       const QString& label) {
     m_db.change("INSERT INTO seen (search_id,fare_key,cabins,label) VALUES (?,?,?,?) "
                 "ON CONFLICT(search_id,fare_key) DO UPDATE SET cabins=excluded.cabins, "
                 "label=excluded.label",
-                searchId, key, encodeCabins(cabins), label);
+                searchId, key, cabins, label);
 }

@@ -7,6 +7,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -98,12 +99,14 @@ public:
 
     /// Stores an offer under a new id and returns that; 0 when it could not be stored.
     qint64 recordMatch(const Match& match, Telling telling = Telling::isDone);
+    /// The same for the record that one has gone.
+    qint64 recordSoldOut(const SoldOut& record, Telling telling = Telling::isDone);
     /// Offers and sold-out records of which the user is still to be told, in the order of storing.
-    QList<Match> untold();
+    QList<Hit> untold();
     /// The user has been told of these, or need not be. False when that could not be stored.
     bool markTold(const QList<qint64>& matches);
-    /// The newest offers first; those whose travel date is past are left out.
-    QList<Match> recentMatches(int limit);
+    /// The newest first; those whose travel date is past are left out.
+    QList<Hit> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
     void deleteMatch(qint64 id);
@@ -117,9 +120,11 @@ public:
     bool restoreMatches();
 
     /// What the watcher has seen, by fare key.
-    QMap<QString, Seen> seenCabins(qint64 searchId);
-    void upsertSeen(qint64 searchId, const QString& key, const CabinSet& cabins,
-                    const QString& label);
+    QMap<FareKey, Seen> seenCabins(qint64 searchId);
+    void upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen);
+    /// The finds of others that the user has been told of.
+    QSet<OfferId> seenOfOthers();
+    void noteSeenOfOthers(const Match& find);
 
 private:
     struct CopyResult {
@@ -137,6 +142,8 @@ private:
     void endDailyCopy();
     void upgrade();
     std::optional<QString> writeCopy(const QString& file);
+    qint64 recordHit(const Hit& hit, Telling telling);
+    void putSeen(qint64 searchId, const QString& key, const QString& cabins, const QString& label);
     void refuse(const QString& problem);
     void noteFailure(const QString& message);
     void noteDamage(const QString& message);

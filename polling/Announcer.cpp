@@ -13,9 +13,9 @@ bool Announcer::store(qint64 watcher, QList<FareNews>& news) {
             for (Match& match : one.found)
                 match.id = m_database.recordMatch(match, isDue);
             if (one.soldOut)
-                one.soldOut->id = m_database.recordMatch(*one.soldOut, isDue);
+                one.soldOut->id = m_database.recordSoldOut(*one.soldOut, isDue);
             if (one.seen)
-                m_database.upsertSeen(watcher, one.key, one.seen->cabins, one.seen->label);
+                m_database.upsertSeen(watcher, one.key, *one.seen);
         }
     });
 }
@@ -33,14 +33,14 @@ Announcer::Count Announcer::announce(qint64 watcher, QList<FareNews> news) {
         }
         if (one.soldOut && isStored) {
             ++count.soldOut;
-            m_notifier.notifySoldOut(one.soldOut->route, one.gone, one.soldOut->id);
+            m_notifier.notifySoldOut(*one.soldOut);
         }
     }
     for (const FareNews& one : std::as_const(news)) {
         for (const Match& match : one.found)
             Q_EMIT matchFound(match);
         if (one.soldOut && isStored)
-            Q_EMIT soldOut(*one.soldOut, one.key, one.gone);
+            Q_EMIT soldOut(*one.soldOut);
     }
     return count;
 }

@@ -27,7 +27,7 @@ public:
 
 Q_SIGNALS:
     void matchFound(const Match& match);
-    void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
+    void soldOut(const SoldOut& record);
 
 private:
     bool store(qint64 watcher, QList<FareNews>& news);

@@ -59,7 +59,7 @@ std::optional<QUrl> Community::base() const {
     return url.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
 }
 
-QCoro::Task<std::optional<FoundByOthers>> Community::fetchHits(QStringList routes) {
+QCoro::Task<std::optional<FoundByOthers>> Community::fetchHits(QList<Route> routes) {
     const QPointer self(this);
     std::optional<FoundByOthers> found;
     const auto base = this->base();
@@ -68,7 +68,10 @@ QCoro::Task<std::optional<FoundByOthers>> Community::fetchHits(QStringList route
     HttpRequest request;
     request.url = address(*base, u"v1/hits"_s);
     QUrlQuery query;
-    query.addQueryItem(u"routes"_s, routes.first(std::min(routes.size(), mostRoutes)).join(u','));
+    QStringList texts;
+    for (const Route& route : routes.first(std::min(routes.size(), mostRoutes)))
+        texts.append(route.text());
+    query.addQueryItem(u"routes"_s, texts.join(u','));
     request.url.setQuery(query);
     const auto response = co_await m_session.send(request);
     if (!self || !response || response->status != ok)
@@ -97,8 +100,7 @@ QCoro::Task<> Community::report(QList<Match> matches) {
     const auto base = this->base();
     if (!isSharing() || !base)
         co_return;
-    matches.removeIf(
-        [](const Match& match) { return match.soldOut || !CommunityFind::isShareable(match); });
+    matches.removeIf([](const Match& match) { return !CommunityFind::isShareable(match); });
     while (!matches.isEmpty()) {
         QJsonArray finds;
         while (!matches.isEmpty() && finds.size() < findsPerRequest)
@@ -110,13 +112,13 @@ QCoro::Task<> Community::report(QList<Match> matches) {
     }
 }
 
-QCoro::Task<> Community::reportSoldOut(QString key, CabinSet cabins) {
+QCoro::Task<> Community::reportSoldOut(FareKey key, CabinSet cabins) {
     const QPointer self(this);
     const auto base = this->base();
     if (!isSharing() || !base)
         co_return;
-    for (const QString& cabin : std::as_const(cabins)) {
-        const QJsonObject body{{u"key"_s, key}, {u"cabin"_s, cabin}};
+    for (const Cabin cabin : cabins) {
+        const QJsonObject body{{u"key"_s, key.text()}, {u"cabin"_s, rawValue(cabin)}};
         co_await post(u"v1/soldout"_s, body, *base);
         if (!self)
             co_return;

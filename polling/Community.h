@@ -41,16 +41,16 @@ public:
 
     /// Routes that one request asks for at most.
     static constexpr qsizetype mostRoutes = 60;
-    /// What others have found on `routes` ("OSL-NYC"), the first `mostRoutes` of them; booking
+    /// What others have found on `routes`, the first `mostRoutes` of them; booking
     /// addresses that are not the airline's are left out. Absent when nobody was asked or there was
     /// no answer that makes sense.
-    QCoro::Task<std::optional<FoundByOthers>> fetchHits(QStringList routes);
+    QCoro::Task<std::optional<FoundByOthers>> fetchHits(QList<Route> routes);
     /// The service's base address as it is now; absent when nothing is sent.
     std::optional<QUrl> base() const;
-    /// Shares those of the offers that are not sold out.
+    /// Shares those that the service would take.
     QCoro::Task<> report(QList<Match> matches);
     /// Tells that `cabins` of the fare `key` are gone, one request a cabin.
-    QCoro::Task<> reportSoldOut(QString key, CabinSet cabins);
+    QCoro::Task<> reportSoldOut(FareKey key, CabinSet cabins);
 
 private:
     QCoro::Task<> post(QString path, QJsonObject body, QUrl base);

@@ -52,58 +52,57 @@ int wholeNumber(const QJsonValue& value) {
 } // namespace
 
 QJsonObject CommunityFind::toJson(const Match& match) {
-    return {{u"key"_s, match.key},
-            {u"cabin"_s, match.cabin},
-            {u"route"_s, match.route},
+    return {{u"key"_s, match.key.text()},
+            {u"cabin"_s, rawValue(match.cabin)},
+            {u"route"_s, match.route().text()},
             {u"fromCity"_s, cut(match.fromCity, longestName)},
             {u"toCity"_s, cut(match.toCity, longestName)},
-            {u"depart"_s, cut(match.depart, longestName)},
-            {u"arrive"_s, cut(match.arrive, longestName)},
-            {u"stopsText"_s, cut(match.stopsText, longestName)},
-            {u"flight"_s, match.flight},
+            {u"depart"_s, cut(match.depart.text(), longestName)},
+            {u"arrive"_s, cut(match.arrive.text(), longestName)},
+            {u"stopsText"_s, cut(match.stopsText(), longestName)},
+            {u"flight"_s, match.key.flights},
             {u"durationMin"_s, match.durationMinutes},
             {u"seats"_s, match.seats},
             {u"points"_s, match.points},
-            {u"travelDate"_s, match.travelDate},
+            {u"travelDate"_s, DateFmt::iso(match.travelDate())},
             {u"bookingUrl"_s, match.bookingURL},
             {u"foundAt"_s, secondsSince1970(match.foundAt)}};
 }
 
 std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant now) {
     const auto key = requiredText(object, "key"_L1);
-    const auto cabin = requiredText(object, "cabin"_L1);
+    const auto cabin = cabinFromRaw(object["cabin"_L1].toString());
     const auto route = requiredText(object, "route"_L1);
     if (!key || !cabin || !route)
         return std::nullopt;
     const auto text = [&object](QLatin1StringView name) { return cut(object[name].toString()); };
     Match match;
-    match.key = *key;
+    match.key = FareKey::fromText(*key);
+    // The parts say the same as the whole, or somebody has made it up.
+    if (match.route().text() != *route)
+        return std::nullopt;
     match.cabin = *cabin;
-    match.route = *route;
     match.fromCity = text("fromCity"_L1);
     match.toCity = text("toCity"_L1);
-    match.depart = text("depart"_L1);
-    match.arrive = text("arrive"_L1);
-    match.stopsText = text("stopsText"_L1);
-    match.flight = text("flight"_L1);
+    match.depart = LocalTime::fromText(text("depart"_L1), match.travelDate());
+    match.arrive = LocalTime::fromText(
+        text("arrive"_L1), match.depart.isKnown() ? match.depart.date() : match.travelDate());
+    match.stops = Stops::fromText(text("stopsText"_L1));
     match.durationMinutes = wholeNumber(object["durationMin"_L1]);
     match.seats = wholeNumber(object["seats"_L1]);
     match.points = wholeNumber(object["points"_L1]);
-    match.travelDate = text("travelDate"_L1);
-    if (!DateFmt::parseIso(match.travelDate))
-        match.travelDate.clear();
     match.bookingURL = cut(object["bookingUrl"_L1].toString(), longestAddress);
     match.foundAt =
         instantFromSeconds(std::clamp(object["foundAt"_L1].toDouble(), 0.0, secondsSince1970(now)));
     match.isCommunity = true;
-    match.id = static_cast<qint64>(qHash(identity(match)));
+    match.id = static_cast<qint64>(qHash(match.offer()));
     return match;
 }
 
 bool CommunityFind::isShareable(const Match& match) {
-    const QString begin = match.travelDate + u'-' + match.route + u'-';
-    return DateFmt::parseIso(match.travelDate) && match.seats >= 1 && match.key.startsWith(begin) &&
-           match.key.size() > begin.size() && match.key.size() <= longestKey;
+    const FareKey& key = match.key;
+    return key.date.isValid() && !key.route.origin.isEmpty() && !key.flights.isEmpty() &&
+           match.seats >= 1 && key.text().size() <= longestKey;
 }
 
 std::optional<CommunityFind::Answer> CommunityFind::read(const QByteArray& text) {
@@ -120,23 +119,19 @@ std::optional<CommunityFind::Answer> CommunityFind::read(const QByteArray& text)
     return answer;
 }
 
-QList<Match> CommunityFind::gone(const QList<Match>& stored, const QList<Match>& answer,
-                                 const QStringList& asked, const QSet<QString>& served,
+QList<Match> CommunityFind::gone(const QList<Hit>& stored, const QList<Match>& answer,
+                                 const QList<Route>& asked, const QSet<OfferId>& served,
                                  Instant now) {
-    QSet<QString> present;
+    QSet<OfferId> present;
     for (const Match& find : answer)
-        present.insert(identity(find));
+        present.insert(find.offer());
     QList<Match> result;
-    for (const Match& match : stored) {
-        const QString key = identity(match);
-        const bool isTheirs = match.searchId == Match::communitySearchId && !match.soldOut;
-        if (isTheirs && asked.contains(match.route) && served.contains(key) &&
-            !present.contains(key) && now - match.foundAt < certainLife)
-            result.append(match);
+    for (const Hit& hit : stored) {
+        const auto* match = std::get_if<Match>(&hit);
+        if (match && match->isCommunity && asked.contains(match->route()) &&
+            served.contains(match->offer()) && !present.contains(match->offer()) &&
+            now - match->foundAt < certainLife)
+            result.append(*match);
     }
     return result;
-}
-
-QString CommunityFind::identity(const Match& match) {
-    return match.key + u'#' + match.cabin;
 }

@@ -19,9 +19,10 @@ QJsonObject toJson(const Match& match);
 /// Whether the service would take it; it refuses all that come with one that it does not.
 bool isShareable(const Match& match);
 
-/// What a stranger sent, as far as it can be used; absent without the texts "key", "cabin" and
-/// "route". Texts are cut to a sane length and lose control characters, numbers out of range
-/// and dates that are none read as 0 and empty, and nothing was found later than `now`.
+/// What a stranger sent, as far as it can be used; absent without "key", "cabin" and "route", and
+/// where they contradict each other. Texts are cut to a sane length and lose control characters,
+/// numbers out of range and dates that are none read as 0 and empty, and nothing was found later
+/// than `now`.
 std::optional<Match> fromJson(const QJsonObject& object, Instant now);
 
 /// A downloaded answer.
@@ -35,12 +36,9 @@ struct Answer {
 std::optional<Answer> read(const QByteArray& text);
 
 /// Those of the user's `stored` offers that others had found and that have sold out since: the
-/// service had them earlier in this run (`served`, their identities), was `asked` for their route
+/// service had them earlier in this run (`served`), was `asked` for their route
 /// again, and gave a whole answer without them although they cannot have expired.
-QList<Match> gone(const QList<Match>& stored, const QList<Match>& answer, const QStringList& asked,
-                  const QSet<QString>& served, Instant now);
-
-/// What an offer is called among hunters: its fare key, "#" and its cabin.
-QString identity(const Match& match);
+QList<Match> gone(const QList<Hit>& stored, const QList<Match>& answer, const QList<Route>& asked,
+                  const QSet<OfferId>& served, Instant now);
 
 } // namespace CommunityFind

@@ -3,7 +3,6 @@
 
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
-#include "polling/CommunityFind.h"
 
 #include <QLocale>
 #include <QPointer>
@@ -23,22 +22,42 @@ QString offerText(const Match& match) {
     static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
         match.points >= 1 ? u" · %1 poeng"_s.arg(norwegian.toString(match.points)) : QString();
-    return u"%1 · %2 seter%3\n%4 → %5 · %6"_s.arg(cabinLabel(match.cabin),
-                                                  QString::number(match.seats), points,
-                                                  match.depart, match.arrive, match.stopsText);
-}
-
-/// By what was last seen of its fare.
-bool isStillSo(const Match& match, const QMap<QString, Database::Seen>& seen) {
-    if (match.isCommunity)
-        return seen.contains(Notifier::subject(match));
-    if (!match.soldOut)
-        return seen.value(match.key).cabins.contains(match.cabin);
-    const QString fare = match.key.chopped(QStringView(u":soldout").size());
-    return !seen.value(fare).cabins.intersects(decodeCabins(match.cabin));
+    return u"%1 · %2 seter%3\n%4 → %5 · %6"_s.arg(label(match.cabin), QString::number(match.seats),
+                                                  points, match.depart.text(), match.arrive.text(),
+                                                  match.stopsText());
 }
 
 } // namespace
+
+/// What was last seen of fares, read once.
+class Notifier::LastSeen {
+public:
+    explicit LastSeen(Database& database) : m_database(database) {}
+
+    bool isStillSo(const Match& match) {
+        return match.isCommunity ? ofOthers().contains(match.offer())
+                                 : of(match.searchId, match.key).contains(match.cabin);
+    }
+    bool isStillSo(const SoldOut& record) {
+        return (of(record.searchId, record.key) & record.cabins).isEmpty();
+    }
+
+private:
+    CabinSet of(qint64 watcher, const FareKey& key) {
+        if (!m_seen.contains(watcher))
+            m_seen.insert(watcher, m_database.seenCabins(watcher));
+        return m_seen[watcher].value(key).cabins;
+    }
+    const QSet<OfferId>& ofOthers() {
+        if (!m_ofOthers)
+            m_ofOthers = m_database.seenOfOthers();
+        return *m_ofOthers;
+    }
+
+    Database& m_database;
+    QHash<qint64, QMap<FareKey, Database::Seen>> m_seen;
+    std::optional<QSet<OfferId>> m_ofOthers;
+};
 
 Notifier::Notifier(Database& database, NotificationCenter& center, Clock& clock)
     : m_database(database), m_center(center), m_clock(clock) {}
@@ -52,7 +71,7 @@ void Notifier::requestPermission() {
 }
 
 void Notifier::notifyNewFare(const Match& match) {
-    if (!shouldNotify(subject(match))) {
+    if (!shouldNotify(match.offer())) {
         told(match.id);
         return;
     }
@@ -60,16 +79,18 @@ void Notifier::notifyNewFare(const Match& match) {
               match);
 }
 
-void Notifier::notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match) {
+void Notifier::notifySoldOut(const SoldOut& record) {
     if (!m_database.isOn(u"notify_soldout"_s, true)) {
-        told(match);
+        told(record.id);
         return;
     }
     QStringList names;
-    std::transform(cabins.begin(), cabins.end(), std::back_inserter(names), cabinLabel);
+    for (const Cabin cabin : record.cabins)
+        names.append(label(cabin));
     names.sort();
-    hand({u"🔴 Utsolgt"_s, u"%1\n%2 er ikke lenger tilgjengelig"_s.arg(label, names.join(u", "_s))},
-         match);
+    hand({u"🔴 Utsolgt"_s,
+          u"%1\n%2 er ikke lenger tilgjengelig"_s.arg(record.label, names.join(u", "_s))},
+         record.id, {});
 }
 
 void Notifier::notifyCommunityFare(const Match& match) {
@@ -82,29 +103,30 @@ bool Notifier::canPost() const {
 }
 
 void Notifier::post(const QString& title, const QString& body) {
-    hand({title, body}, 0);
+    hand({title, body}, 0, {});
 }
 
 void Notifier::postOffer(const QString& title, const QString& body, const Match& match) {
     const QString booking = match.bookingURL.isEmpty() ? QString() : u"Book på SAS"_s;
-    hand({title, body, subject(match), booking}, match.id);
+    hand({title, body, match.offer().text(), booking}, match.id, match.offer());
 }
 
-void Notifier::hand(const Notification& notification, qint64 match) {
+void Notifier::hand(const Notification& notification, qint64 match,
+                    const std::optional<OfferId>& offer) {
     if (!m_database.isOn(u"native_notify"_s, true)) {
         told(match);
         return;
     }
     m_underWay.insert(match);
-    const auto taken = [self = QPointer(this), match, key = notification.subject](bool isTaken) {
+    const auto taken = [self = QPointer(this), match, offer](bool isTaken) {
         if (!self)
             return;
         self->m_underWay.remove(match);
         // What the desktop did not take is told when it can, if it is still worth telling.
         if (isTaken)
             self->told(match);
-        else
-            self->m_recentlyNotified.remove(key);
+        else if (offer)
+            self->m_recentlyNotified.remove(*offer);
     };
     m_center.post(notification, taken);
 }
@@ -126,33 +148,34 @@ void Notifier::markTold() {
 
 void Notifier::tellRest() {
     const Instant oldest = m_clock.now() - repeatWindow;
-    QHash<qint64, QMap<QString, Database::Seen>> seen;
-    for (const Match& match : m_database.untold()) {
-        if (!seen.contains(match.searchId))
-            seen.insert(match.searchId, m_database.seenCabins(match.searchId));
-        if (m_underWay.contains(match.id) || m_told.contains(match.id))
-            continue;
-        if (match.foundAt < oldest || !isStillSo(match, seen[match.searchId]))
-            told(match.id);
-        else if (match.soldOut)
-            notifySoldOut(match.route, decodeCabins(match.cabin), match.id);
-        else if (match.isCommunity)
-            notifyCommunityFare(match);
-        else
-            notifyNewFare(match);
+    LastSeen seen(m_database);
+    for (const Hit& hit : m_database.untold()) {
+        std::visit(
+            [&](const auto& one) {
+                if (m_underWay.contains(one.id) || m_told.contains(one.id))
+                    return;
+                if (one.foundAt < oldest || !seen.isStillSo(one))
+                    told(one.id);
+                else
+                    notify(one);
+            },
+            hit);
     }
 }
 
-QString Notifier::subject(const Match& match) {
-    return CommunityFind::identity(match);
+void Notifier::notify(const Match& match) {
+    if (match.isCommunity)
+        notifyCommunityFare(match);
+    else
+        notifyNewFare(match);
 }
 
-bool Notifier::shouldNotify(const QString& key) {
+bool Notifier::shouldNotify(const OfferId& offer) {
     const Ticks now = m_clock.ticks();
     m_recentlyNotified.removeIf(
-        [now](QHash<QString, Ticks>::iterator last) { return now - last.value() >= repeatWindow; });
-    if (m_recentlyNotified.contains(key))
+        [now](QHash<OfferId, Ticks>::iterator last) { return now - last.value() >= repeatWindow; });
+    if (m_recentlyNotified.contains(offer))
         return false;
-    m_recentlyNotified.insert(key, now);
+    m_recentlyNotified.insert(offer, now);
     return true;
 }

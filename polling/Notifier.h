@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Cabin.h"
 #include "core/Match.h"
 
 #include <QHash>
@@ -18,6 +17,8 @@ struct Notification;
 /// Tells the user by desktop notification, as far as the settings `native_notify` (all of them)
 /// and `notify_soldout` allow; both are on until the user switches them off.
 ///
+/// A notification about an offer gives back the text of its `OfferId` when it is opened.
+///
 /// An offer that was stored as still to be told is marked as told when the desktop has taken its
 /// notification, or at once where there is nothing to say.
 class Notifier : public QObject {
@@ -33,9 +34,7 @@ public:
     /// A new seat of the user's own watchers; the same fare and cabin is not repeated within three
     /// hours.
     void notifyNewFare(const Match& match);
-    /// `label` names route, date and flights; `cabins` are raw values; `match` is the record's id,
-    /// 0 where there is none.
-    void notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match = 0);
+    void notifySoldOut(const SoldOut& record);
     /// A seat that another hunter found.
     void notifyCommunityFare(const Match& match);
     /// Tells what was stored and could not be told, by an earlier run or for want of a desktop, as
@@ -45,21 +44,20 @@ public:
     bool canPost() const;
     void post(const QString& title, const QString& body);
 
-    /// What a notification about an offer gives back when it is opened: `Match` of this key, "#"
-    /// and cabin.
-    static QString subject(const Match& match);
-
 private:
+    class LastSeen;
+    void notify(const Match& match);
+    void notify(const SoldOut& record) { notifySoldOut(record); }
     void postOffer(const QString& title, const QString& body, const Match& match);
-    void hand(const Notification& notification, qint64 match);
+    void hand(const Notification& notification, qint64 match, const std::optional<OfferId>& offer);
     void told(qint64 match);
     void markTold();
-    bool shouldNotify(const QString& key);
+    bool shouldNotify(const OfferId& offer);
 
     Database& m_database;
     NotificationCenter& m_center;
     Clock& m_clock;
-    QHash<QString, Ticks> m_recentlyNotified;
+    QHash<OfferId, Ticks> m_recentlyNotified;
     /// Handed to the desktop, which has not answered yet.
     QSet<qint64> m_underWay;
     /// To be marked together, in this turn of the event loop.

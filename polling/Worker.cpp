@@ -445,8 +445,8 @@ LegFetcher::Progress Worker::progressOf(const Search& watcher) {
 
 void Worker::showLeg(const Visit& visit, const Leg& leg) {
     m_lookupDone = visit.turn.taken() + 1;
-    setStatus(
-        u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.origin, leg.destination));
+    setStatus(u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.route.origin,
+                                          leg.route.destination));
 }
 
 void Worker::showSize(const Turn& turn) {

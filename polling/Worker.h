@@ -85,8 +85,8 @@ Q_SIGNALS:
     void changed();
     /// A new offer has been stored and announced.
     void matchFound(const Match& match);
-    /// A seen offer has lost `cabins`; `record` has been stored and announced, `key` is its fare's.
-    void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
+    /// A seen fare has lost cabins; the record of it has been stored and announced.
+    void soldOut(const SoldOut& record);
     /// What the database holds has changed, or whether it can store.
     void stored();
     /// A round has ended and its summary is stored.

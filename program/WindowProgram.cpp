@@ -89,12 +89,16 @@ void WindowProgram::showOffer(const QString& subject) {
 }
 
 void WindowProgram::bookOffer(const QString& subject) {
-    const auto& matches = m_tindra.appState.matches();
-    const auto match = std::find_if(matches.begin(), matches.end(), [&subject](const Match& one) {
-        return !one.soldOut && Notifier::subject(one) == subject;
-    });
-    const auto address =
-        match == matches.end() ? std::nullopt : m_tindra.site.bookingAddress(match->bookingURL);
+    const auto offer = OfferId::fromText(subject);
+    const Match* match = nullptr;
+    for (const Hit& hit : m_tindra.appState.matches()) {
+        const auto* one = std::get_if<Match>(&hit);
+        if (one && one->offer() == offer) {
+            match = one;
+            break;
+        }
+    }
+    const auto address = match ? m_tindra.site.bookingAddress(match->bookingURL) : std::nullopt;
     if (address)
         m_desktop.open(*address);
     else

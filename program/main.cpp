@@ -72,8 +72,8 @@ int hunt(Tindra& tindra, Instance& instance) {
     });
     QObject::connect(
         &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
-            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
-                                           cabinLabel(find.cabin)));
+            say(u"  👥 %1 %2, %3 %4"_s.arg(DateFmt::iso(find.travelDate()), find.route().text(),
+                                           QString::number(find.seats), label(find.cabin)));
         });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.

@@ -27,10 +27,10 @@ QJsonObject json(const Search& watcher, int hits) {
             {u"cabins"_s, QJsonArray::fromStringList(encodeCabins(watcher.cabins).split(u','))},
             {u"minSeats"_s, watcher.minSeats},
             {u"maxStops"_s, watcher.maxStops},
-            {u"dateFrom"_s, watcher.dateFrom},
-            {u"dateTo"_s, watcher.dateTo},
-            {u"returnDateFrom"_s, watcher.returnDateFrom},
-            {u"returnDateTo"_s, watcher.returnDateTo},
+            {u"dateFrom"_s, DateFmt::iso(watcher.dateFrom)},
+            {u"dateTo"_s, DateFmt::iso(watcher.dateTo)},
+            {u"returnDateFrom"_s, DateFmt::iso(watcher.returnDateFrom)},
+            {u"returnDateTo"_s, DateFmt::iso(watcher.returnDateTo)},
             {u"includePartners"_s, watcher.includePartners},
             {u"enabled"_s, watcher.enabled},
             {u"lastChecked"_s, watcher.lastChecked
@@ -41,8 +41,9 @@ QJsonObject json(const Search& watcher, int hits) {
 }
 
 QString line(const Search& watcher, int hits, Instant now) {
-    const auto days = [](const QString& from, const QString& to) {
-        return from == to || to.isEmpty() ? from : from + u".."_s + to;
+    const auto days = [](QDate from, QDate to) {
+        const QString first = DateFmt::iso(from);
+        return from == to || !to.isValid() ? first : first + u".."_s + DateFmt::iso(to);
     };
     QStringList parts{u"%1  %2"_s.arg(watcher.id, 4).arg(watcher.enabled ? u"på   "_s : u"pause"_s),
                       watcher.displayName(), u"%1 → %2"_s.arg(watcher.origin, watcher.destination),
@@ -51,7 +52,7 @@ QString line(const Search& watcher, int hits, Instant now) {
         parts.removeAt(1);
     if (watcher.isRoundTrip())
         parts.append(u"hjem "_s + days(watcher.returnDateFrom, watcher.returnDateTo));
-    parts.append(cabinLabels(encodeCabins(watcher.cabins)));
+    parts.append(cabinLabels(watcher.cabins));
     parts.append(u"minst %1 seter, høyst %2 stopp%3"_s.arg(watcher.minSeats)
                      .arg(watcher.maxStops)
                      .arg(watcher.includePartners ? u", med partnere"_s : QString()));
@@ -116,7 +117,7 @@ CommandAnswer ListWatchers::run(const DataContext& context) const {
 }
 
 CommandAnswer AddWatcher::run(const DataContext& context) const {
-    if (watcher.dateTo < DateFmt::iso(context.clock.today()))
+    if (watcher.dateTo < context.clock.today())
         return {Hunt::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
     Database& database = context.database;
     qint64 id = 0;

@@ -135,7 +135,7 @@ class TestEngine : public QObject {
             hasEnded = false;
             QList<Leg> legs;
             for (int day = 1; day <= days; ++day)
-                legs.append({u"OSL"_s, u"CPH"_s, QDate(2027, 3, day)});
+                legs.append({{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, day)});
             batch(legs);
             settle();
         }
@@ -341,7 +341,7 @@ private Q_SLOTS:
 
     void theAwardFlow() {
         World world;
-        world.batch({{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), Flow::award}});
+        world.batch({{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1), Flow::award}});
         settle();
         QCOMPARE(world.view.loaded.last().toString(),
                  u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=CPH"
@@ -397,11 +397,11 @@ private Q_SLOTS:
 
     void aCaptureIsEndedByANewerOneAndLateAnswersAreNobodys() {
         World world;
-        const Leg leg{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 2)};
+        const Leg leg{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 2)};
         QList<std::optional<Outcome>> older;
         QList<std::optional<Outcome>> newer;
         world.capture.capture(leg, 60s).then([&older](auto outcome) { older.append(outcome); });
-        world.capture.capture({u"OSL"_s, u"CPH"_s, QDate(2027, 3, 3)}, 60s)
+        world.capture.capture({{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 3)}, 60s)
             .then([&newer](auto outcome) { newer.append(outcome); });
         world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270302"_s), someBody);

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 namespace {
 
 QJsonObject find(const QString& key, double foundAt) {
-    return {{u"key"_s, key},
+    return {{u"key"_s, u"2027-03-05-OSL-EWR-"_s + key},
             {u"cabin"_s, u"business"_s},
             {u"route"_s, u"OSL-EWR"_s},
             {u"fromCity"_s, u"Oslo"_s},
@@ -33,10 +33,29 @@ HttpResponse answerOf(const QJsonArray& finds) {
     return {200, QJsonDocument(body).toJson()};
 }
 
+/// The flights of each.
 QStringList keys(const QList<Match>& matches) {
     QStringList result;
     for (const Match& match : matches)
-        result.append(match.key);
+        result.append(match.key.flights);
+    return result;
+}
+
+QStringList keys(const QList<Hit>& hits) {
+    QStringList result;
+    for (const Hit& hit : hits)
+        result.append(Hits::key(hit).flights);
+    return result;
+}
+
+FareKey fareKey(const QString& flights) {
+    return {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, flights};
+}
+
+QStringList texts(const QList<Route>& routes) {
+    QStringList result;
+    for (const Route& route : routes)
+        result.append(route.text());
     return result;
 }
 
@@ -77,11 +96,12 @@ private Q_SLOTS:
         AppWorld world;
         QVERIFY(world.state.watchedRoutes().isEmpty());
         world.addWatcher(u"NYC"_s, [](Search& s) { s.origin = u"OSL,BGO"_s; });
-        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
+        QCOMPARE(texts(world.state.watchedRoutes()), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
         // The same route twice, the way back, and a city that is searched from the hub.
-        world.addWatcher(u"nyc, BKK"_s, [](Search& s) { s.returnDateTo = u"2027-04-30"_s; });
-        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s,
-                                                           u"NYC-OSL"_s, u"OSL-NYC"_s}));
+        world.addWatcher(u"nyc, BKK"_s, [](Search& s) { s.returnDateTo = QDate(2027, 4, 30); });
+        QCOMPARE(
+            texts(world.state.watchedRoutes()),
+            QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s, u"NYC-OSL"_s, u"OSL-NYC"_s}));
         world.database.toggleSearch(2);
         world.database.toggleSearch(1);
         world.state.reload();
@@ -90,39 +110,36 @@ private Q_SLOTS:
 
     void directionNeedsARoundTripThatStillExists() {
         AppWorld world;
-        world.addWatcher(u"NYC"_s, [](Search& s) { s.returnDateFrom = u"2027-04-30"_s; });
+        world.addWatcher(u"NYC"_s, [](Search& s) { s.returnDateFrom = QDate(2027, 4, 30); });
         world.addWatcher(u"NYC"_s);
-        const auto direction = [&](qint64 watcher, const QString& route, bool soldOut = false) {
+        const auto direction = [&](qint64 watcher, const QString& route) {
             Match match;
             match.searchId = watcher;
-            match.route = route;
-            match.soldOut = soldOut;
-            return world.state.direction(match).value_or(u"none"_s);
+            match.key.route = Route::fromText(route);
+            return world.state.direction(match);
         };
-        QCOMPARE(direction(1, u"OSL-NYC"_s), u"Utreise"_s);
-        QCOMPARE(direction(1, u"CPH-NYC"_s), u"Utreise"_s);
-        QCOMPARE(direction(1, u"NYC-OSL"_s), u"Hjemreise"_s);
-        QCOMPARE(direction(1, QString()), u"Hjemreise"_s);
-        QCOMPARE(direction(1, u"OSL-NYC"_s, true), u"none"_s);
-        QCOMPARE(direction(2, u"OSL-NYC"_s), u"none"_s);
-        QCOMPARE(direction(3, u"OSL-NYC"_s), u"none"_s);
-        QCOMPARE(direction(Match::communitySearchId, u"OSL-NYC"_s), u"none"_s);
+        QVERIFY(direction(1, u"OSL-NYC"_s) == Direction::out);
+        QVERIFY(direction(1, u"CPH-NYC"_s) == Direction::out);
+        QVERIFY(direction(1, u"NYC-OSL"_s) == Direction::home);
+        QVERIFY(direction(1, QString()) == Direction::home);
+        QVERIFY(!direction(2, u"OSL-NYC"_s));
+        QVERIFY(!direction(3, u"OSL-NYC"_s));
+        QVERIFY(!direction(Match::communitySearchId, u"OSL-NYC"_s));
     }
 
     void newTodayCountsTheCalendarDay() {
         AppWorld world; // noon
         world.addWatcher();
-        const auto add = [&](const QString& key, std::chrono::hours before, bool soldOut = false) {
+        const auto add = [&](const QString& flights, std::chrono::hours before) {
             world.addMatch([&](Match& m) {
-                m.key = key;
+                m.key.flights = flights;
                 m.foundAt = world.clock.now() - before;
-                m.soldOut = soldOut;
             });
         };
-        add(u"a-b-c-d-1"_s, 0h);
-        add(u"a-b-c-d-2"_s, 12h);
-        add(u"a-b-c-d-3"_s, 13h);
-        add(u"a-b-c-d-4"_s, 1h, true);
+        add(u"1"_s, 0h);
+        add(u"2"_s, 12h);
+        add(u"3"_s, 13h);
+        world.addSoldOut();
         QCOMPARE(world.state.newToday(), 2);
         // Midnight is told, without a round.
         const QSignalSpy reloaded(&world.state, &AppState::reloaded);
@@ -157,7 +174,7 @@ private Q_SLOTS:
         Search search;
         search.origin = u"OSL"_s;
         search.destination = u"LHR"_s;
-        search.dateFrom = search.dateTo = u"2027-03-01"_s;
+        search.dateFrom = search.dateTo = QDate(2027, 3, 1);
         world.state.addSearchAndRun(search);
         QCOMPARE(world.state.searches().size(), 1);
         QVERIFY(!world.state.lastPoll());
@@ -170,8 +187,8 @@ private Q_SLOTS:
     void communityFindsAreShownAndTheFreshAreStored() {
         AppWorld world;
         world.addWatcher();
-        world.addMatch([](Match& m) { m.key = u"own"_s; });
-        world.database.upsertSeen(1, u"own"_s, {u"business"_s}, u"SK907"_s);
+        world.addMatch([](Match& m) { m.key = fareKey(u"own"_s); });
+        world.database.upsertSeen(1, fareKey(u"own"_s), {{Cabin::business}, u"SK907"_s});
         const double now = secondsSince1970(world.clock.now());
         QJsonObject economy = find(u"cabin"_s, now);
         economy[u"cabin"_s] = u"economy"_s;
@@ -181,7 +198,7 @@ private Q_SLOTS:
         QCOMPARE(keys(world.state.communityHits()), QStringList({u"old"_s, u"old too"_s}));
         QCOMPARE(world.center.posted.size(), 1);
         QCOMPARE(keys(world.state.matches()), QStringList({u"fresh"_s, u"own"_s}));
-        const Match stored = world.state.matches().constFirst();
+        const Match stored = std::get<Match>(world.state.matches().constFirst());
         QCOMPARE(stored.searchId, Match::communitySearchId);
         QVERIFY(stored.isCommunity);
 

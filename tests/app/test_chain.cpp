@@ -86,9 +86,9 @@ private:
             Search search;
             search.origin = u"OSL"_s;
             search.destination = destination;
-            search.cabins = {u"economy"_s, u"business"_s};
-            search.dateFrom = u"2027-03-01"_s;
-            search.dateTo = DateFmt::iso(QDate(2027, 3, 1).addDays(days - 1));
+            search.cabins = {Cabin::economy, Cabin::business};
+            search.dateFrom = QDate(2027, 3, 1);
+            search.dateTo = QDate(2027, 3, 1).addDays(days - 1);
             search.includePartners = partners;
             database.addSearch(search);
         }
@@ -126,11 +126,12 @@ private Q_SLOTS:
         const auto stored = world.database.recentMatches(1000);
         QCOMPARE(stored.size(), first->newAlerts);
         QSet<qint64> watchers;
-        for (const Match& match : stored) {
+        for (const Hit& hit : stored) {
+            const auto& match = std::get<Match>(hit);
             watchers.insert(match.searchId);
             QVERIFY(match.bookingURL.startsWith(world.airline.siteOrigin()));
             QVERIFY(match.points > 0 && match.seats > 0 && match.durationMinutes > 0);
-            QVERIFY2(!match.flight.contains(u"XX1"_s), "a forged answer was believed");
+            QVERIFY2(!match.key.flights.contains(u"XX1"_s), "a forged answer was believed");
         }
         QCOMPARE(watchers, (QSet<qint64>{1, 2}));
         QVERIFY(world.engine->loginStatus().state == SASLoginStatus::Case::loggedIn);

@@ -66,14 +66,10 @@ private Q_SLOTS:
         world.addMatch();
         world.addMatch([](Match& match) {
             match.searchId = 2;
-            match.route = u"OSL-LHR"_s;
             // As a stranger could have sent it.
-            match.flight = u"SK1\u001b[2J"_s;
+            match.key = {match.key.date, {u"OSL"_s, u"LHR"_s}, u"SK1\u001b[2J"_s};
         });
-        world.addMatch([](Match& match) {
-            match.soldOut = true;
-            match.route = u"OSL-EWR gone"_s;
-        });
+        world.addSoldOut({}, [](SoldOut& record) { record.label = u"OSL-EWR gone"_s; });
         QCOMPARE(json(run(world, u"hits --json"_s)).size(), 2);
         QCOMPARE(json(run(world, u"hits --json --all"_s)).size(), 3);
         const auto ofSecond = json(run(world, u"hits --json --watcher 2"_s));
@@ -87,11 +83,10 @@ private Q_SLOTS:
 
     void tablesAreSafeToOpen() {
         Match match;
-        match.route = u"=HYPERLINK(\"x\")"_s;
+        match.key = {{}, {u"=HYPERLINK(\"x\")"_s, {}}, u"a\r\nb"_s};
         match.fromCity = u"Tromsø, Norge"_s;
         match.toCity = u"-1"_s;
-        match.flight = u"a\r\nb"_s;
-        match.cabin = u"business"_s;
+        match.cabin = Cabin::business;
         match.bookingURL = u"https://evil.example/"_s;
         match.foundAt = instantFromSeconds(1.8e9);
         Match wild = match;

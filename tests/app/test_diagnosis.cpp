@@ -73,7 +73,7 @@ private Q_SLOTS:
         world.addWatcher(u"EWR"_s, [](Search& search) { search.name = u"Bestemor"_s; });
         world.database.toggleSearch(2);
         world.addMatch();
-        world.addMatch([](Match& match) { match.soldOut = true; });
+        world.addSoldOut();
         PollSummary poll;
         poll.at = world.clock.now();
         poll.errors = QStringList{u"Bestemor: feilet"_s};

@@ -134,9 +134,9 @@ private Q_SLOTS:
         Search search;
         search.origin = u"OSL"_s;
         search.destination = u"CPH"_s;
-        search.dateFrom = clock.today().addDays(30).toString(Qt::ISODate);
+        search.dateFrom = clock.today().addDays(30);
         database.addSearch(search);
-        search.dateFrom.clear();
+        search.dateFrom = QDate();
         database.addSearch(search);
         standin::StandIn airline({});
         QVERIFY(!airline.start());

@@ -31,7 +31,7 @@ class TestHuntRounds : public QObject {
 
         World() { database.set(u"share_hits"_s, u"0"_s); }
         ~World() { settle(); }
-        void add(const QString& dateFrom = u"2027-03-01"_s) {
+        void add(QDate dateFrom = {2027, 3, 1}) {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
@@ -57,7 +57,7 @@ private Q_SLOTS:
         };
         QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
         QVERIFY(world.said.last().startsWith(u"[1/1] Sjekker OSL → CPH — OSL→CPH (1 av 1)"_s));
-        world.add(u""_s);
+        world.add({});
         QCOMPARE(*awaited(world.hunt.once()), int(Hunt::watcherFailed));
         world.airline.answer = [&world](const QString&, const QString&, const QString&) {
             world.signOut();

@@ -80,9 +80,9 @@ private:
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"LHR"_s;
-            search.cabins = {u"first"_s};
-            search.dateFrom = clock.today().addDays(20).toString(Qt::ISODate);
-            search.dateTo = clock.today().addDays(20 + days - 1).toString(Qt::ISODate);
+            search.cabins = {Cabin::first};
+            search.dateFrom = clock.today().addDays(20);
+            search.dateTo = clock.today().addDays(20 + days - 1);
             database.addSearch(search);
             emptyStore();
             wait(keychain.clear());

@@ -50,7 +50,7 @@ class TestSignIn : public QObject {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
-            search.dateFrom = u"2027-03-01"_s;
+            search.dateFrom = QDate(2027, 3, 1);
             database.addSearch(search);
         }
         void open() {

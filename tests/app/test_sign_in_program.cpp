@@ -95,9 +95,9 @@ private Q_SLOTS:
         Search search;
         search.origin = u"OSL"_s;
         search.destination = u"LHR"_s;
-        search.cabins = {u"economy"_s, u"business"_s};
-        search.dateFrom = clock.today().addDays(20).toString(Qt::ISODate);
-        search.dateTo = clock.today().addDays(23).toString(Qt::ISODate);
+        search.cabins = {Cabin::economy, Cabin::business};
+        search.dateFrom = clock.today().addDays(20);
+        search.dateTo = clock.today().addDays(23);
         database.addSearch(search);
     }
 

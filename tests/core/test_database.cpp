@@ -23,32 +23,34 @@ Search watcher(const QString& origin, const QString& destination) {
     return search;
 }
 
-Match offer(qint64 searchId, const QString& key, const QString& travelDate = u"2027-03-01"_s) {
+FareKey fareKey(const QString& flights, QDate date = {2027, 3, 1}) {
+    return {date, {u"OSL"_s, u"BKK"_s}, flights};
+}
+
+Match offer(qint64 searchId, const QString& flights, QDate travelDate = {2027, 3, 1}) {
     Match match;
     match.searchId = searchId;
-    match.key = key;
-    match.route = u"OSL-BKK"_s;
+    match.key = fareKey(flights, travelDate);
     match.fromCity = u"Oslo"_s;
     match.toCity = u"Bangkok"_s;
-    match.depart = u"01.03 09:05"_s;
-    match.arrive = u"02.03 06:10"_s;
-    match.stopsText = u"1 stopp (CPH)"_s;
-    match.flight = u"SK1467,TG951"_s;
+    match.depart = {travelDate, {9, 5}};
+    match.arrive = {travelDate.addDays(1), {6, 10}};
+    match.stops = Stops{1, {u"CPH"_s}};
     match.durationMinutes = 785;
-    match.cabin = u"business"_s;
+    match.cabin = Cabin::business;
     match.seats = 2;
     match.points = 75000;
-    match.travelDate = travelDate;
     match.bookingURL = u"https://example.invalid/?a=1&b=ø"_s;
     match.foundAt = instantFromSeconds(1768478400.25);
     match.isCommunity = searchId == Match::communitySearchId;
     return match;
 }
 
-QStringList keys(const QList<Match>& matches) {
+/// The flights of each.
+QStringList keys(const QList<Hit>& hits) {
     QStringList keys;
-    for (const Match& match : matches)
-        keys.append(match.key);
+    for (const Hit& hit : hits)
+        keys.append(Hits::key(hit).flights);
     return keys;
 }
 
@@ -75,11 +77,11 @@ private Q_SLOTS:
     void watchersLiveThroughTheirEdits() {
         Search stored = watcher(u"OSL, bgo"_s, u"JFK"_s);
         stored.name = u"  Høst  "_s;
-        stored.cabins = {u"business"_s, u"economy"_s};
+        stored.cabins = {Cabin::business, Cabin::economy};
         stored.minSeats = 2;
         stored.maxStops = 0;
-        stored.dateFrom = u"2027-03-01"_s;
-        stored.returnDateTo = u"2027-04-01"_s;
+        stored.dateFrom = QDate(2027, 3, 1);
+        stored.returnDateTo = QDate(2027, 4, 1);
         stored.includePartners = true;
         stored.enabled = false;
         {
@@ -114,25 +116,27 @@ private Q_SLOTS:
     void offersComeBackAsTheyWereStored() {
         Database database(folder(), m_clock);
         database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
-        Match stored = offer(1, u"a"_s);
+        Match stored = offer(1, u"SK1467,TG951"_s, {2027, 12, 31});
         database.recordMatch(stored);
-        database.recordMatch(offer(Match::communitySearchId, u"b"_s, {}));
-        database.recordMatch(offer(1, u"yesterday"_s, u"2027-01-14"_s));
-        database.recordMatch(offer(1, u"today"_s, u"2027-01-15"_s));
-        Match gone = offer(1, u"gone"_s);
-        gone.soldOut = true;
-        database.recordMatch(gone);
+        database.recordMatch(offer(Match::communitySearchId, u"b"_s));
+        database.recordMatch(offer(1, u"yesterday"_s, {2027, 1, 14}));
+        database.recordMatch(offer(1, u"today"_s, {2027, 1, 15}));
+        SoldOut gone{0, 1, fareKey(u"gone"_s), {Cabin::business, Cabin::first}, u"merke"_s, {}};
+        database.recordSoldOut(gone);
 
         const auto recent = database.recentMatches(2000);
-        QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"a"_s}));
+        QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"SK1467,TG951"_s}));
         stored.id = 1;
-        QCOMPARE(recent.last(), stored);
-        QVERIFY(recent[2].isCommunity);
+        QVERIFY(recent.last() == Hit(stored));
+        QVERIFY(std::get<Match>(recent[2]).isCommunity);
+        gone.id = 5;
+        QVERIFY(recent.first() == Hit(gone));
         QCOMPARE(keys(database.recentMatches(1)), QStringList{u"gone"_s});
         QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 2}}));
 
-        database.upsertSeen(1, u"a"_s, {u"first"_s, u"business"_s}, u"merke"_s);
-        database.upsertSeen(1, u"a"_s, {u"first"_s}, u"merke"_s);
+        const FareKey a = fareKey(u"a"_s);
+        database.upsertSeen(1, a, {{Cabin::first, Cabin::business}, u"merke"_s});
+        database.upsertSeen(1, a, {{Cabin::first}, u"merke"_s});
         // What is taken can be put back exactly, past dates too, except for a deleted watcher's.
         database.addSearch(watcher(u"OSL"_s, u"NRT"_s));
         database.recordMatch(offer(2, u"orphan"_s));
@@ -142,15 +146,15 @@ private Q_SLOTS:
         database.deleteSearch(2);
         QVERIFY(database.restoreMatches());
         QVERIFY(!database.restoreMatches());
-        QCOMPARE(database.recentMatches(10).mid(1), recent);
+        QVERIFY(database.recentMatches(10).mid(1) == recent);
         QCOMPARE(keys(database.recentMatches(1)), QStringList{u"meanwhile"_s});
         m_clock.advance(-24h);
         QVERIFY(keys(database.recentMatches(10)).contains(u"yesterday"_s));
         m_clock.advance(24h);
         QVERIFY(database.takeMatches());
         QVERIFY(!database.takeMatches());
-        QCOMPARE(database.seenCabins(1),
-                 (QMap<QString, Database::Seen>{{u"a"_s, {{u"first"_s}, u"merke"_s}}}));
+        QVERIFY(database.seenCabins(1) ==
+                (QMap<FareKey, Database::Seen>{{a, {{Cabin::first}, u"merke"_s}}}));
         database.recordMatch(offer(1, u"a"_s));
         database.deleteSearch(1);
         QVERIFY(database.recentMatches(10).isEmpty());
@@ -164,9 +168,9 @@ private Q_SLOTS:
             database.addSearch(watcher(u"OSL"_s, destination));
         for (const qint64 id : {1, 2}) {
             database.markChecked(id, 3);
-            database.upsertSeen(id, u"a"_s, {u"business"_s}, u"merke"_s);
+            database.upsertSeen(id, fareKey(u"a"_s), {{Cabin::business}, u"merke"_s});
             database.recordMatch(offer(id, u"a"_s));
-            database.recordMatch(offer(id, u"past"_s, u"2027-01-01"_s));
+            database.recordMatch(offer(id, u"past"_s, {2027, 1, 1}));
         }
         database.toggleSearch(1);
         const auto watchers = database.listSearches();
@@ -174,7 +178,7 @@ private Q_SLOTS:
 
         QVERIFY(database.takeSearch(1));
         QCOMPARE(database.listSearches(), watchers.mid(1));
-        QCOMPARE(database.recentMatches(10), offers.first(1));
+        QVERIFY(database.recentMatches(10) == offers.first(1));
         QVERIFY(database.seenCabins(1).isEmpty());
         QCOMPARE(database.seenCabins(2).size(), 1);
         // What was stored meanwhile has its own ids.
@@ -183,8 +187,8 @@ private Q_SLOTS:
 
         QVERIFY(database.restoreSearch());
         QCOMPARE(database.listSearches().first(2), watchers);
-        QCOMPARE(database.recentMatches(10), offers);
-        QCOMPARE(database.seenCabins(1), database.seenCabins(2));
+        QVERIFY(database.recentMatches(10) == offers);
+        QVERIFY(database.seenCabins(1) == database.seenCabins(2));
         QVERIFY(!database.restoreSearch()); // once
 
         // Only the last one can come back, and a file that refuses loses nothing.
@@ -249,9 +253,9 @@ private Q_SLOTS:
                      QStringList({u"shared"_s, u"twin"_s, u"twin"_s, u"twin"_s, u"twin"_s,
                                   u"half a route"_s, u"wrong, sold out"_s, u"right"_s}));
             QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 4}, {2, 1}}));
-            QCOMPARE(database.seenCabins(1).keys(), QStringList{u"right"_s});
+            QVERIFY(database.seenCabins(1).keys() == QList{FareKey::fromText(u"right"_s)});
             QVERIFY(database.seenCabins(2).isEmpty());
-            QCOMPARE(database.recentMatches(100).first().durationMinutes, 0);
+            QCOMPARE(std::get<Match>(database.recentMatches(100).first()).durationMinutes, 0);
             QVERIFY(!database.listSearches().first().includePartners);
         }
         runOn(folder(), insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
@@ -275,18 +279,18 @@ private Q_SLOTS:
         Database database(folder(), m_clock);
         QVERIFY(database.transaction([&] {
             database.recordMatch(offer(1, u"a"_s));
-            database.upsertSeen(1, u"a"_s, {u"business"_s}, {});
+            database.upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
         }));
         runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON seen BEGIN "
                         "SELECT RAISE(ABORT, 'no room'); END;");
         QVERIFY(!database.transaction([&] {
             database.recordMatch(offer(1, u"b"_s));
-            database.upsertSeen(1, u"b"_s, {u"business"_s}, {});
+            database.upsertSeen(1, fareKey(u"b"_s), {{Cabin::business}, {}});
         }));
         QCOMPARE(keys(database.recentMatches(10)), QStringList{u"a"_s});
         QVERIFY(log().contains("no room"));
         // A failure that goes on is logged once, one after a success again.
-        QVERIFY(!database.transaction([&] { database.upsertSeen(1, u"d"_s, {}, {}); }));
+        QVERIFY(!database.transaction([&] { database.upsertSeen(1, fareKey(u"d"_s), {}); }));
         QCOMPARE(log().count("no room"), 1);
         QVERIFY(database.problem());
         runOn(folder(), "DROP TRIGGER refuse;");

@@ -97,7 +97,7 @@ private:
         }
     };
 
-    static Leg leg(int day) { return {u"OSL"_s, u"CPH"_s, QDate(2027, 3, day)}; }
+    static Leg leg(int day) { return {{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, day)}; }
 
 private Q_SLOTS:
     void aSiteThatCannotBeReachedEndsTheCapture() {
@@ -165,7 +165,7 @@ private Q_SLOTS:
             // One flow is enough where it takes long, or happens before there is one.
             if (flow == Flow::award && seconds > 3)
                 break;
-            const Leg asked{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), flow};
+            const Leg asked{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1), flow};
             world.airline.misbehave(u"OSL-CPH-20270301"_s, *word);
             const auto limit = word->kind == standin::Misbehaviour::Kind::Hang ||
                                        word->kind == standin::Misbehaviour::Kind::Never
@@ -210,7 +210,7 @@ private Q_SLOTS:
         Capture capture(*world.view, m_clock, world.site);
         const QSignalSpy messages(world.view.get(), &WebView::scriptMessage);
         for (const Flow flow : {Flow::points, Flow::award}) {
-            const Leg asked{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), flow};
+            const Leg asked{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1), flow};
             const auto outcome = *awaited(capture.capture(asked, 20s));
             QVERIFY(outcome && !outcome->fares.isEmpty());
             QCOMPARE(outcome->fares.first().date, u"2027-03-01"_s);

@@ -21,14 +21,17 @@ QByteArray json(QByteArray text) {
     return text.replace('\'', '"');
 }
 
-Match offer(const QString& flight, bool soldOut = false) {
+const Route route{u"OSL"_s, u"EWR"_s};
+
+FareKey fareKey(const QString& flights) {
+    return {{2027, 3, 5}, route, flights};
+}
+
+Match offer(const QString& flight) {
     Match match;
-    match.key = u"2027-03-05-OSL-EWR-"_s + flight;
-    match.travelDate = u"2027-03-05"_s;
-    match.cabin = u"business"_s;
-    match.route = u"OSL-EWR"_s;
+    match.key = fareKey(flight);
+    match.cabin = Cabin::business;
     match.seats = 2;
-    match.soldOut = soldOut;
     match.foundAt = instantFromSeconds(1.5);
     return match;
 }
@@ -52,7 +55,7 @@ class TestCommunity : public QObject {
             return QJsonDocument::fromJson(http.sent[request].body).object();
         }
         std::optional<FoundByOthers> ask() {
-            return awaited(community.fetchHits({u"OSL-EWR"_s})).value_or(std::nullopt);
+            return awaited(community.fetchHits({route})).value_or(std::nullopt);
         }
         QList<Match> fetch() { return ask().value_or(FoundByOthers{{offer(u"no answer"_s)}}).hits; }
         QList<Match> fetch(const QByteArray& answer, int status = 200) {
@@ -60,9 +63,9 @@ class TestCommunity : public QObject {
             return fetch();
         }
         void callAll() {
-            awaited(community.fetchHits({u"OSL-EWR"_s}));
+            awaited(community.fetchHits({route}));
             awaited(community.report({offer(u"a"_s)}));
-            awaited(community.reportSoldOut(u"a"_s, {u"business"_s}));
+            awaited(community.reportSoldOut(fareKey(u"a"_s), {Cabin::business}));
         }
     };
 
@@ -87,18 +90,17 @@ private Q_SLOTS:
         QVERIFY(world.http.sent.isEmpty());
     }
 
-    void findsAreSharedWithoutTheSoldOut() {
+    void findsAreShared() {
         World world;
         awaited(world.community.report({}));
-        awaited(world.community.report({offer(u"gone"_s, true)}));
-        // Nor what the service would refuse, with all that comes with it.
+        // What the service would refuse, with all that comes with it.
         Match odd = offer(u""_s);
         awaited(world.community.report({odd}));
         odd = offer(u"a"_s);
         odd.seats = 0;
         awaited(world.community.report({odd}));
         QVERIFY(world.http.sent.isEmpty());
-        awaited(world.community.report({offer(u"a"_s), offer(u"gone"_s, true), offer(u"b"_s)}));
+        awaited(world.community.report({offer(u"a"_s), odd, offer(u"b"_s)}));
         QCOMPARE(world.http.sent.size(), 1);
         QCOMPARE(world.http.sent[0].url.toString(), u"https://hunters.test/base/v1/hits"_s);
         QVERIFY(world.http.sent[0].method == HttpRequest::Method::post);
@@ -120,13 +122,13 @@ private Q_SLOTS:
     void soldOutCabinsAreToldOneByOne() {
         World world;
         world.database.set(u"community_url"_s, u"http://127.0.0.1:9/"_s);
-        awaited(world.community.reportSoldOut(u"k"_s, {u"business"_s, u"premeco"_s}));
+        awaited(world.community.reportSoldOut(fareKey(u"k"_s), {Cabin::business, Cabin::premeco}));
         QCOMPARE(world.http.sent.size(), 2);
         QStringList cabins;
         for (qsizetype i = 0; i < 2; ++i) {
             QCOMPARE(world.http.sent[i].url.toString(), u"http://127.0.0.1:9/v1/soldout"_s);
             QCOMPARE(world.body(i).size(), 2);
-            QCOMPARE(world.body(i)[u"key"].toString(), u"k"_s);
+            QCOMPARE(world.body(i)[u"key"].toString(), u"2027-03-05-OSL-EWR-k"_s);
             cabins.append(world.body(i)[u"cabin"].toString());
         }
         cabins.sort();
@@ -135,11 +137,14 @@ private Q_SLOTS:
 
     void onlyTheFirstSixtyRoutesAreAskedFor() {
         World world;
-        QStringList routes;
-        for (int i = 0; i < 70; ++i)
-            routes.append(u"OSL-%1"_s.arg(i, 3, 10, QChar(u'0')));
+        QList<Route> routes;
+        QStringList texts;
+        for (int i = 0; i < 70; ++i) {
+            routes.append({u"OSL"_s, QString::number(100 + i)});
+            texts.append(routes.last().text());
+        }
         awaited(world.community.fetchHits(routes));
-        QCOMPARE(world.http.sent[0].url.query(), u"routes="_s + routes.first(60).join(u','));
+        QCOMPARE(world.http.sent[0].url.query(), u"routes="_s + texts.first(60).join(u','));
         awaited(world.community.fetchHits({}));
         QCOMPARE(world.http.sent.size(), 1);
     }
@@ -149,30 +154,32 @@ private Q_SLOTS:
         const auto found = world.fetch(json(
             "{'hits':["
             "            {'cabin':'business','route':'OSL-EWR'}, {'key':'k','route':'OSL-EWR'},"
-            "            {'key':'k','cabin':'business'}, "
+            "            {'key':'2027-03-05-OSL-EWR-k','cabin':'business'}, "
+            "{'key':'2027-03-05-OSL-EWR-k','cabin':'business','route':'OSL-JFK'},"
+            "{'key':'2027-03-05-OSL-EWR-k','cabin':'sofa','route':'OSL-EWR'},"
             "{'key':1,'cabin':'business','route':'OSL-EWR'},"
-            "            {'key':'bare','cabin':'business','route':'OSL-EWR'},"
+            "            {'key':'2027-03-05-OSL-EWR-bare','cabin':'business','route':'OSL-EWR'},"
             "            "
-            "{'key':'wrong','cabin':'business','route':'OSL-EWR','seats':'2','points':1.5,"
+            "{'key':'2027-03-05-OSL-EWR-wrong','cabin':'business','route':'OSL-EWR','seats':'2','"
+            "points':1.5,"
             "             "
             "'durationMin':-3,'fromCity':7,'toCity':null,'depart':[],'arrive':{},'stopsText':true,"
             "             'flight':1,'travelDate':20270301,'bookingUrl':[],'foundAt':'now'},"
             "            "
-            "{'key':'huge','cabin':'business','route':'OSL-EWR','seats':1e300,'points':99999999999,"
+            "{'key':'2027-03-05-OSL-EWR-huge','cabin':'business','route':'OSL-EWR','seats':1e300,'"
+            "points':99999999999,"
             "'bookingUrl':'https://evil.example/','travelDate':'zzzz',"
             "             'foundAt':1e300}]}"));
         QCOMPARE(found.size(), 3);
         for (const Match& match : found.first(2)) {
             Match expected;
             expected.key = match.key;
-            expected.cabin = u"business"_s;
-            expected.route = u"OSL-EWR"_s;
+            expected.cabin = Cabin::business;
             expected.isCommunity = true;
             expected.id = match.id;
             QCOMPARE(match, expected);
         }
         QCOMPARE(found[2].bookingURL, QString());
-        QCOMPARE(found[2].travelDate, QString());
         QCOMPARE(found[2].seats, 0);
         QCOMPARE(found[2].points, 0);
         // Nothing is found later than now, or it would be fresh for ever.
@@ -183,7 +190,8 @@ private Q_SLOTS:
     void whatIsNoAnswerIsAbsent_data() {
         QTest::addColumn<QByteArray>("answer");
         QTest::addColumn<int>("status");
-        const QByteArray good = json("{'hits':[{'key':'k','cabin':'first','route':'OSL-EWR'}]}");
+        const QByteArray good =
+            json("{'hits':[{'key':'2027-03-05-OSL-EWR-k','cabin':'first','route':'OSL-EWR'}]}");
         QTest::newRow("another status") << good << 201;
         QTest::newRow("an error") << good << 500;
         QTest::newRow("a web page") << QByteArray("<!doctype html><title>hi</title>") << 200;
@@ -210,42 +218,42 @@ private Q_SLOTS:
         World world;
         const QByteArray longText(5000, 'x');
         const auto found = world.fetch(
-            json("{'hits':[{'key':'") + longText + json("','cabin':'business',") +
+            json("{'hits':[{'key':'2027-03-05-OSL-EWR-") + longText +
+            json("','cabin':'business',") +
             json("'route':'OSL-EWR','fromCity':'Os\\u0000lo\\u202e\\n\\u001b[31m','toCity':'") +
             QByteArray(199, 'a') + "\xF0\x9F\x8D\x80" + json("'}]}"));
         QCOMPARE(found.size(), 1);
-        QCOMPARE(found[0].key.size(), 200);
+        QCOMPARE(found[0].key.text().size(), 200);
         QCOMPARE(found[0].fromCity, u"Oslo[31m"_s);
         QCOMPARE(found[0].toCity, QString(199, u'a'));
     }
 
     void onlyWhatMustHaveSoldOutIsGone() {
         const Instant now = instantFromSeconds(1'000'000);
-        const auto stored = [&](const QString& key, std::chrono::minutes ago = 5min,
-                                const QString& route = u"OSL-EWR"_s) {
-            Match match = offer(key);
+        const auto stored = [&](const QString& flights, std::chrono::minutes ago = 5min) {
+            Match match = offer(flights);
             match.searchId = Match::communitySearchId;
-            match.route = route;
+            match.isCommunity = true;
             match.foundAt = now - ago;
             return match;
         };
         Match own = stored(u"own"_s);
         own.searchId = 1;
-        Match record = stored(u"record"_s);
-        record.soldOut = true;
-        const QList<Match> all{stored(u"there"_s),
-                               stored(u"gone"_s),
-                               stored(u"expired"_s, 85min),
-                               own,
-                               stored(u"else"_s, 1min, u"A-B"_s),
-                               record};
-        QSet<QString> served;
-        for (const Match& match : all)
-            served.insert(CommunityFind::identity(match));
+        own.isCommunity = false;
+        Match elsewhere = stored(u"else"_s, 1min);
+        elsewhere.key.route = {u"A"_s, u"B"_s};
+        const QList<Match> offers{stored(u"there"_s), stored(u"gone"_s),
+                                  stored(u"expired"_s, 85min), own, elsewhere};
+        QList<Hit> all{SoldOut{0, Match::communitySearchId, fareKey(u"record"_s), {}, {}, now}};
+        QSet<OfferId> served;
+        for (const Match& match : offers) {
+            all.append(match);
+            served.insert(match.offer());
+        }
         const auto gone = [&](const QList<Match>& answer) {
             QStringList flights;
-            for (const Match& match : CommunityFind::gone(all, answer, {u"OSL-EWR"_s}, served, now))
-                flights.append(match.key.section(u'-', 5));
+            for (const Match& match : CommunityFind::gone(all, answer, {route}, served, now))
+                flights.append(match.key.flights);
             return flights;
         };
         QCOMPARE(gone({offer(u"there"_s)}), QStringList{u"gone"_s});
@@ -259,7 +267,7 @@ private Q_SLOTS:
         World world;
         QByteArray answer = json("{'hits':[");
         for (int i = 0; i < 50'000; ++i)
-            answer += json("{'key':'") + QByteArray::number(i) +
+            answer += json("{'key':'2027-03-05-A-B-") + QByteArray::number(i) +
                       json("','cabin':'first','route':'A-B'},");
         answer.back() = ']';
         answer += '}';

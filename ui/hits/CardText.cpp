@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/CardText.h"
 
-#include "core/Cabin.h"
-#include "core/DateFmt.h"
-
 #include <QLocale>
 
 #include <cstdlib>
@@ -26,34 +23,10 @@ QString joined(QStringList pieces) {
     return pieces.join(dot);
 }
 
-QString placeIn(const QString& route, bool atEnd) {
-    const QStringList places = route.split(u'-', Qt::SkipEmptyParts);
-    if (places.isEmpty())
-        return {};
-    return atEnd ? places.last() : places.first();
-}
-
-CardText::Endpoint endpoint(const QString& place, const QString& text) {
-    const QStringList pieces = text.split(u' ', Qt::SkipEmptyParts);
-    if (pieces.size() != 2)
-        return {text, place};
-    return {pieces[1], joined({place, pieces[0]})};
-}
-
-/// The date nearest to `reference` whose day and month the text begins with, such as "07.03";
-/// invalid when it does not.
-QDate dateNear(const QString& text, QDate reference) {
-    const QStringList pieces = text.section(u' ', 0, 0, QString::SectionSkipEmpty).split(u'.');
-    if (pieces.size() != 2)
-        return {};
-    QDate nearest;
-    for (int year = reference.year() - 1; year <= reference.year() + 1; ++year) {
-        const QDate date(year, pieces[1].toInt(), pieces[0].toInt());
-        if (date.isValid() && (!nearest.isValid() || std::abs(reference.daysTo(date)) <
-                                                         std::abs(reference.daysTo(nearest))))
-            nearest = date;
-    }
-    return nearest;
+CardText::Endpoint endpoint(const QString& place, const LocalTime& at) {
+    if (!at.isKnown())
+        return {at.text(), place};
+    return {at.time().toString(u"HH:mm"_s), joined({place, at.date().toString(u"dd.MM"_s)})};
 }
 
 } // namespace
@@ -84,33 +57,30 @@ QString found(Instant foundAt, Instant now, QDate today) {
 QString fare(const Match& match) {
     const QString seats =
         u"%1 %2"_s.arg(QString::number(match.seats), match.seats == 1 ? u"sete"_s : u"seter"_s);
-    return joined({cabinLabel(match.cabin), match.seats < 0 ? QString() : seats,
+    return joined({label(match.cabin), match.seats < 0 ? QString() : seats,
                    match.points < 1 ? QString() : number(match.points) + u" poeng"_s});
 }
 
 QString duration(const Match& match) {
-    return joined({match.durationText().value_or(QString()), match.stopsText});
+    return joined({match.durationText().value_or(QString()), match.stopsText()});
 }
 
-QString soldOut(const Match& match) {
-    const QString text = (cabinLabels(match.cabin) + u" er ikke lenger tilgjengelig"_s).trimmed();
+QString soldOut(const SoldOut& record) {
+    const QString text = (cabinLabels(record.cabins) + u" er ikke lenger tilgjengelig"_s).trimmed();
     return text.left(1).toUpper() + text.mid(1);
 }
 
 Endpoint departure(const Match& match) {
-    return endpoint(placeIn(match.route, false), match.depart);
+    return endpoint(match.route().origin, match.depart);
 }
 
 Endpoint arrival(const Match& match) {
-    return endpoint(placeIn(match.route, true), match.arrive);
+    return endpoint(match.route().destination, match.arrive);
 }
 
 QString dayShift(const Match& match) {
-    // The texts have no year; the day of travel has.
-    const QDate travel = DateFmt::parseIso(match.travelDate).value_or(utc(match.foundAt).date());
-    const QDate start = dateNear(match.depart, travel);
-    const QDate end = start.isValid() ? dateNear(match.arrive, start) : QDate();
-    const qint64 days = end.isValid() ? start.daysTo(end) : 0;
+    const bool areKnown = match.depart.isKnown() && match.arrive.isKnown();
+    const qint64 days = areKnown ? match.depart.date().daysTo(match.arrive.date()) : 0;
     if (days == 0)
         return {};
     return (days > 0 ? u'+' : u'−') + QString::number(std::abs(days));
@@ -123,10 +93,10 @@ Freshness freshness(Instant foundAt, Instant now) {
     return age < 6h ? Freshness::sixHours : Freshness::older;
 }
 
-Border border(const Match& match, Instant now) {
-    if (match.soldOut)
+Border border(const Hit& hit, Instant now) {
+    if (Hits::isSoldOut(hit))
         return Border::soldOut;
-    return now - match.foundAt < 12h ? Border::fresh : Border::none;
+    return now - Hits::foundAt(hit) < 12h ? Border::fresh : Border::none;
 }
 
 } // namespace CardText

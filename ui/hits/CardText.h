@@ -22,7 +22,7 @@ QString fare(const Match& match);
 /// Such as "7t 35m · direkte".
 QString duration(const Match& match);
 /// What has sold out, such as "Business er ikke lenger tilgjengelig".
-QString soldOut(const Match& match);
+QString soldOut(const SoldOut& record);
 
 /// One end of a flight.
 struct Endpoint {
@@ -43,6 +43,6 @@ enum class Freshness { hour, sixHours, older };
 Freshness freshness(Instant foundAt, Instant now);
 enum class Border { none, fresh, soldOut };
 /// `fresh` for a find of the last twelve hours.
-Border border(const Match& match, Instant now);
+Border border(const Hit& hit, Instant now);
 
 } // namespace CardText

@@ -62,8 +62,7 @@ QString MenuBarPanel::latestText() const {
     const Match* match = latest();
     if (!match)
         return {};
-    return u"%1 · %2 seter · %3 poeng"_s.arg(cabinLabel(match->cabin),
-                                             Norwegian::number(match->seats),
+    return u"%1 · %2 seter · %3 poeng"_s.arg(label(match->cabin), Norwegian::number(match->seats),
                                              Norwegian::number(match->points));
 }
 
@@ -81,10 +80,11 @@ void MenuBarPanel::checkNow() {
 }
 
 const Match* MenuBarPanel::latest() const {
-    const auto& matches = m_state.matches();
-    const auto match =
-        std::find_if(matches.begin(), matches.end(), [](const Match& one) { return !one.soldOut; });
-    return match == matches.end() ? nullptr : &*match;
+    for (const Hit& hit : m_state.matches()) {
+        if (const auto* match = std::get_if<Match>(&hit))
+            return match;
+    }
+    return nullptr;
 }
 
 std::optional<QUrl> MenuBarPanel::address() const {

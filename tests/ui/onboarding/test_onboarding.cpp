@@ -98,8 +98,8 @@ private Q_SLOTS:
         usa.name = u"USA i business"_s;
         usa.origin = u"OSL"_s;
         usa.destination = u"JFK,EWR,ORD,IAD,SFO,LAX,BOS,MIA"_s;
-        usa.dateFrom = usa.returnDateFrom = u"2027-01-16"_s;
-        usa.dateTo = usa.returnDateTo = u"2027-03-16"_s;
+        usa.dateFrom = usa.returnDateFrom = QDate(2027, 1, 16);
+        usa.dateTo = usa.returnDateTo = QDate(2027, 3, 16);
         QCOMPARE(world.state.searches().size(), 2);
         Search stored = world.state.searches().constLast();
         stored.lastChecked.reset();

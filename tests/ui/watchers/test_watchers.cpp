@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/DateFmt.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
 #include "tests/ui/support/PageWindow.h"
@@ -22,6 +23,14 @@ struct Page : AppWorld {
 
 const QString nbsp(QChar::Nbsp);
 
+QString datesOf(const Search& search) {
+    QStringList texts;
+    for (const QDate date :
+         {search.dateFrom, search.dateTo, search.returnDateFrom, search.returnDateTo})
+        texts.append(DateFmt::iso(date));
+    return texts.join(u'|');
+}
+
 } // namespace
 
 class TestWatchers : public QObject {
@@ -37,16 +46,16 @@ private Q_SLOTS:
         };
         search.origin = u"OSL,BGO"_s;
         search.destination = u"JFK,,EWR"_s;
-        search.cabins = {u"premeco"_s, u"first"_s, u"sofa"_s};
-        search.dateFrom = u"2027-02-28"_s;
-        search.dateTo = u"2027-03-31"_s;
+        search.cabins = {Cabin::premeco, Cabin::first};
+        search.dateFrom = QDate(2027, 2, 28);
+        search.dateTo = QDate(2027, 3, 31);
         QCOMPARE(texts(), u"OSL,BGO → JFK,,EWR|SAS|OSL, BGO → JFK, EWR|Ut 28.02.27 – 31.03.27||"
                           "First · Premium|Ikke sjekket enda"_s);
         search.name = u"USA  i\nbusiness"_s;
         search.includePartners = true;
-        search.returnDateFrom = u"2027-12-20"_s;
-        search.returnDateTo = u"2028-01-10"_s;
-        search.cabins = {u"economy"_s, u"business"_s};
+        search.returnDateFrom = QDate(2027, 12, 20);
+        search.returnDateTo = QDate(2028, 1, 10);
+        search.cabins = {Cabin::economy, Cabin::business};
         search.lastChecked = ManualClock().now() - 9min;
         QCOMPARE(texts(), u"USA  i business|SAS + PARTNERE|OSL, BGO ⇄ JFK, EWR|"
                           "Ut 28.02.27 – 31.03.27|Hjem 20.12.27 – 10.01.28|Business · Økonomi|"
@@ -55,8 +64,8 @@ private Q_SLOTS:
         search.name = u"x"_s;
         search.enabled = false;
         QCOMPARE(texts(), u"x|SAS| → |||Business|Pauset"_s);
-        search.dateFrom = u"i morgen"_s;
-        QVERIFY(texts().contains(u"|Ut i morgen – ||"_s));
+        search.dateFrom = QDate(2027, 2, 28);
+        QVERIFY(texts().contains(u"|Ut 28.02.27 – ||"_s));
 
         search.name = u"Lang tur\n"_s + QString(5000, u'x');
         const WatcherCard card{search, 1284, {}};
@@ -168,7 +177,7 @@ private Q_SLOTS:
         Page page;
         QVERIFY(!page.section.canCheck()); // nobody to check
         for (const QString& destination : {u"EWR"_s, u"BKK"_s})
-            page.addWatcher(destination, [](Search& search) { search.dateTo = u"2027-03-05"_s; });
+            page.addWatcher(destination, [](Search& search) { search.dateTo = QDate(2027, 3, 5); });
         QStringList lookups;
         QStringList rounds;
         double furthest = 0;
@@ -270,7 +279,7 @@ private Q_SLOTS:
         add("all there", u"2027-12-20|2028-01-10|2028-02-28|2028-02-29"_s, {});
         add("one way", u"2027-03-01|2027-03-31||"_s, {});
         add("past", u"2026-03-05|2026-03-06||"_s, {});
-        add("damaged", u"2027-02-29|x||snart"_s, u"2027-01-15|2027-03-16|2027-01-15|2027-03-16"_s);
+        add("damaged", u"2027-02-29|x||2027-02-30"_s, u"2027-01-15|2027-03-16||"_s);
         add("ends before it starts", u"2027-03-05|2027-03-01||"_s, u"2027-03-05|2027-03-05||"_s);
     }
     void editedWindows() {
@@ -278,17 +287,14 @@ private Q_SLOTS:
         const QStringList dates = stored.split(u'|');
         Page page;
         const Search original = page.addWatcher(u"EWR"_s, [&dates](Search& search) {
-            search.dateFrom = dates[0];
-            search.dateTo = dates[1];
-            search.returnDateFrom = dates[2];
-            search.returnDateTo = dates[3];
+            search.dateFrom = DateFmt::dateFromIso(dates[0]);
+            search.dateTo = DateFmt::dateFromIso(dates[1]);
+            search.returnDateFrom = DateFmt::dateFromIso(dates[2]);
+            search.returnDateTo = DateFmt::dateFromIso(dates[3]);
         });
         page.section.edit(original.id);
         const Search edited = page.section.sheet()->edited();
-        QTEST(QStringList(
-                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
-                  .join(u'|'),
-              "shown");
+        QTEST(datesOf(edited), "shown");
     }
 
     void pastDatesAreMovedOn_data() {
@@ -305,20 +311,17 @@ private Q_SLOTS:
         const QStringList dates = stored.split(u'|');
         Page page;
         const Search original = page.addWatcher(u"EWR"_s, [&dates](Search& search) {
-            search.dateFrom = dates[0];
-            search.dateTo = dates[1];
-            search.returnDateFrom = dates[2];
-            search.returnDateTo = dates[3];
+            search.dateFrom = DateFmt::dateFromIso(dates[0]);
+            search.dateTo = DateFmt::dateFromIso(dates[1]);
+            search.returnDateFrom = DateFmt::dateFromIso(dates[2]);
+            search.returnDateTo = DateFmt::dateFromIso(dates[3]);
         });
         QVERIFY(page.shown(0, WatcherCards::PastRole).toBool());
         page.section.editMoved(7);
         QVERIFY(!page.section.sheet());
         page.section.editMoved(original.id);
         const Search edited = page.section.sheet()->edited();
-        QTEST(QStringList(
-                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
-                  .join(u'|'),
-              "shown");
+        QTEST(datesOf(edited), "shown");
         QCOMPARE(page.database.listSearches(), QList{original});
         page.section.sheet()->save();
         QVERIFY(!page.shown(0, WatcherCards::PastRole).toBool());
@@ -332,7 +335,7 @@ private Q_SLOTS:
             search.maxStops = 2;
         });
         page.addMatch();
-        page.database.upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        page.database.upsertSeen(1, {}, {{Cabin::business}, {}});
         page.database.toggleSearch(1);
         page.database.markChecked(1, 4);
         page.state.reload();
@@ -365,8 +368,8 @@ private Q_SLOTS:
         original.destination = u"JFK"_s;
         original.minSeats = 1;
         original.maxStops = 3;
-        original.returnDateFrom = u"2027-03-01"_s;
-        original.returnDateTo = u"2027-04-30"_s;
+        original.returnDateFrom = QDate(2027, 3, 1);
+        original.returnDateTo = QDate(2027, 4, 30);
         original.includePartners = true;
         original.enabled = false;
         original.lastChecked = page.clock.now();

@@ -91,10 +91,7 @@ private Q_SLOTS:
     void theLatestFindIsTheNewestThatCanBeBooked() {
         World world;
         world.addMatch([](Match& m) { m.toCity = u"Boston"_s; });
-        world.addMatch([](Match& m) {
-            m.soldOut = true;
-            m.toCity = u"Miami"_s;
-        });
+        world.addSoldOut();
         QCOMPARE(world.panel.latestRoute(), u"Oslo → Boston"_s);
         QCOMPARE(world.panel.latestText(), u"Business · 2 seter · 60\u00a0000 poeng"_s);
         QVERIFY(world.panel.canBook());
