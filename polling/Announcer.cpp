@@ -20,6 +20,10 @@ bool Announcer::store(qint64 watcher, QList<FareNews>& news) {
     });
 }
 
+QCoro::Task<> Announcer::settled() {
+    co_await m_notifier.settled();
+}
+
 Announcer::Count Announcer::announce(qint64 watcher, QList<FareNews> news) {
     Count count;
     const bool isStored = store(watcher, news);

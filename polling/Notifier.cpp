@@ -15,6 +15,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto repeatWindow = 3h;
+/// A desktop that is there takes some milliseconds.
+constexpr auto settlingTime = 100ms;
 
 /// The two lines that describe an offer.
 QString offerText(const Match& match) {
@@ -64,6 +66,8 @@ Notifier::Notifier(Database& database, NotificationCenter& center, Clock& clock)
 
 Notifier::~Notifier() {
     markTold();
+    m_underWay.clear();
+    endSettling();
 }
 
 void Notifier::requestPermission() {
@@ -127,6 +131,7 @@ void Notifier::hand(const Notification& notification, qint64 match,
             self->told(match);
         else if (offer)
             self->m_recentlyNotified.remove(*offer);
+        self->endSettling();
     };
     m_center.post(notification, taken);
 }
@@ -144,6 +149,23 @@ void Notifier::markTold() {
     m_isMarking = false;
     if (!m_told.isEmpty() && m_database.markTold(m_told))
         m_told.clear();
+    endSettling();
+}
+
+QCoro::Task<> Notifier::settled() {
+    if (m_underWay.isEmpty() && !m_isMarking)
+        co_return;
+    const OneShot<bool> end;
+    m_settling.append(end);
+    const auto patience = m_clock.after(settlingTime, [end] { end.resolve(false); });
+    co_await end;
+}
+
+void Notifier::endSettling() {
+    if (!m_underWay.isEmpty() || m_isMarking)
+        return;
+    for (const auto& end : std::exchange(m_settling, {}))
+        end.resolve(true);
 }
 
 void Notifier::tellRest() {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "core/Match.h"
+#include "platform/OneShot.h"
 
+#include <QCoroTask>
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -40,6 +42,9 @@ public:
     /// Tells what was stored and could not be told, by an earlier run or for want of a desktop, as
     /// far as it is younger than three hours and still so; the rest is marked without a word.
     void tellRest();
+    /// Waits, for a moment at most, until the desktop has answered for what it was handed and that
+    /// is noted. What dies before is told again by the next run.
+    QCoro::Task<> settled();
     /// Whether `post` reaches the user now, as far as the settings and the desktop are known.
     bool canPost() const;
     void post(const QString& title, const QString& body);
@@ -52,6 +57,7 @@ private:
     void hand(const Notification& notification, qint64 match, const std::optional<OfferId>& offer);
     void told(qint64 match);
     void markTold();
+    void endSettling();
     bool shouldNotify(const OfferId& offer);
 
     Database& m_database;
@@ -63,4 +69,6 @@ private:
     /// To be marked together, in this turn of the event loop.
     QList<qint64> m_told;
     bool m_isMarking = false;
+    /// Those who wait for `settled`.
+    QList<OneShot<bool>> m_settling;
 };

@@ -379,6 +379,10 @@ QCoro::Task<> Worker::take(QList<Fare> fares, Leg leg, Visit& visit, Round& roun
         const auto count = m_announcer.announce(visit.watcher.id, news.mid(from, newsPerStep));
         round.summary.newAlerts += count.found;
         round.summary.soldOut += count.soldOut;
+        // What comes next takes its time, and whoever died then would tell it all again.
+        co_await m_announcer.settled();
+        if (!self)
+            co_return;
         // The screens read everything again, which is a step of its own.
         co_await nextTurn();
         if (!self || !activeWatcher(visit.watcher.id))

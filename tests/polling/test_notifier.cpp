@@ -4,6 +4,7 @@
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/Settled.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -174,6 +175,28 @@ private Q_SLOTS:
         next.tellRest();
         settle();
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
+    }
+
+    void whoeverWaitsKnowsItIsMarked() {
+        World world;
+        world.database.addSearch(Search());
+        Match match = offer();
+        match.searchId = 1;
+        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.notifier.notifyNewFare(match);
+        awaited(world.notifier.settled());
+        QVERIFY(world.database.untold().isEmpty());
+        awaited(world.notifier.settled());
+        // A desktop that says nothing holds nobody up for long.
+        world.center.answers = false;
+        match.cabin = Cabin::first;
+        world.notifier.notifyNewFare(match);
+        bool isOver = false;
+        world.notifier.settled().then([&isOver] { isOver = true; });
+        world.clock.advance(99ms);
+        QVERIFY(!isOver);
+        world.clock.advance(1ms);
+        QVERIFY(isOver);
     }
 
     void whatTheDesktopDoesNotTakeStaysUntold() {
