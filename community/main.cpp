@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "TindraVersion.h"
 #include "community/Service.h"
 
 #include <getopt.h>

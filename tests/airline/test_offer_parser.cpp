@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "airline/OfferParser.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -139,5 +140,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestOfferParser)
+TINDRA_TEST(TestOfferParser)
 #include "test_offer_parser.moc"

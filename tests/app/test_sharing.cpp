@@ -8,6 +8,7 @@
 #include "tests/support/AppWorld.h"
 #include "tests/support/RedisServer.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -115,7 +116,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestSharing) {
     qputenv("TZ", "UTC");
     const QCoreApplication application(argc, argv);
     TestSharing test;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is shared through the service, the same on both stores.
 #include "World.h"
+#include "tests/support/TestProgram.h"
 
 #include <sqlite3.h>
 
@@ -248,5 +249,5 @@ void SharingTest::aStoreThatIsGone() {
     QCOMPARE(lines.last(), "the store answers again");
 }
 
-QTEST_GUILESS_MAIN(SharingTest)
+TINDRA_TEST(SharingTest)
 #include "test_sharing.moc"

@@ -4,6 +4,7 @@
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -207,5 +208,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNotifier)
+TINDRA_TEST(TestNotifier)
 #include "test_notifier.moc"

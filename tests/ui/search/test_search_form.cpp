@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/TDLog.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/TestProgram.h"
 #include "ui/search/BoardingPassSearchCard.h"
 #include "ui/search/CodeList.h"
 #include "ui/search/DateText.h"
@@ -335,5 +336,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSearchForm)
+TINDRA_TEST(TestSearchForm)
 #include "test_search_form.moc"

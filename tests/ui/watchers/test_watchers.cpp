@@ -377,5 +377,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWatchers)
+TINDRA_UI_TEST(TestWatchers)
 #include "test_watchers.moc"

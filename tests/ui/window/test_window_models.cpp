@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/TestProgram.h"
 #include "tests/ui/window/WindowWorld.h"
 
 #include <QSignalSpy>
@@ -227,5 +228,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWindowModels)
+TINDRA_TEST(TestWindowModels)
 #include "test_window_models.moc"
