@@ -2,7 +2,9 @@
 // Two hunters and one service, over real HTTP and on both of its stores.
 #include "app/AppState.h"
 #include "app/Sharing.h"
+#include "community/RedisStore.h"
 #include "community/Service.h"
+#include "community/SqliteStore.h"
 #include "platform/linux/CurlSession.h"
 #include "platform/linux/LinuxClock.h"
 #include "tests/support/AppWorld.h"
@@ -70,7 +72,8 @@ private Q_SLOTS:
         std::unique_ptr<RedisServer> server = redis ? std::make_unique<RedisServer>() : nullptr;
         QTemporaryDir dir;
         community::Options options;
-        options.store = redis ? server->url() : (dir.path() + u"/finds.sqlite"_s).toStdString();
+        const auto file = (dir.path() + u"/finds.sqlite"_s).toStdString();
+        options.store = redis ? community::inRedis(server->url()) : community::inSqlite(file);
         // The clock of the hunters' world: a date in March 2027 is no more than 400 days ahead.
         options.clock = [] {
             return community::Time(std::chrono::seconds(

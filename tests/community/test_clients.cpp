@@ -41,7 +41,7 @@ private:
 
 void ClientsTest::serve(const std::function<void(community::Options&)>& change) {
     community::Options options = m_world.options();
-    options.store = ":memory:";
+    options.store = community::inSqlite(":memory:");
     change(options);
     m_service = std::make_unique<community::Service>(options);
     QVERIFY(!m_service->start());

@@ -187,7 +187,7 @@ void RequestsTest::oneFaultyFindRefusesAll() {
 void RequestsTest::localBookingsWhereTheyAreWanted() {
     community::Options options = m_world.options();
     options.takesLocalBookings = true;
-    options.store = ":memory:";
+    options.store = community::inSqlite(":memory:");
     community::Service service(options);
     QVERIFY(!service.start());
     QJsonObject find = World::find();
