@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "community/RedisStore.h"
 
+#include <boost/url/parse.hpp>
+
 #include <hiredis/hiredis.h>
 
-#include <charconv>
 #include <cstdlib>
 #include <optional>
 #include <set>
@@ -35,17 +36,12 @@ std::string_view textOf(const redisReply& reply) {
 }
 
 // Of redis://host:port; absent when the text is nothing like it.
-std::optional<RedisStore::Address> addressOf(std::string_view url) {
-    constexpr std::string_view scheme = "redis://";
-    const std::size_t colon = url.rfind(':');
-    if (!url.starts_with(scheme) || colon <= scheme.size())
+std::optional<RedisStore::Address> addressOf(std::string_view text) {
+    const auto url = boost::urls::parse_uri(text);
+    if (!url || url->scheme() != "redis" || url->encoded_host().empty() ||
+        url->port_number() == 0 || url->encoded_host_and_port().size() + 8 != text.size())
         return std::nullopt;
-    RedisStore::Address address{std::string(url.substr(scheme.size(), colon - scheme.size())), 0};
-    const char* const end = url.data() + url.size();
-    const auto [stop, error] = std::from_chars(url.data() + colon + 1, end, address.port);
-    if (error != std::errc() || stop != end || address.port == 0)
-        return std::nullopt;
-    return address;
+    return RedisStore::Address{url->host_address(), url->port_number()};
 }
 
 } // namespace
