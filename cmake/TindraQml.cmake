@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# QML modules, and what their tests need.
+# QML modules.
 
 set(QT_QML_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml)
 
@@ -53,11 +53,4 @@ function(tindra_link_qml target)
     foreach(module ${ARGN})
         target_link_libraries(${target} PRIVATE tindra_${module} tindra_${module}plugin)
     endforeach()
-endfunction()
-
-# tindra_ui_test(Class file.cpp): a test class of the program `ui_tests`, shown on no display.
-function(tindra_ui_test class source)
-    tindra_test(ui ${class} ${source})
-    set_tests_properties(ui.${class} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software")
 endfunction()

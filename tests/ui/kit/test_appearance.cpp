@@ -144,6 +144,7 @@ private Q_SLOTS:
 };
 
 TINDRA_TEST_MAIN(TestAppearance) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     const TestBus bus;
     const QGuiApplication application(argc, argv);
     TestAppearance test;
