@@ -8,15 +8,17 @@ target_include_directories(tindra_common INTERFACE ${PROJECT_SOURCE_DIR} ${PROJE
 target_compile_definitions(tindra_common INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 target_compile_options(tindra_common INTERFACE -pthread -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${TINDRA_WERROR}>:-Werror>)
-# What is shipped reads pages from the network and holds a password.
-target_compile_options(tindra_common INTERFACE
-    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fstack-clash-protection>)
-target_link_options(tindra_common INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
 if(TINDRA_SANITIZE)
     target_compile_options(tindra_common INTERFACE -fsanitize=${TINDRA_SANITIZE} -fno-sanitize-recover=all
         -fno-omit-frame-pointer)
     target_link_options(tindra_common INTERFACE -fsanitize=${TINDRA_SANITIZE})
 endif()
+
+# What is shipped reads pages from the network and holds a password.
+add_library(tindra_hardening INTERFACE)
+target_compile_options(tindra_hardening INTERFACE
+    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fstack-clash-protection>)
+target_link_options(tindra_hardening INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
 
 # tindra_precompiled(name HEADERS header... LINK target... [OPTIONS flag...])
 # A header that is compiled once, for all targets that do REUSE_FROM `tindra_<name>`.
@@ -28,14 +30,15 @@ function(tindra_precompiled name)
     target_precompile_headers(tindra_${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
-tindra_precompiled(pch HEADERS ${PROJECT_SOURCE_DIR}/cmake/pch.h LINK Qt6::Core QCoro6::Core)
+tindra_precompiled(pch HEADERS ${PROJECT_SOURCE_DIR}/cmake/pch.h LINK tindra_hardening Qt6::Core QCoro6::Core)
 
 # tindra_library(room SOURCES file... LINK target...)
 # A static library `tindra_<room>` of the folder it is called in.
 function(tindra_library room)
     cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK;LINK_PRIVATE" ${ARGN})
     add_library(tindra_${room} STATIC ${ARG_SOURCES})
-    target_link_libraries(tindra_${room} PUBLIC tindra_common ${ARG_LINK} PRIVATE ${ARG_LINK_PRIVATE})
+    target_link_libraries(tindra_${room} PUBLIC tindra_common ${ARG_LINK}
+        PRIVATE tindra_hardening ${ARG_LINK_PRIVATE})
     if(NOT ARG_NO_QT)
         tindra_uses_qt(tindra_${room} PUBLIC)
     endif()
@@ -45,7 +48,7 @@ endfunction()
 function(tindra_program name)
     cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE tindra_common ${ARG_LINK})
+    target_link_libraries(${name} PRIVATE tindra_common tindra_hardening ${ARG_LINK})
     if(NOT ARG_NO_QT)
         tindra_uses_qt(${name} PRIVATE)
     endif()

@@ -4,7 +4,7 @@
 set(QT_QML_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml)
 
 tindra_precompiled(ui_pch HEADERS ${PROJECT_SOURCE_DIR}/cmake/pch.h ${PROJECT_SOURCE_DIR}/cmake/ui_pch.h
-    LINK Qt6::Quick QCoro6::Core)
+    LINK tindra_hardening Qt6::Quick QCoro6::Core)
 
 # tindra_qml_module(name URI Tindra.Name QML file... SOURCES file... LINK target... MODULES name...)
 # A static library `tindra_<name>` that is the QML module `URI`; MODULES are others of these that
@@ -42,7 +42,7 @@ function(tindra_qml_module name)
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
     foreach(target tindra_${name} tindra_${name}plugin tindra_${name}_qmlcache)
         if(TARGET ${target})
-            target_link_libraries(${target} PRIVATE tindra_common)
+            target_link_libraries(${target} PRIVATE tindra_common tindra_hardening)
             target_precompile_headers(${target} REUSE_FROM tindra_ui_pch)
         endif()
     endforeach()

@@ -2,7 +2,7 @@
 # Tests: a program a room, an entry of ctest a test class.
 
 # Nobody waits for tests to be optimized.
-set(testOptions $<$<CONFIG:Release>:-O0;-U_FORTIFY_SOURCE>)
+set(testOptions $<$<CONFIG:Release>:-O0>)
 # Qt Test offers more where it finds these; rooms without windows get along without, so that one
 # precompiled header serves them.
 set(testOptionsWithoutWindows ${testOptions} -UQT_GUI_LIB -UQT_NETWORK_LIB -UQT_WIDGETS_LIB)
