@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Diagnosis.h"
 
+#include "TindraVersion.h"
 #include "airline/SessionState.h"
 #include "app/AppState.h"
 #include "app/EngineAge.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The only place, with its neighbours in this folder, that creates the long-lived objects and hands
 // them to each other.
+#include "TindraVersion.h"
 #include "app/PassedCommands.h"
 #include "app/commands/DataCommand.h"
 #include "core/Cabin.h"

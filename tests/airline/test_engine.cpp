@@ -8,6 +8,7 @@
 #include "platform/MemorySecretStore.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -821,5 +822,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEngine)
+TINDRA_TEST(TestEngine)
 #include "test_engine.moc"

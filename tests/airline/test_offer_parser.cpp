@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airline/OfferParser.h"
 #include "core/DateFmt.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -136,5 +137,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestOfferParser)
+TINDRA_TEST(TestOfferParser)
 #include "test_offer_parser.moc"

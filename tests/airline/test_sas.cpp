@@ -2,6 +2,7 @@
 #include "airline/PageScripts.h"
 #include "airline/SAS.h"
 #include "core/Err.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -196,5 +197,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSAS)
+TINDRA_TEST(TestSAS)
 #include "test_sas.moc"

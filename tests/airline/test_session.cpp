@@ -14,6 +14,7 @@
 #include "tests/support/FakeHostWindow.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -908,5 +909,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSession)
+TINDRA_TEST(TestSession)
 #include "test_session.moc"

@@ -2,6 +2,7 @@
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -356,5 +357,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAppState)
+TINDRA_TEST(TestAppState)
 #include "test_app_state.moc"

@@ -20,6 +20,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -185,7 +186,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestChain) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     if (!bus.startSecretService())

@@ -4,6 +4,7 @@
 #include "app/HuntReport.h"
 #include "core/Err.h"
 #include "polling/Legs.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -187,5 +188,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCommandLine)
+TINDRA_TEST(TestCommandLine)
 #include "test_command_line.moc"

@@ -6,6 +6,7 @@
 #include "core/Err.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -158,5 +159,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDataCommands)
+TINDRA_TEST(TestDataCommands)
 #include "test_data_commands.moc"

@@ -3,6 +3,7 @@
 #include "app/Diagnosis.h"
 #include "app/EngineAge.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -127,5 +128,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDiagnosis)
+TINDRA_TEST(TestDiagnosis)
 #include "test_diagnosis.moc"

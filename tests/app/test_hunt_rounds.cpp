@@ -5,6 +5,7 @@
 #include "app/Sharing.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -159,5 +160,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHuntRounds)
+TINDRA_TEST(TestHuntRounds)
 #include "test_hunt_rounds.moc"

@@ -12,6 +12,7 @@
 #include "tests/support/FakeHostWindow.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -75,5 +76,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPassedCommands)
+TINDRA_TEST(TestPassedCommands)
 #include "test_passed_commands.moc"

@@ -2,12 +2,15 @@
 // Two hunters and one service, over real HTTP and on both of its stores.
 #include "app/AppState.h"
 #include "app/Sharing.h"
+#include "community/RedisStore.h"
 #include "community/Service.h"
+#include "community/SqliteStore.h"
 #include "platform/linux/CurlSession.h"
 #include "platform/linux/LinuxClock.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RedisServer.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -69,7 +72,8 @@ private Q_SLOTS:
         std::unique_ptr<RedisServer> server = redis ? std::make_unique<RedisServer>() : nullptr;
         QTemporaryDir dir;
         community::Options options;
-        options.store = redis ? server->url() : (dir.path() + u"/finds.sqlite"_s).toStdString();
+        const auto file = (dir.path() + u"/finds.sqlite"_s).toStdString();
+        options.store = redis ? community::inRedis(server->url()) : community::inSqlite(file);
         // The clock of the hunters' world: a date in March 2027 is no more than 400 days ahead.
         options.clock = [] {
             return community::Time(std::chrono::seconds(
@@ -115,7 +119,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestSharing) {
     qputenv("TZ", "UTC");
     const QCoreApplication application(argc, argv);
     TestSharing test;

@@ -15,6 +15,7 @@
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -168,5 +169,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSignIn)
+TINDRA_TEST(TestSignIn)
 #include "test_sign_in.moc"

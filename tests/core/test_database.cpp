@@ -3,6 +3,7 @@
 #include "core/TDLog.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -351,5 +352,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDatabase)
+TINDRA_TEST(TestDatabase)
 #include "test_database.moc"

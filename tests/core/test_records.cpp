@@ -3,6 +3,7 @@
 #include "core/DateFmt.h"
 #include "core/Match.h"
 #include "core/Search.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -201,5 +202,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestRecords)
+TINDRA_TEST(TestRecords)
 #include "test_records.moc"

@@ -10,6 +10,7 @@
 #include "standin/StandIn.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -478,7 +479,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestWebKit) {
     const TestBus bus;
     const QCoreApplication application(argc, argv);
     QString problem;

@@ -5,6 +5,7 @@
 #include "tests/support/FakeHttpSession.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -281,5 +282,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCommunity)
+TINDRA_TEST(TestCommunity)
 #include "test_community.moc"

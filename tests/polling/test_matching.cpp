@@ -6,6 +6,7 @@
 #include "polling/Matching.h"
 #include "polling/PollSummary.h"
 #include "polling/Turn.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -288,5 +289,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMatching)
+TINDRA_TEST(TestMatching)
 #include "test_matching.moc"

@@ -5,6 +5,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -239,5 +240,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNotifier)
+TINDRA_TEST(TestNotifier)
 #include "test_notifier.moc"

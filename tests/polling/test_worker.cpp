@@ -9,6 +9,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -748,5 +749,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWorker)
+TINDRA_TEST(TestWorker)
 #include "test_worker.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/Export.h"
 
+#include "TindraVersion.h"
 #include "ui/hits/CardText.h"
 
 #include <QDateTime>

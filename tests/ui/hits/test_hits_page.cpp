@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/AppWorld.h"
 #include "tests/support/FakeDesktop.h"
+#include "tests/support/TestProgram.h"
 #include "ui/hits/Export.h"
 #include "ui/hits/HitsPage.h"
 #include "ui/hits/TripCard.h"
@@ -291,5 +292,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHitsPage)
+TINDRA_TEST(TestHitsPage)
 #include "test_hits_page.moc"

@@ -186,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestHitsWindow)
+TINDRA_UI_TEST(TestHitsWindow)
 #include "test_hits_window.moc"

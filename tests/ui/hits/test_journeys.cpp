@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/TestProgram.h"
 #include "ui/hits/CardText.h"
 #include "ui/hits/Journeys.h"
 #include "ui/hits/TripCard.h"
@@ -312,5 +313,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestJourneys)
+TINDRA_TEST(TestJourneys)
 #include "test_journeys.moc"

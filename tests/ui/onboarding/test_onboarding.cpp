@@ -109,5 +109,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestOnboarding)
+TINDRA_UI_TEST(TestOnboarding)
 #include "test_onboarding.moc"

@@ -2,6 +2,7 @@
 #include "core/DateFmt.h"
 #include "core/TDLog.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/TestProgram.h"
 #include "ui/search/BoardingPassSearchCard.h"
 #include "ui/search/CodeList.h"
 #include "ui/search/DateText.h"
@@ -334,5 +335,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSearchForm)
+TINDRA_TEST(TestSearchForm)
 #include "test_search_form.moc"

@@ -168,5 +168,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestSearchWindow)
+TINDRA_UI_TEST(TestSearchWindow)
 #include "test_search_window.moc"

@@ -66,5 +66,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestLoginPill)
+TINDRA_UI_TEST(TestLoginPill)
 #include "test_login_pill.moc"

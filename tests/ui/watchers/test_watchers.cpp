@@ -380,5 +380,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWatchers)
+TINDRA_UI_TEST(TestWatchers)
 #include "test_watchers.moc"

@@ -303,5 +303,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWatchersWindow)
+TINDRA_UI_TEST(TestWatchersWindow)
 #include "test_watchers_window.moc"

@@ -209,5 +209,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWindow)
+TINDRA_UI_TEST(TestWindow)
 #include "test_window.moc"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/TestProgram.h"
 #include "tests/ui/window/WindowWorld.h"
 
 #include <QSignalSpy>
@@ -224,5 +225,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWindowModels)
+TINDRA_TEST(TestWindowModels)
 #include "test_window_models.moc"

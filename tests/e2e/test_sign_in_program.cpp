@@ -9,6 +9,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -48,7 +49,7 @@ private:
         environment.insert(u"TINDRA_IDP_DOMAIN"_s, m_airline->idpDomain());
         program->setProcessEnvironment(environment);
         program->setProcessChannelMode(QProcess::MergedChannels);
-        program->start(QStringLiteral(TINDRA_PROGRAM), arguments);
+        program->start(builtProgram(u"tindra"_s), arguments);
         return program;
     }
     int finish(QProcess& program) {
@@ -216,7 +217,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestSignInProgram) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     TestSignInProgram test(bus);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The program itself, started as a user would.
+#include "TindraVersion.h"
 #include "app/HuntReport.h"
 #include "core/Database.h"
 #include "standin/StandIn.h"
@@ -7,6 +8,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -46,7 +48,7 @@ private:
         for (auto variable = variables.begin(); variable != variables.end(); ++variable)
             environment.insert(variable.key(), *variable);
         program->setProcessEnvironment(environment);
-        program->start(QStringLiteral(TINDRA_PROGRAM), arguments);
+        program->start(builtProgram(u"tindra"_s), arguments);
         return program;
     }
     Result run(const QStringList& arguments, const QMap<QString, QString>& variables = {}) {
@@ -278,7 +280,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestHunt) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     TestHunt test(bus);
