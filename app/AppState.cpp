@@ -228,8 +228,7 @@ void AppState::noteServed(const QList<Match>& hits) {
 
 /// Those that are what an enabled watcher asks for, in their order.
 QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
-    QList<Search> active = m_searches;
-    active.removeIf([](const Search& watcher) { return !watcher.enabled; });
+    const QList<Search> active = enabledOf(m_searches);
     QList<Match> result;
     for (qsizetype i = 0; i < hits.size(); ++i) {
         if (Matching::matchesAWatcher(hits[i], active))

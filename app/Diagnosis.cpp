@@ -95,10 +95,8 @@ Facts collect(Database& database, const AppState& state, const SessionState& ses
     facts.engineWarning = EngineAge::warning(program.engine, clock.today()).value_or(QString());
     facts.problem = database.problem().value_or(QString());
     facts.notice = database.notice().value_or(QString());
-    for (const Search& watcher : state.searches()) {
-        ++facts.watchers;
-        facts.enabledWatchers += watcher.enabled ? 1 : 0;
-    }
+    facts.watchers = static_cast<int>(state.searches().size());
+    facts.enabledWatchers = static_cast<int>(enabledOf(state.searches()).size());
     for (const Match& match : state.matches()) {
         ++facts.offers;
         facts.soldOutRecords += match.soldOut ? 1 : 0;

@@ -11,8 +11,6 @@
 
 #include <QPointer>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -117,9 +115,7 @@ void Hunt::sayWhatIsMissing() {
     sayWhatStorageTells();
     if (m_saidProblem)
         return;
-    const auto searches = m_database.listSearches();
-    if (std::none_of(searches.begin(), searches.end(),
-                     [](const Search& search) { return search.enabled; }))
+    if (enabledOf(m_database.listSearches()).isEmpty())
         m_output.progress(
             u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
 }

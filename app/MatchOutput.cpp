@@ -3,10 +3,10 @@
 
 #include "core/Cabin.h"
 #include "core/DateFmt.h"
+#include "core/Norwegian.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -35,9 +35,8 @@ QJsonObject object(const Match& m) {
 }
 
 QString offerLine(const Match& m) {
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
-        m.points > 0 ? u"%1 poeng"_s.arg(norwegian.toString(m.points)) : u"pris ukjent"_s;
+        m.points > 0 ? u"%1 poeng"_s.arg(Norwegian::number(m.points)) : u"pris ukjent"_s;
     return u"  %1  %2  %3  %4  %5  %6  %7"_s.arg(
         DateFmt::shortDate(m.travelDate), m.route, cabinLabel(m.cabin).leftJustified(8),
         u"%1 seter"_s.arg(m.seats), points.rightJustified(14), m.flight, m.stopsText);

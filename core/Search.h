@@ -4,6 +4,7 @@
 #include "core/Cabin.h"
 #include "platform/Clock.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -53,3 +54,6 @@ struct Search {
     /// The codes of a code list, trimmed and in upper case; order and duplicates are kept.
     static QStringList codes(const QString& text);
 };
+
+/// Those that take part in polling, in their order.
+QList<Search> enabledOf(QList<Search> searches);

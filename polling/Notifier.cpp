@@ -2,10 +2,10 @@
 #include "polling/Notifier.h"
 
 #include "core/Database.h"
+#include "core/Norwegian.h"
 #include "platform/NotificationCenter.h"
 #include "polling/CommunityFind.h"
 
-#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -19,10 +19,8 @@ constexpr auto repeatWindow = 3h;
 
 /// The two lines that describe an offer.
 QString offerText(const Match& match) {
-    // The interface is Norwegian, so its numbers are too.
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
-        match.points >= 1 ? u" · %1 poeng"_s.arg(norwegian.toString(match.points)) : QString();
+        match.points >= 1 ? u" · %1 poeng"_s.arg(Norwegian::number(match.points)) : QString();
     return u"%1 · %2 seter%3\n%4 → %5 · %6"_s.arg(cabinLabel(match.cabin),
                                                   QString::number(match.seats), points,
                                                   match.depart, match.arrive, match.stopsText);

@@ -455,9 +455,7 @@ void Worker::showSize(const Turn& turn) {
 }
 
 QList<Search> Worker::activeWatchers() {
-    QList<Search> watchers = m_database.listSearches();
-    watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
-    return watchers;
+    return enabledOf(m_database.listSearches());
 }
 
 std::optional<Search> Worker::activeWatcher(qint64 id) {

@@ -1,20 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/session/SASLoginPill.h"
 
-#include <QDateTime>
-#include <QLocale>
+#include "core/Norwegian.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QString shortTime(Instant instant) {
-    const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
-    const auto seconds = static_cast<qint64>(secondsSince1970(instant));
-    return norwegian.toString(QDateTime::fromSecsSinceEpoch(seconds).time(), QLocale::ShortFormat);
-}
-
-} // namespace
 
 SASLoginPill::SASLoginPill(SessionState& session, StandBack& standBack, Actions actions)
     : m_session(session), m_standBack(standBack), m_actions(std::move(actions)) {
@@ -31,7 +20,7 @@ QString SASLoginPill::text() const {
         return u"Får ikke kontakt med SAS"_s;
     switch (status.state) {
     case SASLoginStatus::Case::loggedIn:
-        return u"Innlogget hos SAS · "_s + shortTime(status.confirmed);
+        return u"Innlogget hos SAS · "_s + Norwegian::time(status.confirmed);
     case SASLoginStatus::Case::unknown:
         return u"Innlogging hos SAS ikke bekreftet ennå"_s;
     case SASLoginStatus::Case::checking:

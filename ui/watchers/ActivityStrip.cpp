@@ -2,9 +2,9 @@
 #include "ui/watchers/ActivityStrip.h"
 
 #include "app/AppState.h"
+#include "core/Norwegian.h"
 #include "polling/Legs.h"
 #include "polling/Worker.h"
-#include "ui/watchers/Numbers.h"
 
 using namespace Qt::StringLiterals;
 
@@ -55,8 +55,9 @@ QString ActivityStrip::lookupsText() const {
 QString ActivityStrip::lookupsText(int done, int total, int rotation) {
     if (total < 1)
         return {};
-    const QString text = u"%1 av %2 oppslag"_s.arg(norwegian(done), norwegian(total));
-    return rotation < 1 ? text : text + u" · roterer over "_s + norwegian(rotation);
+    const QString text =
+        u"%1 av %2 oppslag"_s.arg(Norwegian::number(done), Norwegian::number(total));
+    return rotation < 1 ? text : text + u" · roterer over "_s + Norwegian::number(rotation);
 }
 
 double ActivityStrip::fraction() const {
@@ -66,8 +67,8 @@ double ActivityStrip::fraction() const {
 QString ActivityStrip::roundText() const {
     QStringList texts;
     if (const auto watchers = m_worker.progress(); running() && watchers.total > 1)
-        texts.append(
-            u"Overvåker %1 av %2"_s.arg(norwegian(watchers.done + 1), norwegian(watchers.total)));
+        texts.append(u"Overvåker %1 av %2"_s.arg(Norwegian::number(watchers.done + 1),
+                                                 Norwegian::number(watchers.total)));
     if (m_minutesLeft)
         texts.append(timeLeftText(*m_minutesLeft));
     return texts.join(u" · "_s);

@@ -2,7 +2,7 @@
 #include "ui/watchers/WatcherCard.h"
 
 #include "core/DateFmt.h"
-#include "ui/watchers/Numbers.h"
+#include "core/Norwegian.h"
 
 #include <QStringList>
 
@@ -68,7 +68,7 @@ QString WatcherCard::homebound() const {
 }
 
 QString WatcherCard::hitsText() const {
-    return norwegian(hits) + u" treff"_s;
+    return Norwegian::number(hits) + u" treff"_s;
 }
 
 QString WatcherCard::quotedTitle() const {

@@ -3,8 +3,8 @@
 
 #include "app/AppState.h"
 #include "core/Database.h"
+#include "core/Norwegian.h"
 #include "polling/Worker.h"
-#include "ui/watchers/Numbers.h"
 
 #include <QPointer>
 
@@ -55,7 +55,7 @@ int WatchersSection::active() const {
 }
 
 QString WatchersSection::activeText() const {
-    return norwegian(active()) + u" aktive"_s;
+    return Norwegian::number(active()) + u" aktive"_s;
 }
 
 bool WatchersSection::isEmpty() const {

@@ -3,9 +3,7 @@
 
 #include "airline/SessionState.h"
 #include "app/AppState.h"
-#include "ui/window/Norwegian.h"
-
-#include <algorithm>
+#include "core/Norwegian.h"
 
 using namespace Qt::StringLiterals;
 
@@ -29,11 +27,11 @@ QString DashboardView::errorText() const {
 }
 
 QString DashboardView::watchersValue() const {
-    return Norwegian::number(enabledCount(m_state.searches()));
+    return Norwegian::number(enabledOf(m_state.searches()).size());
 }
 
 QString DashboardView::pausedText() const {
-    const auto paused = m_state.searches().size() - enabledCount(m_state.searches());
+    const auto paused = m_state.searches().size() - enabledOf(m_state.searches()).size();
     return paused == 0 ? u"aktive"_s : u"aktive · %1 pauset"_s.arg(paused);
 }
 

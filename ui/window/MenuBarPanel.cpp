@@ -3,10 +3,10 @@
 
 #include "app/AppState.h"
 #include "core/Cabin.h"
+#include "core/Norwegian.h"
 #include "platform/Desktop.h"
 #include "polling/Worker.h"
 #include "ui/session/SASLoginPill.h"
-#include "ui/window/Norwegian.h"
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login,
 }
 
 bool MenuBarPanel::isHunting() const {
-    return enabledCount(m_state.searches()) > 0;
+    return !enabledOf(m_state.searches()).isEmpty();
 }
 
 QString MenuBarPanel::headline() const {
@@ -34,7 +34,7 @@ QString MenuBarPanel::headline() const {
 }
 
 QString MenuBarPanel::countText() const {
-    const auto active = enabledCount(m_state.searches());
+    const auto active = enabledOf(m_state.searches()).size();
     QString text = Norwegian::number(active) + (active == 1 ? u" overvåker"_s : u" overvåkere"_s);
     if (m_worker.isRunning())
         text += u" · sjekker nå…"_s;
