@@ -3,6 +3,7 @@
 
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
+#include "airline/Standing.h"
 #include "app/Sharing.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
@@ -70,11 +71,14 @@ QCoro::Task<int> Hunt::once() {
         co_await notificationsTaken();
     if (!self)
         co_return cannotStart;
-    if (m_session.loginStatus().isLoggedOut())
+    switch (standing(m_session.loginStatus().state, m_worker.refusedUntil().has_value(), false)) {
+    case Standing::signedOut:
         co_return signedOut;
-    if (m_worker.refusedUntil())
+    case Standing::refused:
         co_return refused;
-    co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+    default:
+        co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+    }
 }
 
 /// Whoever listens to the window may have begun the round already, or be done with it.

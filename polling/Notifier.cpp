@@ -75,6 +75,16 @@ void Notifier::notifyCommunityFare(const Match& match) {
               offerText(match) + u" — book raskt, plassene forsvinner fort"_s, match);
 }
 
+void Notifier::notifySignedOut(SignOut how) {
+    QString reason;
+    if (how == SignOut::windowWaits)
+        reason = u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
+                 u"åpent. "_s;
+    else if (how == SignOut::autoLoginFailed)
+        reason = u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
+    post(u"⚠️ Logget ut av SAS"_s, reason + u"Søkene får ingen data før du er innlogget igjen."_s);
+}
+
 bool Notifier::canPost() const {
     return m_database.isOn(u"native_notify"_s, true) && m_center.isAvailable();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "airline/SessionState.h"
 #include "core/Cabin.h"
 #include "core/Match.h"
 
@@ -38,6 +39,8 @@ public:
     void notifySoldOut(const QString& label, const CabinSet& cabins, qint64 match = 0);
     /// A seat that another hunter found.
     void notifyCommunityFare(const Match& match);
+    /// The hunt gets no data before the user has signed in.
+    void notifySignedOut(SignOut how);
     /// Tells what was stored and could not be told, by an earlier run or for want of a desktop, as
     /// far as it is younger than three hours and still so; the rest is marked without a word.
     void tellRest();

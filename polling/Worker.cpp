@@ -2,6 +2,7 @@
 #include "polling/Worker.h"
 
 #include "airline/StandBack.h"
+#include "airline/Standing.h"
 #include "core/Err.h"
 #include "core/TDLog.h"
 #include "polling/Notifier.h"
@@ -119,11 +120,15 @@ std::chrono::milliseconds Worker::untilNextRound(double intervalMinutes) const {
 }
 
 std::optional<QString> Worker::whyNoRound() const {
-    if (isSignedOut())
+    const auto until = refusedUntil();
+    switch (standing(m_fetcher.loginStatus().state, until.has_value(), false)) {
+    case Standing::signedOut:
         return LookTally::signedOutText();
-    if (const auto until = refusedUntil())
+    case Standing::refused:
         return StandBack::text(*until) + u'.';
-    return std::nullopt;
+    default:
+        return std::nullopt;
+    }
 }
 
 QCoro::Task<PollSummary> Worker::pollOnce() {

@@ -82,7 +82,7 @@ class TestEngine : public QObject {
         FakeKeeper keeper;
         SASEngine engine{view, clock, database, keychain, state, standBack, capture, keeper};
         QStringList progress;
-        QStringList notices;
+        QList<SignOut> signOuts;
         /// What the airline does when the page of a date is loaded.
         std::function<void(World&, const QString& date)> airline = &World::answer;
         QList<std::optional<Outcome>> outcomes;
@@ -91,10 +91,8 @@ class TestEngine : public QObject {
         World() {
             // A session that was just renewed, so that nothing but the captures happens.
             state.lastSessionRefresh = clock.ticks();
-            connect(&state, &SessionState::notice, &state,
-                    [this](const QString& title, const QString& text) {
-                        notices.append(title + u": "_s + text);
-                    });
+            connect(&state, &SessionState::signedOut, &state,
+                    [this](SignOut how) { signOuts.append(how); });
         }
         ~World() { settle(); }
 
@@ -471,7 +469,7 @@ private Q_SLOTS:
         QCOMPARE(world.keeper.calls.mid(3), QStringList({u"silent 12"_s, u"snapshot"_s}));
         QCOMPARE(world.progress, QStringList{u"logger inn på nytt"_s});
         QVERIFY(world.clock.ticks() - *world.state.lastSessionRefresh < 2s);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QVERIFY(world.isSignedIn());
     }
 
@@ -505,19 +503,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("silent");
         QTest::addColumn<bool>("automatic");
         QTest::addColumn<bool>("hasDetails");
-        QTest::addColumn<QString>("prefix");
-        const QString failed =
-            u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
-        QTest::newRow("both renewals fail") << false << false << false << u""_s;
-        QTest::newRow("with details") << false << false << true << failed;
-        QTest::newRow("renewed, still empty") << true << false << false << u""_s;
-        QTest::newRow("signed in, still empty") << false << true << true << failed;
+        QTest::newRow("both renewals fail") << false << false << false;
+        QTest::newRow("with details") << false << false << true;
+        QTest::newRow("renewed, still empty") << true << false << false;
+        QTest::newRow("signed in, still empty") << false << true << true;
     }
     void whenNothingHelps() {
         QFETCH(bool, silent);
         QFETCH(bool, automatic);
         QFETCH(bool, hasDetails);
-        QFETCH(QString, prefix);
         World world;
         world.keeper.silent = {silent};
         world.keeper.automatic = {automatic};
@@ -530,10 +524,9 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.size(), silent || automatic ? 4 : 3);
         QCOMPARE(world.keeper.automatic.isEmpty(), !silent);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices, QStringList{u"⚠️ Logget ut av SAS: "_s + prefix +
-                                            u"Søkene får ingen data før du er innlogget igjen."_s});
+        QCOMPARE(world.signOuts, QList{hasDetails ? SignOut::autoLoginFailed : SignOut::plain});
         world.state.setLoggedOut(hasDetails);
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
     }
 
     void theThirdStrikeWithTheWindowOpen() {
@@ -545,7 +538,7 @@ private Q_SLOTS:
         };
         world.run(3);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QVERIFY(world.notices.value(0).contains(u"fullfør i innloggingsvinduet"_s));
+        QVERIFY(world.signOuts == QList{SignOut::windowWaits});
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
     }
 
@@ -562,7 +555,7 @@ private Q_SLOTS:
         QCOMPARE(world.verify(), Kind::unreachable);
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
         QVERIFY(world.clock.ticks() - began < 45s);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
 
         // It goes while the session is renewed.
         world.keeper.silent = {false};
@@ -571,7 +564,7 @@ private Q_SLOTS:
         world.airline = &World::askToSignIn;
         world.run(2);
         QCOMPARE(world.kinds(), QList<Kind>({Kind::signedOut, Kind::unreachable}));
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
 
         world.keeper.whileRenewing = {};
         world.airline = &World::answer;
@@ -607,7 +600,7 @@ private Q_SLOTS:
         QCOMPARE(world.kinds(),
                  QList<Kind>({Kind::answer, Kind::silent, Kind::answer, Kind::answer}));
         QVERIFY(!world.state.isSiteUnreachable());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
         QCOMPARE(world.clock.waiting(), 0);
 
@@ -680,7 +673,7 @@ private Q_SLOTS:
         world.clock.advance(45s);
         QCOMPARE(world.keeper.calls, QStringList({u"restore"_s, u"silent 12"_s, u"auto"_s}));
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
 
         // A batch that begins meanwhile waits for the verdict.
         QCOMPARE(world.view.unloads, 1);
@@ -712,7 +705,7 @@ private Q_SLOTS:
         };
         QCOMPARE(world.verify(), Kind::answer);
         QVERIFY(world.isSignedIn());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QCOMPARE(world.keeper.calls.contains(u"auto"_s), !silently);
         QCOMPARE(world.keeper.calls.last(), u"snapshot"_s);
         QCOMPARE(world.clock.ticks() - *world.state.lastSessionRefresh < 2s, silently);
@@ -727,7 +720,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(world.keeper.calls, QStringList{u"restore"_s});
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QCOMPARE(world.view.unloads, 0);
     }
 
@@ -763,7 +756,7 @@ private Q_SLOTS:
         QVERIFY(!world.engine.loginStatus().isLoggedOut());
         world.run(1);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
     }
 
     void aRefusalWhileRenewingEndsIt_data() {
@@ -788,7 +781,7 @@ private Q_SLOTS:
         QVERIFY(world.standBack.isOn());
         QVERIFY(!world.keeper.calls.contains(u"auto"_s));
         QVERIFY(!world.engine.loginStatus().isLoggedOut());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
     }
 
     void aVerificationKeepsItsPage() {

@@ -480,29 +480,20 @@ private Q_SLOTS:
 
     void signedOutIsSaidOnceAndWithItsReason() {
         World world;
-        QStringList bodies;
-        connect(&world.state, &SessionState::notice, &world.state,
-                [&bodies](const QString& title, const QString& body) {
-                    QCOMPARE(title, u"⚠️ Logget ut av SAS"_s);
-                    bodies.append(body);
-                });
-        const QString end = u"Søkene får ingen data før du er innlogget igjen."_s;
+        QList<SignOut> told;
+        connect(&world.state, &SessionState::signedOut, &world.state,
+                [&told](SignOut how) { told.append(how); });
         world.state.setLoggedOut(false);
         world.state.setLoggedOut(true);
         world.state.setLoginWindowOpen(true);
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies, QStringList{end});
+        QCOMPARE(told, QList{SignOut::plain});
         world.state.setLoginStatus(SASLoginStatus::checking());
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies.value(1), u"Automatisk innlogging trenger et dytt — fullfør i "
-                                  u"innloggingsvinduet som står åpent. "_s +
-                                      end);
         world.state.setLoginWindowOpen(false);
         world.state.setLoginStatus(SASLoginStatus::loggedIn(world.clock.now()));
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies.value(2), u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i "
-                                  u"Innstillinger. "_s +
-                                      end);
+        QCOMPARE(told, QList({SignOut::plain, SignOut::windowWaits, SignOut::autoLoginFailed}));
     }
 
     // Automatic sign-in

@@ -62,9 +62,7 @@ private:
                 qFatal("%s", qPrintable(*error));
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &session, &SessionState::notice, &session,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&session, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             capture = std::make_unique<Capture>(*view, clock, site);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),

@@ -65,9 +65,7 @@ private:
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &state, &SessionState::notice, &state,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),
                                             SignInWindow::button()});

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "ui/window/DashboardView.h"
 
-#include "airline/SessionState.h"
 #include "app/AppState.h"
 #include "core/Norwegian.h"
+#include "ui/session/SessionModel.h"
 
 using namespace Qt::StringLiterals;
 
-DashboardView::DashboardView(AppState& state, SessionState& session)
+DashboardView::DashboardView(AppState& state, SessionModel& session)
     : m_state(state), m_session(session) {
     connect(&state, &AppState::searchesChanged, this, &DashboardView::changed);
     connect(&state, &AppState::reloaded, this, &DashboardView::changed);
     connect(&state, &AppState::lastPollChanged, this, &DashboardView::changed);
-    connect(&session, &SessionState::loginStatusChanged, this, &DashboardView::changed);
+    connect(&session, &SessionModel::changed, this, &DashboardView::changed);
 }
 
 QString DashboardView::errorText() const {
-    if (!m_state.lastPoll() || m_session.loginStatus().isLoggedOut())
+    if (!m_state.lastPoll() || m_session.isLoggedOut())
         return {};
     const QStringList& errors = m_state.lastPoll()->errors;
     if (errors.isEmpty())

@@ -6,13 +6,13 @@
 #include "core/Norwegian.h"
 #include "platform/Desktop.h"
 #include "polling/Worker.h"
-#include "ui/session/SASLoginPill.h"
+#include "ui/session/SessionModel.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login, Desktop& desktop,
+MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SessionModel& login, Desktop& desktop,
                            Site site)
     : m_state(state)
     , m_worker(worker)
@@ -22,7 +22,7 @@ MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login,
     connect(&state, &AppState::searchesChanged, this, &MenuBarPanel::changed);
     connect(&state, &AppState::matchesChanged, this, &MenuBarPanel::changed);
     connect(&worker, &Worker::changed, this, &MenuBarPanel::changed);
-    connect(&login, &SASLoginPill::changed, this, &MenuBarPanel::changed);
+    connect(&login, &SessionModel::changed, this, &MenuBarPanel::changed);
 }
 
 bool MenuBarPanel::isHunting() const {
