@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 
-#include "airline/SAS.h"
 #include "core/Database.h"
 #include "polling/Community.h"
 #include "polling/CommunityFind.h"
 #include "polling/Matching.h"
 #include "polling/Notifier.h"
+#include "polling/Routes.h"
 #include "polling/Worker.h"
 
 #include <QDateTime>
@@ -29,7 +29,6 @@ constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
 constexpr qsizetype mostFreshAtOnce = 20;
 /// Finds compared with the watchers in one turn of the event loop.
 constexpr qsizetype findsPerTurn = 20;
-const QString hub = u"CPH"_s;
 
 /// Where a find of a stranger belongs once it is stored.
 Match asStored(Match hit) {
@@ -100,24 +99,7 @@ int AppState::newToday() const {
 }
 
 QStringList AppState::watchedRoutes() const {
-    QSet<QString> routes;
-    for (const Search& watcher : m_searches) {
-        if (!watcher.enabled)
-            continue;
-        const QStringList destinations = Search::codes(watcher.destination);
-        for (const QString& origin : Search::codes(watcher.origin)) {
-            for (const QString& destination : destinations) {
-                const bool fromHub = SAS::hubAwardDests().contains(destination);
-                const QString& from = fromHub ? hub : origin;
-                routes.insert(from + u'-' + destination);
-                if (watcher.isRoundTrip())
-                    routes.insert(destination + u'-' + from);
-            }
-        }
-    }
-    QStringList sorted(routes.begin(), routes.end());
-    sorted.sort();
-    return sorted;
+    return Routes::watched(enabledOf(m_searches));
 }
 
 std::optional<QString> AppState::direction(const Match& match) const {
@@ -126,8 +108,7 @@ std::optional<QString> AppState::direction(const Match& match) const {
     const auto watcher = m_origins.find(match.searchId);
     if (watcher == m_origins.end() || !watcher->isRoundTrip)
         return std::nullopt;
-    const QString from = match.route.section(u'-', 0, 0, QString::SectionSkipEmpty);
-    return from == hub || watcher->codes.contains(from) ? u"Utreise"_s : u"Hjemreise"_s;
+    return Routes::isWayOut(match.route, watcher->codes) ? u"Utreise"_s : u"Hjemreise"_s;
 }
 
 void AppState::reload() {

@@ -3,6 +3,7 @@
 
 #include "core/DateFmt.h"
 #include "core/Err.h"
+#include "polling/Routes.h"
 
 #include <algorithm>
 
@@ -27,37 +28,18 @@ bool All::contains(const Leg& leg) const {
 }
 
 All ofWatcher(const Search& watcher, QDate today) {
-    QStringList origins = Search::codes(watcher.origin);
-    QStringList destinations = Search::codes(watcher.destination);
-    if (origins.isEmpty())
+    if (Search::codes(watcher.origin).isEmpty())
         throw Err{u"Søket mangler avreisested."_s};
-    if (destinations.isEmpty())
+    if (Search::codes(watcher.destination).isEmpty())
         throw Err{u"Søket mangler destinasjon."_s};
     if (!DateFmt::parseIso(watcher.dateFrom))
         throw Err{u"SAS-søk krever avreisedato."_s};
-    origins.removeDuplicates();
-    destinations.removeDuplicates();
-    destinations.sort();
     All legs;
+    legs.pairs = Routes::ofWatcher(watcher, watcher.includePartners);
     legs.flow = watcher.includePartners ? Flow::award : Flow::points;
     legs.outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, today, datesPerWindow);
     legs.homebound =
         SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, today, datesPerWindow);
-
-    legs.pairs.reserve(origins.size() * destinations.size());
-    // Two origins have the same pair only where the hub stands in for one of them.
-    QSet<QString> fromHub;
-    for (const QString& origin : std::as_const(origins)) {
-        for (const QString& destination : std::as_const(destinations)) {
-            auto pair = SAS::searchedPair(origin, destination, watcher.includePartners);
-            if (SAS::hubs().contains(pair.origin)) {
-                if (fromHub.contains(destination))
-                    continue;
-                fromHub.insert(destination);
-            }
-            legs.pairs.append(std::move(pair));
-        }
-    }
     return legs;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Matching.h"
 
-#include "airline/SAS.h"
+#include "polling/Routes.h"
 
 #include <algorithm>
 
@@ -9,43 +9,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct WatchedRoutes {
-    QSet<QString> outbound;
-    QSet<QString> homebound;
-};
-
-WatchedRoutes routesOf(const Search& watcher) {
-    WatchedRoutes routes;
-    for (const QString& origin : Search::codes(watcher.origin)) {
-        for (const QString& destination : Search::codes(watcher.destination)) {
-            // Others may have found it without partner flights, so the hub rule always holds here.
-            const auto pair = SAS::searchedPair(origin, destination, false);
-            routes.outbound.insert(pair.text());
-            if (watcher.isRoundTrip())
-                routes.homebound.insert(pair.destination + u'-' + pair.origin);
-        }
-    }
-    return routes;
-}
-
 bool isWithin(const QString& date, const QString& from, const QString& to) {
     return !date.isEmpty() && date >= from && (to.isEmpty() || date <= to);
 }
 
+enum class Way { out, home };
+
+bool isOneOf(const QList<SAS::RoutePair>& pairs, Way way, const QString& route) {
+    return std::any_of(pairs.begin(), pairs.end(), [way, &route](const SAS::RoutePair& pair) {
+        return (way == Way::out ? pair : Routes::back(pair)).text() == route;
+    });
+}
+
 bool concerns(const Match& match, const Search& watcher) {
-    const WatchedRoutes routes = routesOf(watcher);
-    const bool outbound = routes.outbound.contains(match.route);
-    if (!outbound && !routes.homebound.contains(match.route))
-        return false;
     if (!watcher.cabins.contains(match.cabin))
-        return false;
-    if (outbound ? !isWithin(match.travelDate, watcher.dateFrom, watcher.dateTo)
-                 : !isWithin(match.travelDate, watcher.returnDateFrom, watcher.returnDateTo))
         return false;
     // An offer without a number of seats gets the benefit of the doubt.
     if (watcher.minSeats >= 2 && match.seats >= 1 && match.seats < watcher.minSeats)
         return false;
-    return Matching::stopsCount(match.stopsText) <= watcher.maxStops;
+    if (Matching::stopsCount(match.stopsText) > watcher.maxStops)
+        return false;
+    // Others may have found it without partner flights, so the hub rule always holds here.
+    const auto pairs = Routes::ofWatcher(watcher, false);
+    if (isOneOf(pairs, Way::out, match.route))
+        return isWithin(match.travelDate, watcher.dateFrom, watcher.dateTo);
+    return watcher.isRoundTrip() && isOneOf(pairs, Way::home, match.route) &&
+           isWithin(match.travelDate, watcher.returnDateFrom, watcher.returnDateTo);
 }
 
 } // namespace

@@ -257,9 +257,11 @@ void Worker::forgetOldCut() {
 QCoro::Task<> Worker::checkWatcher(Search watcher, Round& round) {
     const QPointer self(this);
     const int begun = static_cast<int>(round.begun.size());
-    m_progress = {begun - 1, begun + static_cast<int>(waiting(round).size())};
+    const QList<Search> ahead = QList<Search>{watcher} + waiting(round);
+    m_progress = {begun - 1, begun - 1 + static_cast<int>(ahead.size())};
     m_lookupDone = 0;
     m_rotationTotal = 0;
+    showPlan(ahead, round);
     setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
     auto visit = this->visit(watcher, round);
     if (!visit)
@@ -454,8 +456,21 @@ void Worker::showLeg(const Visit& visit, const Leg& leg) {
         u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.origin, leg.destination));
 }
 
+/// A wide watcher's legs are counted once a round.
+void Worker::showPlan(const QList<Search>& ahead, Round& round) {
+    m_planned.resize(m_progress.done);
+    for (const Search& watcher : ahead) {
+        auto planned = round.planned.find(watcher.id);
+        if (planned == round.planned.end())
+            planned =
+                round.planned.insert(watcher.id, Legs::countOfRound(watcher, m_clock.today()));
+        m_planned.append(*planned);
+    }
+}
+
 void Worker::showSize(const Turn& turn) {
     m_lookupTotal = turn.size();
+    m_planned[m_progress.done] = turn.size();
     m_rotationTotal = turn.rotationTotal();
 }
 

@@ -18,7 +18,7 @@ WatchersSection::WatchersSection(AppState& state, Worker& worker, Database& data
     , m_worker(worker)
     , m_database(database)
     , m_clock(clock)
-    , m_activity(state, worker, clock)
+    , m_activity(worker, clock)
     , m_lastCheck(state) {
     connect(&state, &AppState::searchesChanged, this, &WatchersSection::refresh);
     connect(&state, &AppState::matchCountsChanged, this, &WatchersSection::refresh);
