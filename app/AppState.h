@@ -7,19 +7,16 @@
 #include "polling/PollSummary.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
-#include <QSet>
-#include <QUrl>
 
 #include <optional>
 
-class Community;
 class Database;
-class Notifier;
+class OthersFinds;
 class Worker;
-struct FoundByOthers;
 
 /// What all screens share: a cache over the database, refreshed by `reload`, and the three
 /// settings that they bind to. Every change goes to the database first. Main thread only.
@@ -34,19 +31,18 @@ class AppState : public QObject {
     Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageChanged)
 public:
     /// Loads the settings and everything else. All must outlive the state.
-    AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
-             Clock& clock);
+    AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock);
 
     /// All watchers, in ascending id.
     const QList<Search>& searches() const { return m_searches; }
-    /// The newest offers first, at most 2000, none with a past travel date.
+    /// The newest offers first, at most Match::mostShown, none with a past travel date.
     const QList<Match>& matches() const { return m_matches; }
     /// The last round that was stored; absent before the first.
     const std::optional<PollSummary>& lastPoll() const { return m_lastPoll; }
     /// Offers that can still be booked, per watcher; community finds under -1.
     const QMap<qint64, int>& matchCounts() const { return m_matchCounts; }
-    /// Others' finds for the user's watchers that are not among `matches`, in the service's order.
-    const QList<Match>& communityHits() const { return m_communityHits; }
+    /// As of OthersFinds.
+    const QList<Match>& communityHits() const;
     bool onboarded() const { return m_onboarded; }
     bool notifyOn() const { return m_notifyOn; }
     /// Minutes.
@@ -63,8 +59,6 @@ public:
 
     /// Offers found today, by the user's calendar, that are not sold out.
     int newToday() const;
-    /// The pairs "OSL-NYC" of all enabled watchers, both ways for round trips, in byte order.
-    QStringList watchedRoutes() const;
     /// "Utreise" or "Hjemreise" for an offer of a round trip; absent for a one-way or deleted
     /// watcher's offer, and for a sold-out record.
     std::optional<QString> direction(const Match& match) const;
@@ -74,7 +68,7 @@ public:
     /// Stores a new watcher and starts a round, without waiting for it.
     void addSearchAndRun(const Search& search);
     void finishOnboarding();
-    /// Fetches what others have found; announces and stores what is fresh.
+    /// Fetches what others have found.
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
@@ -85,8 +79,6 @@ Q_SIGNALS:
     void matchCountsChanged();
     void lastPollChanged();
     void communityHitsChanged();
-    /// A fresh find of somebody else has been stored and announced.
-    void communityFound(const Match& find);
     void onboardedChanged();
     void notifyOnChanged();
     void pollIntervalMinChanged();
@@ -104,16 +96,10 @@ private:
     void followDay();
     void setSearches(QList<Search> searches);
     void setMatches(QList<Match> matches);
-    void setCommunityHits(QList<Match> hits);
-    QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
-    void noteServed(const QList<Match>& hits);
-    void removeGone(const FoundByOthers& answer, const QStringList& asked);
-    void notifyFreshCommunityHits();
 
     Database& m_database;
     Worker& m_worker;
-    Community& m_community;
-    Notifier& m_notifier;
+    OthersFinds& m_finds;
     Clock& m_clock;
     QDate m_day;
     std::unique_ptr<Clock::Timer> m_dayTimer;
@@ -123,11 +109,6 @@ private:
     QList<Match> m_matches;
     std::optional<PollSummary> m_lastPoll;
     QMap<qint64, int> m_matchCounts;
-    QList<Match> m_communityHits;
-    int m_refreshes = 0;
-    /// What the service has had in this run, by identity, and which service that is.
-    QSet<QString> m_served;
-    std::optional<QUrl> m_service;
     bool m_onboarded = false;
     bool m_notifyOn = true;
     double m_pollIntervalMin = 10;

@@ -4,11 +4,11 @@
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
 #include "airline/Standing.h"
-#include "app/Sharing.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
 #include "polling/Worker.h"
+#include "sharing/Sharing.h"
 
 #include <QPointer>
 

@@ -5,6 +5,10 @@
 
 using namespace Qt::StringLiterals;
 
+QString Match::identity() const {
+    return key + u'#' + cabin;
+}
+
 QString Match::places() const {
     const QStringList codes = route.split(u'-', Qt::SkipEmptyParts);
     const auto name = [](const QString& city, const QString& code) {

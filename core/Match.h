@@ -12,6 +12,8 @@
 struct Match {
     /// `searchId` of a stored community find.
     static constexpr qint64 communitySearchId = -1;
+    /// Offers that screens show at most.
+    static constexpr int mostShown = 2000;
 
     qint64 id = 0;
     /// The watcher it was found for.
@@ -45,6 +47,8 @@ struct Match {
 
     bool operator==(const Match&) const = default;
 
+    /// What the offer is called in notifications and among hunters: its key, "#" and its cabin.
+    QString identity() const;
     /// Such as "Oslo → New York"; an airport code of the route stands in for a missing name.
     QString places() const;
     /// Such as "10t 5m"; absent when the duration is unknown.

@@ -4,7 +4,6 @@
 #include "core/Database.h"
 #include "core/Norwegian.h"
 #include "platform/NotificationCenter.h"
-#include "polling/CommunityFind.h"
 
 #include <QPointer>
 
@@ -29,7 +28,7 @@ QString offerText(const Match& match) {
 /// By what was last seen of its fare.
 bool isStillSo(const Match& match, const QMap<QString, Database::Seen>& seen) {
     if (match.isCommunity)
-        return seen.contains(Notifier::subject(match));
+        return seen.contains(match.identity());
     if (!match.soldOut)
         return seen.value(match.key).cabins.contains(match.cabin);
     const QString fare = match.key.chopped(QStringView(u":soldout").size());
@@ -50,7 +49,7 @@ void Notifier::requestPermission() {
 }
 
 void Notifier::notifyNewFare(const Match& match) {
-    if (!shouldNotify(subject(match))) {
+    if (!shouldNotify(match.identity())) {
         told(match.id);
         return;
     }
@@ -95,7 +94,7 @@ void Notifier::post(const QString& title, const QString& body) {
 
 void Notifier::postOffer(const QString& title, const QString& body, const Match& match) {
     const QString booking = match.bookingURL.isEmpty() ? QString() : u"Book på SAS"_s;
-    hand({title, body, subject(match), booking}, match.id);
+    hand({title, body, match.identity(), booking}, match.id);
 }
 
 void Notifier::hand(const Notification& notification, qint64 match) {
@@ -149,10 +148,6 @@ void Notifier::tellRest() {
         else
             notifyNewFare(match);
     }
-}
-
-QString Notifier::subject(const Match& match) {
-    return CommunityFind::identity(match);
 }
 
 bool Notifier::shouldNotify(const QString& key) {

@@ -20,7 +20,8 @@ struct Notification;
 /// and `notify_soldout` allow; both are on until the user switches them off.
 ///
 /// An offer that was stored as still to be told is marked as told when the desktop has taken its
-/// notification, or at once where there is nothing to say.
+/// notification, or at once where there is nothing to say. When the user opens a notification about
+/// an offer, what comes back is the offer's identity.
 class Notifier : public QObject {
     Q_OBJECT
 public:
@@ -47,10 +48,6 @@ public:
     /// Whether `post` reaches the user now, as far as the settings and the desktop are known.
     bool canPost() const;
     void post(const QString& title, const QString& body);
-
-    /// What a notification about an offer gives back when it is opened: `Match` of this key, "#"
-    /// and cabin.
-    static QString subject(const Match& match);
 
 private:
     void postOffer(const QString& title, const QString& body, const Match& match);

@@ -91,7 +91,7 @@ void WindowProgram::showOffer(const QString& subject) {
 void WindowProgram::bookOffer(const QString& subject) {
     const auto& matches = m_tindra.appState.matches();
     const auto match = std::find_if(matches.begin(), matches.end(), [&subject](const Match& one) {
-        return !one.soldOut && Notifier::subject(one) == subject;
+        return !one.soldOut && one.identity() == subject;
     });
     const auto address =
         match == matches.end() ? std::nullopt : m_tindra.site.bookingAddress(match->bookingURL);

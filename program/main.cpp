@@ -70,11 +70,10 @@ int hunt(Tindra& tindra, Instance& instance) {
     const auto passed = passedCommands(tindra, [] {
         return u"Tindra jakter uten vindu. Avslutt den først, eller bruk «tindra hits»."_s;
     });
-    QObject::connect(
-        &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
-            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
-                                           cabinLabel(find.cabin)));
-        });
+    QObject::connect(&tindra.finds, &OthersFinds::found, hunt.get(), [](const Match& find) {
+        say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
+                                       cabinLabel(find.cabin)));
+    });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.
     QTimer::singleShot(0, hunt.get(), [&] {

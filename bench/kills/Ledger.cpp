@@ -130,7 +130,7 @@ void Ledger::compareWithTold(Account& account) const {
             runs.insert(row->run, 0);
         for (const int run : runs.keys()) {
             for (; next < one->size() && one->at(next)->run <= run; ++next)
-                waiting.insert(Notifier::subject(one->at(next)->match), one->at(next));
+                waiting.insert(one->at(next)->match.identity(), one->at(next));
             const int times = told.value(run);
             if (times == 0)
                 continue;

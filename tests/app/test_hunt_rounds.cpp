@@ -2,7 +2,7 @@
 // What the hunt says and how it ends, with an airline of recorded answers.
 #include "airline/SessionState.h"
 #include "app/Hunt.h"
-#include "app/Sharing.h"
+#include "sharing/Sharing.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/Settled.h"
 
@@ -16,7 +16,7 @@ class TestHuntRounds : public QObject {
 
     struct World : AppWorld {
         SessionState session;
-        Sharing sharing{worker, community, state, clock};
+        Sharing sharing{worker, community, finds, clock};
         QStringList results;
         QStringList said;
         Hunt hunt{database,

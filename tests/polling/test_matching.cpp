@@ -4,6 +4,7 @@
 #include "polling/Legs.h"
 #include "polling/Matching.h"
 #include "polling/PollSummary.h"
+#include "polling/Routes.h"
 #include "polling/Turn.h"
 
 #include <QJsonDocument>
@@ -275,6 +276,23 @@ private Q_SLOTS:
         QCOMPARE(errorOf(search), u"Søket mangler destinasjon."_s);
         search.origin.clear();
         QCOMPARE(errorOf(search), u"Søket mangler avreisested."_s);
+    }
+
+    void watchedRoutes() {
+        Search one = watcher();
+        one.origin = u"OSL,BGO"_s;
+        one.destination = u"NYC"_s;
+        QCOMPARE(Routes::watched({one}), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
+        // The same route twice, the way back, and a city that is searched from the hub.
+        Search other = watcher();
+        other.origin = u"OSL"_s;
+        other.destination = u"nyc, BKK"_s;
+        other.includePartners = true;
+        other.returnDateTo = u"2027-04-30"_s;
+        QCOMPARE(
+            Routes::watched({one, other}),
+            QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s, u"NYC-OSL"_s, u"OSL-NYC"_s}));
+        QVERIFY(Routes::watched({}).isEmpty());
     }
 
     void longWatchersTakeTurns() {

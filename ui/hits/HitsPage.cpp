@@ -6,7 +6,6 @@
 #include "core/Database.h"
 #include "core/DateFmt.h"
 #include "platform/Desktop.h"
-#include "polling/CommunityFind.h"
 #include "ui/hits/Export.h"
 
 #include <algorithm>
@@ -189,7 +188,7 @@ void HitsPage::say(const QString& text, bool canUndo) {
 
 void HitsPage::reveal(const QString& subject) {
     const auto holds = [&subject](const Match& match) {
-        return !match.soldOut && CommunityFind::identity(match) == subject;
+        return !match.soldOut && match.identity() == subject;
     };
     const auto isThere = [this, &holds] {
         return std::any_of(m_filtered.begin(), m_filtered.end(), holds);

@@ -131,7 +131,7 @@ private Q_SLOTS:
     void theOnboardingComesFirst() {
         WindowWorld world;
         world.database.set(u"onboarded"_s, u"0"_s);
-        AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
+        AppState state(world.database, world.worker, world.finds, world.clock);
         RootView root(state, world.airline, false);
         OnboardingView onboarding(state, world.pill, world.clock);
         QVariantMap content = world.content();

@@ -40,7 +40,4 @@ std::optional<Answer> read(const QByteArray& text);
 QList<Match> gone(const QList<Match>& stored, const QList<Match>& answer, const QStringList& asked,
                   const QSet<QString>& served, Instant now);
 
-/// What an offer is called among hunters: its fare key, "#" and its cabin.
-QString identity(const Match& match);
-
 } // namespace CommunityFind

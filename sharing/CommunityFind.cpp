@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "polling/CommunityFind.h"
+#include "sharing/CommunityFind.h"
 
 #include "core/DateFmt.h"
 
@@ -96,7 +96,7 @@ std::optional<Match> CommunityFind::fromJson(const QJsonObject& object, Instant 
     match.foundAt =
         instantFromSeconds(std::clamp(object["foundAt"_L1].toDouble(), 0.0, secondsSince1970(now)));
     match.isCommunity = true;
-    match.id = static_cast<qint64>(qHash(identity(match)));
+    match.id = static_cast<qint64>(qHash(match.identity()));
     return match;
 }
 
@@ -125,18 +125,14 @@ QList<Match> CommunityFind::gone(const QList<Match>& stored, const QList<Match>&
                                  Instant now) {
     QSet<QString> present;
     for (const Match& find : answer)
-        present.insert(identity(find));
+        present.insert(find.identity());
     QList<Match> result;
     for (const Match& match : stored) {
-        const QString key = identity(match);
+        const QString key = match.identity();
         const bool isTheirs = match.searchId == Match::communitySearchId && !match.soldOut;
         if (isTheirs && asked.contains(match.route) && served.contains(key) &&
             !present.contains(key) && now - match.foundAt < certainLife)
             result.append(match);
     }
     return result;
-}
-
-QString CommunityFind::identity(const Match& match) {
-    return match.key + u'#' + match.cabin;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Database.h"
-#include "polling/Community.h"
-#include "polling/CommunityFind.h"
+#include "sharing/Community.h"
+#include "sharing/CommunityFind.h"
 #include "tests/support/FakeHttpSession.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
@@ -241,7 +241,7 @@ private Q_SLOTS:
                                record};
         QSet<QString> served;
         for (const Match& match : all)
-            served.insert(CommunityFind::identity(match));
+            served.insert(match.identity());
         const auto gone = [&](const QList<Match>& answer) {
             QStringList flights;
             for (const Match& match : CommunityFind::gone(all, answer, {u"OSL-EWR"_s}, served, now))
