@@ -4,6 +4,7 @@
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
 #include "airline/Standing.h"
+#include "app/ExitCode.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
 #include "platform/NotificationCenter.h"
@@ -60,7 +61,7 @@ QCoro::Task<int> Hunt::once() {
     if (self && m_session.isLoginWindowOpen())
         summary = co_await roundAfterSignIn();
     if (!self)
-        co_return cannotStart;
+        co_return ExitCode::failed;
     if (refusedUntil)
         summary.errors.append(StandBack::text(*refusedUntil) + u'.');
     sayWhatStorageTells();
@@ -70,14 +71,14 @@ QCoro::Task<int> Hunt::once() {
     if (self)
         co_await notificationsTaken();
     if (!self)
-        co_return cannotStart;
+        co_return ExitCode::failed;
     switch (standing(m_session.loginStatus().state, m_worker.refusedUntil().has_value(), false)) {
     case Standing::signedOut:
-        co_return signedOut;
+        co_return ExitCode::signedOut;
     case Standing::refused:
-        co_return refused;
+        co_return ExitCode::refused;
     default:
-        co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+        co_return summary.errors.isEmpty() ? ExitCode::done : ExitCode::watcherFailed;
     }
 }
 

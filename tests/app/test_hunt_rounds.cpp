@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the hunt says and how it ends, with an airline of recorded answers.
 #include "airline/SessionState.h"
+#include "app/ExitCode.h"
 #include "app/Hunt.h"
 #include "sharing/Sharing.h"
 #include "tests/support/AppWorld.h"
@@ -49,21 +50,21 @@ private Q_SLOTS:
 
     void exitCodes() {
         World world;
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::done));
         QVERIFY(world.said.last().startsWith(u"Ingen aktive overvåkere"_s));
         world.add();
         world.airline.answer = [](const QString&, const QString&, const QString&) {
             return std::optional<QByteArray>(R"({"outboundFlights":{}})");
         };
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::done));
         QVERIFY(world.said.last().startsWith(u"[1/1] Sjekker OSL → CPH — OSL→CPH (1 av 1)"_s));
         world.add(u""_s);
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::watcherFailed));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::watcherFailed));
         world.airline.answer = [&world](const QString&, const QString&, const QString&) {
             world.signOut();
             return std::optional<QByteArray>();
         };
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::signedOut));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::signedOut));
         QCOMPARE(world.results.size(), 4);
     }
 
@@ -75,7 +76,7 @@ private Q_SLOTS:
             return Outcome{Outcome::Kind::refused, 429};
         };
         for (const int looks : {1, 1}) {
-            QCOMPARE(*awaited(world.hunt.once()), int(Hunt::refused));
+            QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::refused));
             QCOMPARE(world.airline.looked.size(), looks);
             QVERIFY(world.results.last().contains(u"SAS ber oss vente til 12:15."_s));
         }
@@ -112,7 +113,7 @@ private Q_SLOTS:
         world.session.setLoginWindowOpen(false);
         world.session.setLoginStatus(*world.airline.verified);
         world.clock.advance(5s);
-        QCOMPARE(code, int(Hunt::roundEnded));
+        QCOMPARE(code, int(ExitCode::done));
         QCOMPARE(world.airline.looked.size(), 2);
         QVERIFY2(world.results.last().contains(u"\"fetched\":1"_s),
                  qPrintable(world.results.last()));
