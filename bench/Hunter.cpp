@@ -51,7 +51,6 @@ Hunter::Hunter(const QString& folder, const standin::StandIn& airline, const Beg
     , community(database, network, clock, site, Community::builtInBaseAddress()) {
     QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
     QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
-    engine.setRoundQuestion([this] { return worker.isRunning(); });
     notifier.requestPermission();
     notifier.tellRest();
     const auto cookies = ended(view->cookies().all());

@@ -79,7 +79,9 @@ struct Hunter {
     StandBack standBack{database, clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view, clock, database, keychain, state, standBack, capture, session};
+    SASEngine engine{*view,    clock,   database,
+                     keychain, state,   standBack,
+                     capture,  session, [this] { return worker.isRunning(); }};
     Worker worker{database, engine, notifier, clock};
     CurlSession network;
     Community community;

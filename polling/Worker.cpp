@@ -442,11 +442,11 @@ void Worker::storeCursor(qint64 watcher, const Turn& turn) {
 }
 
 LegFetcher::Progress Worker::progressOf(const Search& watcher) {
-    return [self = QPointer(this), name = watcher.displayName()](const QString& label) {
+    return [self = QPointer(this), name = watcher.displayName()](LegFetcher::Aside aside) {
         if (self)
-            self->setStatus(label == LegFetcher::waitingLabel()
+            self->setStatus(aside == LegFetcher::Aside::waitsForSignIn
                                 ? u"Venter til du er ferdig innlogget…"_s
-                                : u"Sjekker %1 — %2"_s.arg(name, label));
+                                : u"Sjekker %1 — logger inn på nytt"_s.arg(name));
     };
 }
 

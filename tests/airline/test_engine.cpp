@@ -80,8 +80,11 @@ class TestEngine : public QObject {
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"id.localhost"_s, {}};
         Capture capture{view, clock, site};
         FakeKeeper keeper;
-        SASEngine engine{view, clock, database, keychain, state, standBack, capture, keeper};
-        QStringList progress;
+        bool isRoundRunning = false;
+        SASEngine engine{view,     clock,  database,
+                         keychain, state,  standBack,
+                         capture,  keeper, [this] { return isRoundRunning; }};
+        QList<LegFetcher::Aside> asides;
         QList<SignOut> signOuts;
         /// What the airline does when the page of a date is loaded.
         std::function<void(World&, const QString& date)> airline = &World::answer;
@@ -112,7 +115,7 @@ class TestEngine : public QObject {
 
         QCoro::Task<> batch(QList<Leg> legs) {
             const QPointer alive(&engine);
-            const auto told = [this](const QString& label) { progress.append(label); };
+            const auto told = [this](LegFetcher::Aside aside) { asides.append(aside); };
             co_await engine.prepare(told);
             for (const Leg& leg : legs) {
                 if (!alive)
@@ -191,7 +194,8 @@ private Q_SLOTS:
         TDLog::start(world.dir.path() + u"/ui.log"_s, &world.clock);
         const auto construct = [&world] {
             const SASEngine other(world.view, world.clock, world.database, world.keychain,
-                                  world.state, world.standBack, world.capture, world.keeper);
+                                  world.state, world.standBack, world.capture, world.keeper,
+                                  [] { return false; });
         };
         construct();
         world.view.hasTrackingPreventionSwitch = false;
@@ -206,7 +210,7 @@ private Q_SLOTS:
         World world;
         world.run(2);
         QCOMPARE(world.kinds(), QList<Kind>(2, Kind::answer));
-        QVERIFY(world.progress.isEmpty());
+        QVERIFY(world.asides.isEmpty());
         QCOMPARE(world.keeper.calls,
                  QStringList({u"restore"_s, u"prune"_s, u"restore"_s, u"snapshot"_s}));
         QVERIFY(world.isSignedIn());
@@ -417,7 +421,7 @@ private Q_SLOTS:
         world.state.setLoginWindowOpen(true);
         world.start(3);
         world.clock.advance(2500ms);
-        QCOMPARE(world.progress, QStringList(3, u"venter på innlogging"_s));
+        QCOMPARE(world.asides, QList<LegFetcher::Aside>(3, LegFetcher::Aside::waitsForSignIn));
         QVERIFY(world.keeper.calls.isEmpty());
         world.state.setLoginWindowOpen(false);
         world.airline = [](World& self, const QString& date) {
@@ -467,7 +471,7 @@ private Q_SLOTS:
         QTEST(world.kinds(), "kinds");
         QTEST(static_cast<int>(world.view.loaded.size()), "loads");
         QCOMPARE(world.keeper.calls.mid(3), QStringList({u"silent 12"_s, u"snapshot"_s}));
-        QCOMPARE(world.progress, QStringList{u"logger inn på nytt"_s});
+        QCOMPARE(world.asides, QList{LegFetcher::Aside::renewsSession});
         QVERIFY(world.clock.ticks() - *world.state.lastSessionRefresh < 2s);
         QVERIFY(world.signOuts.isEmpty());
         QVERIFY(world.isSignedIn());
@@ -653,11 +657,10 @@ private Q_SLOTS:
 
     void verification() {
         World world;
-        bool isRunning = true;
-        world.engine.setRoundQuestion([&isRunning] { return isRunning; });
+        world.isRoundRunning = true;
         QCOMPARE(world.verify(), std::nullopt);
         QVERIFY(world.view.loaded.isEmpty());
-        isRunning = false;
+        world.isRoundRunning = false;
 
         world.engine.verifyLogin();
         world.engine.verifyLogin();

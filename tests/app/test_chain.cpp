@@ -70,7 +70,8 @@ private:
             live = std::make_unique<LiveSession>(*view, *window, clock, database, keychain, session,
                                                  standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database, keychain, session,
-                                                 standBack, *capture, *live);
+                                                 standBack, *capture, *live,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             // Nobody signs in here.
             session.lastSessionRefresh = clock.ticks();

@@ -73,7 +73,8 @@ private:
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
                                                     state, standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, standBack,
-                                                 *capture, *session);
+                                                 *capture, *session,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
             search.origin = u"OSL"_s;
