@@ -63,8 +63,8 @@ QCoro::Task<> OthersFinds::refresh() {
     if (!self || number != m_refreshes)
         co_return;
     QList<Match> theirs = answer ? answer->hits : QList<Match>();
-    QList<Match> hits =
-        co_await concerning(std::move(theirs), enabledOf(m_database.listSearches()));
+    const QList<Search> watchers = enabledOf(m_database.listSearches());
+    QList<Match> hits = co_await concerning(std::move(theirs), watchers);
     if (!self || number != m_refreshes)
         co_return;
     // Sharing may have been switched off meanwhile.
