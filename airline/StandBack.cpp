@@ -3,9 +3,8 @@
 
 #include "airline/RetryAfter.h"
 #include "core/Database.h"
+#include "core/Norwegian.h"
 #include "core/TDLog.h"
-
-#include <QDateTime>
 
 #include <algorithm>
 #include <cmath>
@@ -30,7 +29,7 @@ double number(const std::optional<QString>& text) {
 /// Rounded up, so that nobody is told a time that has passed.
 QString timeOfDay(Instant instant) {
     const double minutes = std::ceil(std::round(secondsSince1970(instant)) / 60);
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(minutes) * 60).toString(u"HH:mm"_s);
+    return Norwegian::time(instantFromSeconds(minutes * 60));
 }
 
 } // namespace

@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 
-#include "airline/SAS.h"
 #include "core/Database.h"
-#include "polling/Community.h"
-#include "polling/CommunityFind.h"
-#include "polling/Matching.h"
-#include "polling/Notifier.h"
+#include "polling/Routes.h"
 #include "polling/Worker.h"
+#include "sharing/OthersFinds.h"
 
 #include <QDateTime>
-#include <QPointer>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -20,33 +15,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostMatches = 2000;
 constexpr double usualIntervalMinutes = 10;
-constexpr std::chrono::duration<double> freshness{30 * 60};
 /// A clock or time zone that is changed shows itself within this time.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
-/// Strangers' finds that are announced at once; the others wait for the next refresh.
-constexpr qsizetype mostFreshAtOnce = 20;
-/// Finds compared with the watchers in one turn of the event loop.
-constexpr qsizetype findsPerTurn = 20;
-
-/// Where a find of a stranger belongs once it is stored.
-Match asStored(Match hit) {
-    hit.searchId = Match::communitySearchId;
-    return hit;
-}
 
 } // namespace
 
-AppState::AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
-                   Clock& clock)
-    : m_database(database)
-    , m_worker(worker)
-    , m_community(community)
-    , m_notifier(notifier)
-    , m_clock(clock) {
+AppState::AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock)
+    : m_database(database), m_worker(worker), m_finds(finds), m_clock(clock) {
     connect(&worker, &Worker::stored, this, &AppState::reload);
-    database.forgetTravelledCommunityFinds();
+    connect(&finds, &OthersFinds::stored, this, &AppState::reload);
+    connect(&finds, &OthersFinds::hitsChanged, this, &AppState::communityHitsChanged);
     readSettings();
     reload();
     followDay();
@@ -99,39 +78,16 @@ int AppState::newToday() const {
         }));
 }
 
-QList<Route> AppState::watchedRoutes() const {
-    QSet<Route> routes;
-    for (const Search& watcher : m_searches) {
-        if (!watcher.enabled)
-            continue;
-        const QStringList destinations = Search::codes(watcher.destination);
-        for (const QString& origin : Search::codes(watcher.origin)) {
-            for (const QString& destination : destinations) {
-                // Others may have found it without partner flights.
-                const Route route = SAS::searchedRoute({origin, destination}, false);
-                routes.insert(route);
-                if (watcher.isRoundTrip())
-                    routes.insert(route.reversed());
-            }
-        }
-    }
-    QList<Route> sorted(routes.begin(), routes.end());
-    std::sort(sorted.begin(), sorted.end());
-    return sorted;
-}
-
 std::optional<Direction> AppState::direction(const Match& match) const {
     const auto watcher = m_origins.find(match.searchId);
     if (watcher == m_origins.end() || !watcher->isRoundTrip)
         return std::nullopt;
-    const QString& from = match.route().origin;
-    const bool isOut = SAS::hubs().contains(from) || watcher->codes.contains(from);
-    return isOut ? Direction::out : Direction::home;
+    return Routes::isWayOut(match.route(), watcher->codes) ? Direction::out : Direction::home;
 }
 
 void AppState::reload() {
     setSearches(m_database.listSearches());
-    setMatches(m_database.recentMatches(mostMatches));
+    setMatches(m_database.recentMatches(Match::mostShown));
     const auto counts = m_database.activeMatchCounts();
     if (std::exchange(m_matchCounts, counts) != counts)
         Q_EMIT matchCountsChanged();
@@ -172,120 +128,12 @@ void AppState::finishOnboarding() {
     noteStorage();
 }
 
+const QList<Match>& AppState::communityHits() const {
+    return m_finds.hits();
+}
+
 QCoro::Task<> AppState::refreshCommunity() {
-    const QPointer self(this);
-    // An older answer that comes later than a newer one says nothing any more.
-    const int number = ++m_refreshes;
-    const QList<Route> routes = watchedRoutes();
-    const auto answer = co_await m_community.fetchHits(routes);
-    if (!self || number != m_refreshes)
-        co_return;
-    QList<Match> theirs = answer ? answer->hits : QList<Match>();
-    QList<Match> hits = co_await concerning(std::move(theirs));
-    if (!self || number != m_refreshes)
-        co_return;
-    // Sharing may have been switched off meanwhile.
-    if (!m_community.isSharing()) {
-        setCommunityHits({});
-        co_return;
-    }
-    if (answer)
-        removeGone(*answer, routes.first(std::min(routes.size(), Community::mostRoutes)));
-    setCommunityHits(std::move(hits));
-    notifyFreshCommunityHits();
-}
-
-/// What others have found and then sold out is no longer offered.
-void AppState::removeGone(const FoundByOthers& answer, const QList<Route>& asked) {
-    const auto service = m_community.base();
-    if (std::exchange(m_service, service) != service)
-        m_served.clear();
-    const auto gone =
-        answer.isWhole ? CommunityFind::gone(m_matches, answer.hits, asked, m_served, m_clock.now())
-                       : QList<Match>();
-    noteServed(answer.hits);
-    if (gone.isEmpty())
-        return;
-    m_database.transaction([&] {
-        for (const Match& match : gone) {
-            m_served.remove(match.offer());
-            m_database.deleteMatch(match.id);
-        }
-    });
-    reload();
-}
-
-/// Of the stored hits.
-QSet<OfferId> AppState::offers() const {
-    QSet<OfferId> offers;
-    for (const Hit& hit : m_matches) {
-        if (const auto* match = std::get_if<Match>(&hit))
-            offers.insert(match->offer());
-    }
-    return offers;
-}
-
-/// What is neither served nor stored any more cannot be missed, and is forgotten.
-void AppState::noteServed(const QList<Match>& hits) {
-    m_served.intersect(offers());
-    for (const Match& hit : hits)
-        m_served.insert(hit.offer());
-}
-
-/// Those that are what an enabled watcher asks for, in their order.
-QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
-    QList<Search> active = m_searches;
-    active.removeIf([](const Search& watcher) { return !watcher.enabled; });
-    QList<Match> result;
-    for (qsizetype i = 0; i < hits.size(); ++i) {
-        if (Matching::matchesAWatcher(hits[i], active))
-            result.append(std::move(hits[i]));
-        if (i % findsPerTurn == findsPerTurn - 1)
-            co_await nextTurn();
-    }
-    co_return result;
-}
-
-/// First on the disk, then said: what was announced is never announced again.
-void AppState::notifyFreshCommunityHits() {
-    const auto seen = m_database.seenOfOthers();
-    const Instant oldest = m_clock.now() - freshness;
-    QList<Match> fresh;
-    QSet<OfferId> taken;
-    for (const Match& hit : std::as_const(m_communityHits)) {
-        const OfferId offer = hit.offer();
-        if (fresh.size() < mostFreshAtOnce && hit.foundAt > oldest && !seen.contains(offer) &&
-            !taken.contains(offer)) {
-            taken.insert(offer);
-            fresh.append(hit);
-        }
-    }
-    // The user's own finds come back from the service, and are news to nobody even when they have
-    // been cleared from the list.
-    for (auto watcher = m_searches.cbegin(); watcher != m_searches.cend() && !fresh.isEmpty();
-         ++watcher) {
-        const auto own = m_database.seenCabins(watcher->id);
-        fresh.removeIf([&own](const Match& hit) {
-            const auto row = own.find(hit.key);
-            return row != own.end() && row->cabins.contains(hit.cabin);
-        });
-    }
-    if (fresh.isEmpty())
-        return;
-    const bool isStored = m_database.transaction([&] {
-        for (Match& hit : fresh) {
-            m_database.noteSeenOfOthers(hit);
-            hit.id = m_database.recordMatch(asStored(hit), Database::Telling::isDue);
-        }
-    });
-    if (!isStored)
-        return;
-    for (const Match& hit : std::as_const(fresh)) {
-        m_notifier.notifyCommunityFare(hit);
-        Q_EMIT communityFound(hit);
-    }
-    reload();
-    setCommunityHits(m_communityHits);
+    return m_finds.refresh();
 }
 
 void AppState::setSearches(QList<Search> searches) {
@@ -303,16 +151,4 @@ void AppState::setMatches(QList<Hit> matches) {
         return;
     m_matches = std::move(matches);
     Q_EMIT matchesChanged();
-}
-
-/// Leaves out what is among the user's own.
-void AppState::setCommunityHits(QList<Match> hits) {
-    if (!hits.isEmpty()) {
-        const QSet<OfferId> own = offers();
-        hits.removeIf([&own](const Match& hit) { return own.contains(hit.offer()); });
-    }
-    if (m_communityHits == hits)
-        return;
-    m_communityHits = std::move(hits);
-    Q_EMIT communityHitsChanged();
 }

@@ -7,19 +7,16 @@
 #include "polling/PollSummary.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
-#include <QSet>
-#include <QUrl>
 
 #include <optional>
 
-class Community;
 class Database;
-class Notifier;
+class OthersFinds;
 class Worker;
-struct FoundByOthers;
 
 enum class Direction { out, home };
 
@@ -36,19 +33,19 @@ class AppState : public QObject {
     Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageChanged)
 public:
     /// Loads the settings and everything else. All must outlive the state.
-    AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
-             Clock& clock);
+    AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock);
 
     /// All watchers, in ascending id.
     const QList<Search>& searches() const { return m_searches; }
-    /// Offers and sold-out records, the newest first, at most 2000, none with a past travel date.
+    /// Offers and sold-out records, the newest first, at most Match::mostShown, none with a past
+    /// travel date.
     const QList<Hit>& matches() const { return m_matches; }
     /// The last round that was stored; absent before the first.
     const std::optional<PollSummary>& lastPoll() const { return m_lastPoll; }
     /// Offers that can still be booked, per watcher; community finds under -1.
     const QMap<qint64, int>& matchCounts() const { return m_matchCounts; }
-    /// Others' finds for the user's watchers that are not among `matches`, in the service's order.
-    const QList<Match>& communityHits() const { return m_communityHits; }
+    /// As of OthersFinds.
+    const QList<Match>& communityHits() const;
     bool onboarded() const { return m_onboarded; }
     bool notifyOn() const { return m_notifyOn; }
     /// Minutes.
@@ -65,8 +62,6 @@ public:
 
     /// Offers found today, by the user's calendar, that are not sold out.
     int newToday() const;
-    /// The routes of all enabled watchers, both ways for round trips, in byte order.
-    QList<Route> watchedRoutes() const;
     /// Which way of a round trip an offer is; absent for a one-way or deleted watcher's.
     std::optional<Direction> direction(const Match& match) const;
 
@@ -75,7 +70,7 @@ public:
     /// Stores a new watcher and starts a round, without waiting for it.
     void addSearchAndRun(const Search& search);
     void finishOnboarding();
-    /// Fetches what others have found; announces and stores what is fresh.
+    /// Fetches what others have found.
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
@@ -86,8 +81,6 @@ Q_SIGNALS:
     void matchCountsChanged();
     void lastPollChanged();
     void communityHitsChanged();
-    /// A fresh find of somebody else has been stored and announced.
-    void communityFound(const Match& find);
     void onboardedChanged();
     void notifyOnChanged();
     void pollIntervalMinChanged();
@@ -105,17 +98,10 @@ private:
     void followDay();
     void setSearches(QList<Search> searches);
     void setMatches(QList<Hit> matches);
-    void setCommunityHits(QList<Match> hits);
-    QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
-    QSet<OfferId> offers() const;
-    void noteServed(const QList<Match>& hits);
-    void removeGone(const FoundByOthers& answer, const QList<Route>& asked);
-    void notifyFreshCommunityHits();
 
     Database& m_database;
     Worker& m_worker;
-    Community& m_community;
-    Notifier& m_notifier;
+    OthersFinds& m_finds;
     Clock& m_clock;
     QDate m_day;
     std::unique_ptr<Clock::Timer> m_dayTimer;
@@ -125,11 +111,6 @@ private:
     QList<Hit> m_matches;
     std::optional<PollSummary> m_lastPoll;
     QMap<qint64, int> m_matchCounts;
-    QList<Match> m_communityHits;
-    int m_refreshes = 0;
-    /// What the service has had in this run, and which service that is.
-    QSet<OfferId> m_served;
-    std::optional<QUrl> m_service;
     bool m_onboarded = false;
     bool m_notifyOn = true;
     double m_pollIntervalMin = 10;

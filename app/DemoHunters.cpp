@@ -5,7 +5,7 @@
 #include "app/Demo.h"
 #include "core/Database.h"
 #include "core/DateFmt.h"
-#include "polling/Community.h"
+#include "sharing/Community.h"
 
 #include <QPointer>
 

@@ -96,10 +96,8 @@ Facts collect(Database& database, const AppState& state, const SessionState& ses
     facts.engineWarning = EngineAge::warning(program.engine, clock.today()).value_or(QString());
     facts.problem = database.problem().value_or(QString());
     facts.notice = database.notice().value_or(QString());
-    for (const Search& watcher : state.searches()) {
-        ++facts.watchers;
-        facts.enabledWatchers += watcher.enabled ? 1 : 0;
-    }
+    facts.watchers = static_cast<int>(state.searches().size());
+    facts.enabledWatchers = static_cast<int>(enabledOf(state.searches()).size());
     for (const Hit& hit : state.matches()) {
         const auto* match = std::get_if<Match>(&hit);
         ++facts.offers;

@@ -3,10 +3,10 @@
 
 #include "core/Cabin.h"
 #include "core/DateFmt.h"
+#include "core/Norwegian.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -57,9 +57,8 @@ QByteArray json(const QList<Hit>& hits) {
 }
 
 QString line(const Match& m) {
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
-        m.points > 0 ? u"%1 poeng"_s.arg(norwegian.toString(m.points)) : u"pris ukjent"_s;
+        m.points > 0 ? u"%1 poeng"_s.arg(Norwegian::number(m.points)) : u"pris ukjent"_s;
     return u"  %1  %2  %3  %4  %5  %6  %7"_s.arg(
         DateFmt::shortDate(m.travelDate()), m.route().text(), label(m.cabin).leftJustified(8),
         u"%1 seter"_s.arg(m.seats), points.rightJustified(14), m.key.flights, m.stopsText());

@@ -91,7 +91,7 @@ QList<Result> measureCaptures() {
     Database database(folder.path(), clock);
     CookieVault vault(view->cookies(), keychain, database, clock, site);
     SessionState state;
-    SingleSignOn singleSignOn(*view, clock, state, capture, vault, navHosts, site);
+    SingleSignOn singleSignOn({*view, clock, state, capture, vault, navHosts, site});
     const double signIn = secondsOf(clock, [&] {
         QEventLoop loop;
         singleSignOn.silentSSOAttempt(12).then([&loop](std::optional<QString> answer) {

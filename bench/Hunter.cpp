@@ -49,11 +49,8 @@ Hunter::Hunter(const QString& folder, const standin::StandIn& airline, const Beg
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , notifications(QDBusConnection::sessionBus())
     , community(database, network, clock, site, Community::builtInBaseAddress()) {
-    QObject::connect(
-        &state, &SessionState::notice, &notifications,
-        [this](const QString& title, const QString& body) { notifier.post(title, body); });
+    QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
     QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
-    engine.setRoundQuestion([this] { return worker.isRunning(); });
     notifier.requestPermission();
     notifier.tellRest();
     const auto cookies = ended(view->cookies().all());

@@ -15,6 +15,8 @@
 struct Match {
     /// `searchId` of a stored community find.
     static constexpr qint64 communitySearchId = -1;
+    /// Offers that screens show at most.
+    static constexpr int mostShown = 2000;
 
     qint64 id = 0;
     /// The watcher it was found for.

@@ -32,3 +32,8 @@ QStringList Search::codes(const QString& text) {
     }
     return codes;
 }
+
+QList<Search> enabledOf(QList<Search> searches) {
+    searches.removeIf([](const Search& search) { return !search.enabled; });
+    return searches;
+}

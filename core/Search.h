@@ -5,6 +5,7 @@
 #include "platform/Clock.h"
 
 #include <QDate>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -50,3 +51,6 @@ struct Search {
     /// The codes of a code list, trimmed and in upper case; order and duplicates are kept.
     static QStringList codes(const QString& text);
 };
+
+/// Those that take part in polling, in their order.
+QList<Search> enabledOf(QList<Search> searches);

@@ -4,6 +4,7 @@
 #include "airline/SAS.h"
 #include "core/Err.h"
 #include "core/WatcherForm.h"
+#include "polling/Routes.h"
 
 #include <algorithm>
 
@@ -25,38 +26,19 @@ bool All::contains(const Leg& leg) const {
 }
 
 All ofWatcher(const Search& watcher, QDate today) {
-    QStringList origins = Search::codes(watcher.origin);
-    QStringList destinations = Search::codes(watcher.destination);
-    if (origins.isEmpty())
+    if (Search::codes(watcher.origin).isEmpty())
         throw Err{u"Søket mangler avreisested."_s};
-    if (destinations.isEmpty())
+    if (Search::codes(watcher.destination).isEmpty())
         throw Err{u"Søket mangler destinasjon."_s};
     if (!watcher.dateFrom.isValid())
         throw Err{u"SAS-søk krever avreisedato."_s};
-    origins.removeDuplicates();
-    destinations.removeDuplicates();
-    destinations.sort();
     All legs;
+    legs.routes = Routes::ofWatcher(watcher, watcher.includePartners);
     legs.flow = watcher.includePartners ? Flow::award : Flow::points;
     legs.outbound =
         SAS::expandDates(watcher.dateFrom, watcher.dateTo, today, WatcherForm::mostDays);
     legs.homebound = SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, today,
                                       WatcherForm::mostDays);
-
-    legs.routes.reserve(origins.size() * destinations.size());
-    // Two origins have the same route only where the hub stands in for one of them.
-    QSet<QString> fromHub;
-    for (const QString& origin : std::as_const(origins)) {
-        for (const QString& destination : std::as_const(destinations)) {
-            auto route = SAS::searchedRoute({origin, destination}, watcher.includePartners);
-            if (SAS::hubs().contains(route.origin)) {
-                if (fromHub.contains(destination))
-                    continue;
-                fromHub.insert(destination);
-            }
-            legs.routes.append(std::move(route));
-        }
-    }
     return legs;
 }
 

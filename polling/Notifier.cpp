@@ -2,9 +2,9 @@
 #include "polling/Notifier.h"
 
 #include "core/Database.h"
+#include "core/Norwegian.h"
 #include "platform/NotificationCenter.h"
 
-#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -20,10 +20,8 @@ constexpr auto settlingTime = 100ms;
 
 /// The two lines that describe an offer.
 QString offerText(const Match& match) {
-    // The interface is Norwegian, so its numbers are too.
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
     const QString points =
-        match.points >= 1 ? u" · %1 poeng"_s.arg(norwegian.toString(match.points)) : QString();
+        match.points >= 1 ? u" · %1 poeng"_s.arg(Norwegian::number(match.points)) : QString();
     return u"%1 · %2 seter%3\n%4 → %5 · %6"_s.arg(label(match.cabin), QString::number(match.seats),
                                                   points, match.depart.text(), match.arrive.text(),
                                                   match.stopsText());
@@ -100,6 +98,16 @@ void Notifier::notifySoldOut(const SoldOut& record) {
 void Notifier::notifyCommunityFare(const Match& match) {
     postOffer(u"👥 Fellesskapet fant: %1 → %2"_s.arg(match.fromCity, match.toCity),
               offerText(match) + u" — book raskt, plassene forsvinner fort"_s, match);
+}
+
+void Notifier::notifySignedOut(SignOut how) {
+    QString reason;
+    if (how == SignOut::windowWaits)
+        reason = u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
+                 u"åpent. "_s;
+    else if (how == SignOut::autoLoginFailed)
+        reason = u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
+    post(u"⚠️ Logget ut av SAS"_s, reason + u"Søkene får ingen data før du er innlogget igjen."_s);
 }
 
 bool Notifier::canPost() const {

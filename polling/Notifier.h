@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "airline/SessionState.h"
 #include "core/Match.h"
 #include "platform/OneShot.h"
 
@@ -19,10 +20,9 @@ struct Notification;
 /// Tells the user by desktop notification, as far as the settings `native_notify` (all of them)
 /// and `notify_soldout` allow; both are on until the user switches them off.
 ///
-/// A notification about an offer gives back the text of its `OfferId` when it is opened.
-///
 /// An offer that was stored as still to be told is marked as told when the desktop has taken its
-/// notification, or at once where there is nothing to say.
+/// notification, or at once where there is nothing to say. When the user opens a notification about
+/// an offer, what comes back is the text of its `OfferId`.
 class Notifier : public QObject {
     Q_OBJECT
 public:
@@ -39,6 +39,8 @@ public:
     void notifySoldOut(const SoldOut& record);
     /// A seat that another hunter found.
     void notifyCommunityFare(const Match& match);
+    /// The hunt gets no data before the user has signed in.
+    void notifySignedOut(SignOut how);
     /// Tells what was stored and could not be told, by an earlier run or for want of a desktop, as
     /// far as it is younger than three hours and still so; the rest is marked without a word.
     void tellRest();

@@ -47,6 +47,9 @@ public:
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }
+    /// How many lookups each watcher of the round has, as far as that is known: what those that had
+    /// their turn took, and what the others will.
+    const QList<int>& planned() const { return m_planned; }
     /// Dates fetched so far for the current watcher, of those in this round.
     int lookupDone() const { return m_lookupDone; }
     int lookupTotal() const { return m_lookupTotal; }
@@ -100,6 +103,8 @@ private:
         PollSummary summary;
         /// Watchers that have had their turn, or have it.
         QSet<qint64> begun;
+        /// How many lookups each watcher would take when it was first seen waiting.
+        QHash<qint64, int> planned;
         SharedAnswers answers;
         bool hasAnswers = false;
         bool isCut = false;
@@ -132,6 +137,7 @@ private:
     qint64 storedCursor(qint64 watcher);
     void storeCursor(qint64 watcher, const Turn& turn);
     LegFetcher::Progress progressOf(const Search& watcher);
+    void showPlan(const QList<Search>& ahead, Round& round);
     void showLeg(const Visit& visit, const Leg& leg);
     void showSize(const Turn& turn);
     QList<Search> activeWatchers();
@@ -146,6 +152,7 @@ private:
     bool m_isRunning = false;
     QString m_statusText;
     Progress m_progress;
+    QList<int> m_planned;
     int m_lookupDone = 0;
     int m_lookupTotal = 0;
     int m_rotationTotal = 0;

@@ -41,8 +41,8 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_about(m_desktop, aboutSources())
     , m_settings(tindra.appState, tindra.database, tindra.engine, tindra.notifier,
                  tindra.line.demo ? nullptr : &m_autostart, m_login, m_details, m_about)
-    , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
-    , m_dashboard(tindra.appState, tindra.state)
+    , m_onboarding(tindra.appState, m_login, tindra.clock)
+    , m_dashboard(tindra.appState, m_login)
     , m_panel(tindra.appState, tindra.worker, m_login, m_desktop, tindra.site)
     , m_root(tindra.appState, tindra.engine, tindra.line.demo)
     , m_life(m_tray, m_panel, tindra.notifier, tindra.database,

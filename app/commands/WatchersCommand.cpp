@@ -2,7 +2,7 @@
 #include "app/commands/WatchersCommand.h"
 
 #include "airports/Airports.h"
-#include "app/Hunt.h"
+#include "app/ExitCode.h"
 #include "app/commands/Arguments.h"
 #include "app/commands/NewWatcher.h"
 #include "core/Database.h"
@@ -118,7 +118,7 @@ CommandAnswer ListWatchers::run(const DataContext& context) const {
 
 CommandAnswer AddWatcher::run(const DataContext& context) const {
     if (watcher.dateTo < context.clock.today())
-        return {Hunt::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
+        return {ExitCode::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
     Database& database = context.database;
     qint64 id = 0;
     const bool isStored = database.transaction([&] {
@@ -127,8 +127,8 @@ CommandAnswer AddWatcher::run(const DataContext& context) const {
         id = all.isEmpty() ? 0 : all.constLast().id;
     });
     if (!isStored)
-        return {Hunt::cannotStart, {}, whatIsWrong(database)};
-    return {Hunt::roundEnded,
+        return {ExitCode::failed, {}, whatIsWrong(database)};
+    return {ExitCode::done,
             u"Overvåker %1 er lagret, og sjekkes i neste runde.\n"_s.arg(id).toUtf8(),
             unknownCodes(watcher)};
 }
@@ -139,7 +139,7 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
     const auto found =
         std::find_if(all.begin(), all.end(), [this](const Search& one) { return one.id == id; });
     if (found == all.end())
-        return database.problem() ? CommandAnswer{Hunt::cannotStart, {}, whatIsWrong(database)}
+        return database.problem() ? CommandAnswer{ExitCode::failed, {}, whatIsWrong(database)}
                                   : noSuchWatcher(id);
     const bool isStored = database.transaction([&] {
         if (change == Change::remove)
@@ -148,11 +148,11 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
             database.toggleSearch(id);
     });
     if (!isStored)
-        return {Hunt::cannotStart, {}, whatIsWrong(database)};
+        return {ExitCode::failed, {}, whatIsWrong(database)};
     const QString text = change == Change::remove  ? u"Overvåker %1 er fjernet, med sine treff.\n"_s
                          : change == Change::pause ? u"Overvåker %1 er satt på pause.\n"_s
                                                    : u"Overvåker %1 er i gang igjen.\n"_s;
-    return {Hunt::roundEnded, text.arg(id).toUtf8(), {}};
+    return {ExitCode::done, text.arg(id).toUtf8(), {}};
 }
 
 qint64 watcherId(const QString& text) {
@@ -170,7 +170,7 @@ bool hasWatcher(Database& database, qint64 id) {
 }
 
 CommandAnswer noSuchWatcher(qint64 id) {
-    return {Hunt::wrongUsage,
+    return {ExitCode::wrongUsage,
             {},
             u"Det finnes ingen overvåker %1. «tindra watchers list» viser dem.\n"_s.arg(id)};
 }

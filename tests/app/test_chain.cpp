@@ -63,9 +63,7 @@ private:
                 qFatal("%s", qPrintable(*error));
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &session, &SessionState::notice, &session,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&session, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             capture = std::make_unique<Capture>(*view, clock, site);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),
@@ -73,7 +71,8 @@ private:
             live = std::make_unique<LiveSession>(*view, *window, clock, database, keychain, session,
                                                  standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database, keychain, session,
-                                                 standBack, *capture, *live);
+                                                 standBack, *capture, *live,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             // Nobody signs in here.
             session.lastSessionRefresh = clock.ticks();

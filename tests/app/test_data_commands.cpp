@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands on the data, on a real database. How they are spelt is tested with the command line.
 #include "app/CommandLine.h"
-#include "app/Hunt.h"
+#include "app/ExitCode.h"
 #include "app/MatchTable.h"
 #include "core/Err.h"
 #include "tests/support/AppWorld.h"
@@ -34,7 +34,7 @@ private Q_SLOTS:
         QVERIFY(run(world, u"watchers list"_s).out.startsWith("Ingen overv"));
         const QString add = u"watchers add --from OSL --to %1 --out %2"_s;
         QCOMPARE(run(world, add.arg(u"EWR"_s, u"2027-01-10..2027-01-14"_s)).exitCode,
-                 Hunt::wrongUsage);
+                 ExitCode::wrongUsage);
         const auto added = run(world, add.arg(u"EWR,XQX"_s, u"2027-01-10..2027-01-15"_s));
         QCOMPARE(added.exitCode, 0);
         QVERIFY(added.out.contains("1 er lagret"));
@@ -57,7 +57,7 @@ private Q_SLOTS:
         run(world, u"watchers remove 1"_s);
         QCOMPARE(world.database.listSearches().size(), 1);
         for (const char* gone : {"watchers remove 1", "watchers pause 1", "hits --watcher 1"})
-            QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, Hunt::wrongUsage);
+            QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, ExitCode::wrongUsage);
     }
 
     void hitsAreFiltered() {
@@ -116,7 +116,7 @@ private Q_SLOTS:
         for (const QString& taken :
              {letter.fileName(), world.dir.path(), world.dir.path() + u"/tindra.sqlite"_s,
               world.dir.path() + u"/no/x"_s})
-            QVERIFY2(run(world, u"backup "_s + taken).exitCode == Hunt::cannotStart,
+            QVERIFY2(run(world, u"backup "_s + taken).exitCode == ExitCode::failed,
                      qPrintable(taken));
         QCOMPARE(letter.size(), 11);
 
@@ -153,7 +153,7 @@ private Q_SLOTS:
         const DataContext context{guest, world.clock, Site{}};
         const auto line =
             CommandLine::parse(u"watchers add --from OSL --to EWR --out 2027-03-01"_s.split(u' '));
-        QCOMPARE(::run(*line.data, context).exitCode, Hunt::cannotStart);
+        QCOMPARE(::run(*line.data, context).exitCode, ExitCode::failed);
         QVERIFY(::run(*line.data, context).err.contains(u"ikke klar"_s));
         QVERIFY(ListHits{}.run(context).err.contains(u"ikke klar"_s));
     }

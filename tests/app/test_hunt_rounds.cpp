@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What the hunt says and how it ends, with an airline of recorded answers.
 #include "airline/SessionState.h"
+#include "app/ExitCode.h"
 #include "app/Hunt.h"
-#include "app/Sharing.h"
+#include "sharing/Sharing.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestProgram.h"
@@ -17,7 +18,7 @@ class TestHuntRounds : public QObject {
 
     struct World : AppWorld {
         SessionState session;
-        Sharing sharing{worker, community, state, clock};
+        Sharing sharing{worker, community, finds, clock};
         QStringList results;
         QStringList said;
         Hunt hunt{database,
@@ -50,21 +51,21 @@ private Q_SLOTS:
 
     void exitCodes() {
         World world;
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::done));
         QVERIFY(world.said.last().startsWith(u"Ingen aktive overvåkere"_s));
         world.add();
         world.airline.answer = [](const QString&, const QString&, const QString&) {
             return std::optional<QByteArray>(R"({"outboundFlights":{}})");
         };
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::roundEnded));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::done));
         QVERIFY(world.said.last().startsWith(u"[1/1] Sjekker OSL → CPH — OSL→CPH (1 av 1)"_s));
         world.add({});
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::watcherFailed));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::watcherFailed));
         world.airline.answer = [&world](const QString&, const QString&, const QString&) {
             world.signOut();
             return std::optional<QByteArray>();
         };
-        QCOMPARE(*awaited(world.hunt.once()), int(Hunt::signedOut));
+        QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::signedOut));
         QCOMPARE(world.results.size(), 4);
     }
 
@@ -76,7 +77,7 @@ private Q_SLOTS:
             return Outcome{Outcome::Kind::refused, 429};
         };
         for (const int looks : {1, 1}) {
-            QCOMPARE(*awaited(world.hunt.once()), int(Hunt::refused));
+            QCOMPARE(*awaited(world.hunt.once()), int(ExitCode::refused));
             QCOMPARE(world.airline.looked.size(), looks);
             QVERIFY(world.results.last().contains(u"SAS ber oss vente til 12:15."_s));
         }
@@ -113,7 +114,7 @@ private Q_SLOTS:
         world.session.setLoginWindowOpen(false);
         world.session.setLoginStatus(*world.airline.verified);
         world.clock.advance(5s);
-        QCOMPARE(code, int(Hunt::roundEnded));
+        QCOMPARE(code, int(ExitCode::done));
         QCOMPARE(world.airline.looked.size(), 2);
         QVERIFY2(world.results.last().contains(u"\"fetched\":1"_s),
                  qPrintable(world.results.last()));

@@ -66,9 +66,7 @@ private:
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &state, &SessionState::notice, &state,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),
                                             SignInWindow::button()});
@@ -76,7 +74,8 @@ private:
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
                                                     state, standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, standBack,
-                                                 *capture, *session);
+                                                 *capture, *session,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
             search.origin = u"OSL"_s;

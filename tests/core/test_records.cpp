@@ -2,10 +2,12 @@
 #include "core/Cabin.h"
 #include "core/DateFmt.h"
 #include "core/Match.h"
+#include "core/Norwegian.h"
 #include "core/Search.h"
 #include "tests/support/TestProgram.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QTest>
 
 #include <cmath>
@@ -188,6 +190,21 @@ private Q_SLOTS:
         const Instant now = instantFromSeconds(1.8e9);
         QCOMPARE(DateFmt::ago(now - std::chrono::duration<double>(secondsBefore), now), text);
         QCOMPARE(DateFmt::ago(std::nullopt, now), u"ikke sjekket enda"_s);
+    }
+
+    void textsAreNorwegianOnEverySystem() {
+        QLocale::setDefault(QLocale(QLocale::English));
+        QCOMPARE(Norwegian::number(1'234'567), u"1\u00a0234\u00a0567"_s);
+        QCOMPARE(Norwegian::decimal(7.5), u"7,5"_s);
+        QCOMPARE(Norwegian::decimal(30), u"30"_s);
+        QStringList months;
+        for (int month = 1; month <= 12; ++month)
+            months.append(Norwegian::dayAndMonth({2027, month, 7}));
+        QCOMPARE(months.join(u' '), u"7. jan. 7. feb. 7. mar. 7. apr. 7. mai 7. jun. 7. jul. "
+                                    u"7. aug. 7. sep. 7. okt. 7. nov. 7. des."_s);
+        QCOMPARE(Norwegian::fullDate({2027, 3, 7}), u"søndag 7. mars 2027"_s);
+        QCOMPARE(Norwegian::weekday(Qt::Saturday), u"lør."_s);
+        QVERIFY((Norwegian::fullDate({}) + Norwegian::dayAndMonth({})).isEmpty());
     }
 
     void shortForms() {

@@ -5,6 +5,7 @@
 #include "polling/Legs.h"
 #include "polling/Matching.h"
 #include "polling/PollSummary.h"
+#include "polling/Routes.h"
 #include "polling/Turn.h"
 #include "tests/support/TestProgram.h"
 
@@ -51,6 +52,13 @@ const Instant now = instantFromSeconds(1.8e9);
 
 Database::Seen seen(const CabinSet& cabins, const QString& flight) {
     return {cabins, u"CPH-BKK 2027-03-01 · "_s + flight};
+}
+
+QStringList texts(const QList<Route>& routes) {
+    QStringList texts;
+    for (const Route& one : routes)
+        texts.append(one.text());
+    return texts;
 }
 
 } // namespace
@@ -251,6 +259,23 @@ private Q_SLOTS:
         QCOMPARE(errorOf(search), u"Søket mangler destinasjon."_s);
         search.origin.clear();
         QCOMPARE(errorOf(search), u"Søket mangler avreisested."_s);
+    }
+
+    void watchedRoutes() {
+        Search one = watcher();
+        one.origin = u"OSL,BGO"_s;
+        one.destination = u"NYC"_s;
+        QCOMPARE(texts(Routes::watched({one})), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
+        // The same route twice, the way back, and a city that is searched from the hub.
+        Search other = watcher();
+        other.origin = u"OSL"_s;
+        other.destination = u"nyc, BKK"_s;
+        other.includePartners = true;
+        other.returnDateTo = QDate(2027, 4, 30);
+        QCOMPARE(
+            texts(Routes::watched({one, other})),
+            QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s, u"NYC-OSL"_s, u"OSL-NYC"_s}));
+        QVERIFY(Routes::watched({}).isEmpty());
     }
 
     void longWatchersTakeTurns() {

@@ -78,6 +78,21 @@ private Q_SLOTS:
         cheap.seats = 4;
         world.notifier.notifyNewFare(cheap);
         QCOMPARE(world.center.posted.last().body.section(u'\n', 0, 0), u"Økonomi · 4 seter"_s);
+
+        const QString end = u"Søkene får ingen data før du er innlogget igjen."_s;
+        const auto told = [&world](SignOut how) {
+            world.notifier.notifySignedOut(how);
+            return world.center.posted.last().body;
+        };
+        QCOMPARE(told(SignOut::plain), end);
+        QCOMPARE(world.center.posted.last().title, u"⚠️ Logget ut av SAS"_s);
+        QCOMPARE(told(SignOut::windowWaits),
+                 u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
+                 u"åpent. "_s +
+                     end);
+        QCOMPARE(told(SignOut::autoLoginFailed),
+                 u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s +
+                     end);
     }
 
     void repeats() {

@@ -3,9 +3,10 @@
 
 #include "app/AppState.h"
 #include "core/Database.h"
-#include "polling/Community.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
+#include "sharing/Community.h"
+#include "sharing/OthersFinds.h"
 #include "tests/support/FakeHttpSession.h"
 #include "tests/support/FakeLegFetcher.h"
 #include "tests/support/FakeNotificationCenter.h"
@@ -25,7 +26,8 @@ struct AppWorld {
     Worker worker{database, airline, notifier, clock};
     FakeHttpSession http;
     Community community{database, http, clock, Site{}, QStringLiteral("https://community.test")};
-    AppState state{database, worker, community, notifier, clock};
+    OthersFinds finds{database, community, notifier, clock};
+    AppState state{database, worker, finds, clock};
 
     AppWorld() = default;
     ~AppWorld() {

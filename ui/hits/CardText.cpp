@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/CardText.h"
 
-#include <QLocale>
+#include "core/Norwegian.h"
 
 #include <cstdlib>
 
@@ -11,12 +11,6 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString dot = u" · "_s;
-
-const QLocale& norwegian() {
-    // The interface is Norwegian, so its numbers and dates are too.
-    static const QLocale locale(QLocale::NorwegianBokmal, QLocale::Norway);
-    return locale;
-}
 
 QString joined(QStringList pieces) {
     pieces.removeAll(QString());
@@ -37,28 +31,24 @@ QDateTime utc(Instant instant) {
     return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(secondsSince1970(instant)), Qt::UTC);
 }
 
-QString number(int value) {
-    return norwegian().toString(value);
-}
-
 QString found(Instant foundAt, Instant now, QDate today) {
     const double age = (now - foundAt).count();
     if (age < 60)
         return u"Funnet akkurat nå"_s;
     if (age < 3600)
         return u"Funnet for %1 min siden"_s.arg(static_cast<int>(age / 60));
-    const QDateTime local = utc(foundAt).toLocalTime();
-    const QString time = norwegian().toString(local.time(), QLocale::ShortFormat);
-    if (local.date() == today)
+    const QDate day = utc(foundAt).toLocalTime().date();
+    const QString time = Norwegian::time(foundAt);
+    if (day == today)
         return u"Funnet i dag "_s + time;
-    return u"Funnet %1 %2"_s.arg(norwegian().toString(local.date(), u"d. MMM"_s), time);
+    return u"Funnet %1 %2"_s.arg(Norwegian::dayAndMonth(day), time);
 }
 
 QString fare(const Match& match) {
     const QString seats =
         u"%1 %2"_s.arg(QString::number(match.seats), match.seats == 1 ? u"sete"_s : u"seter"_s);
     return joined({label(match.cabin), match.seats < 0 ? QString() : seats,
-                   match.points < 1 ? QString() : number(match.points) + u" poeng"_s});
+                   match.points < 1 ? QString() : Norwegian::number(match.points) + u" poeng"_s});
 }
 
 QString duration(const Match& match) {

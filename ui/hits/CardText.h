@@ -11,8 +11,6 @@ namespace CardText {
 
 /// In UTC.
 QDateTime utc(Instant instant);
-/// Numbers with Norwegian digit grouping, such as "60 000".
-QString number(int value);
 /// How long ago or when an offer was found, such as "Funnet i dag 09:13". `today` is the date of
 /// `now` in the user's time zone.
 QString found(Instant foundAt, Instant now, QDate today);

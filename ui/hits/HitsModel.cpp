@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/HitsModel.h"
 
+#include "core/Norwegian.h"
 #include "platform/Clock.h"
 #include "ui/hits/TripCard.h"
 
@@ -141,7 +142,7 @@ QVariant HitsModel::data(const QModelIndex& index, int role) const {
     case SoldOutRole:
         return row.soldOut > 0 ? u"%1 utsolgt"_s.arg(row.soldOut) : QString();
     case CheapestRole:
-        return row.cheapest ? u"fra %1 poeng"_s.arg(CardText::number(*row.cheapest)) : QString();
+        return row.cheapest ? u"fra %1 poeng"_s.arg(Norwegian::number(*row.cheapest)) : QString();
     case DatesRole:
         return row.dates;
     case IsOpenRole:

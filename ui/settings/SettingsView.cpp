@@ -21,7 +21,7 @@ const QString intervalKey = u"poll_interval_min"_s;
 } // namespace
 
 SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airline,
-                           Notifier& notifier, Autostart* autostart, SASLoginPill& pill,
+                           Notifier& notifier, Autostart* autostart, SessionModel& pill,
                            SignInDetails& details, AboutTindra& about)
     : m_state(state)
     , m_database(database)

@@ -2,7 +2,7 @@
 #include "ui/watchers/WatcherCard.h"
 
 #include "core/DateFmt.h"
-#include "ui/watchers/Numbers.h"
+#include "core/Norwegian.h"
 
 #include <QStringList>
 
@@ -66,7 +66,7 @@ QString WatcherCard::homebound() const {
 }
 
 QString WatcherCard::hitsText() const {
-    return norwegian(hits) + u" treff"_s;
+    return Norwegian::number(hits) + u" treff"_s;
 }
 
 QString WatcherCard::quotedTitle() const {

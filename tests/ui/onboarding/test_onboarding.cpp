@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "airline/SessionState.h"
 #include "tests/support/AppWorld.h"
 #include "tests/ui/support/PageWindow.h"
 #include "ui/onboarding/OnboardingView.h"
+#include "ui/session/SessionModel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +17,9 @@ struct World : AppWorld {
 
     SessionState session;
     int loginsOpened = 0;
-    OnboardingView view{state, session, clock, [this] { ++loginsOpened; }};
+    StandBack standBack{database, clock};
+    SessionModel login{session, standBack, {[this] { ++loginsOpened; }, [] {}}};
+    OnboardingView view{state, login, clock};
 
     void signIn() { session.setLoginStatus(SASLoginStatus::loggedIn(clock.now())); }
     QList<StepState> steps() const {

@@ -216,20 +216,24 @@ private Q_SLOTS:
     }
 
     void standstillDoesNotCount() {
-        RoundPace pace({10});
+        RoundPace pace;
+        const auto note = [&pace](int planned, int lookup, double at) {
+            pace.note({planned}, 0, lookup, Ticks(at));
+        };
+        note(10, 0, 0);
         QCOMPARE(pace.fraction(), 0);
         double at = 0;
         for (int lookup = 1; lookup <= 4; ++lookup) {
             QVERIFY(!pace.left());
-            pace.note(0, lookup, 10, Ticks(at += 2));
+            note(10, lookup, at += 2);
         }
         QCOMPARE(pace.left()->count(), 2.0 * 7);
-        pace.note(0, 4, 10, Ticks(at)); // waits for a sign-in
-        pace.note(0, 5, 10, Ticks(at += 600));
-        pace.note(0, 6, 8, Ticks(at += 2)); // and the watcher turned out shorter
+        note(10, 4, at); // waits for a sign-in
+        note(10, 5, at += 600);
+        note(8, 6, at += 2); // and the watcher turned out shorter
         QCOMPARE(pace.left()->count(), 2.0 * 3);
         QCOMPARE(pace.fraction(), 6.0 / 8);
-        pace.note(5, 1, 10, Ticks(at)); // of a round it does not know
+        pace.note({10}, 5, 1, Ticks(at)); // of a round it does not know
         QCOMPARE(pace.fraction(), 6.0 / 8);
     }
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "app/Sharing.h"
+#include "sharing/Sharing.h"
 
-#include "app/AppState.h"
-#include "polling/Community.h"
 #include "polling/Worker.h"
+#include "sharing/Community.h"
+#include "sharing/OthersFinds.h"
 
 #include <QPointer>
 
-Sharing::Sharing(Worker& worker, Community& community, AppState& state, Clock& clock)
-    : m_community(community), m_state(state), m_clock(clock) {
+Sharing::Sharing(Worker& worker, Community& community, OthersFinds& finds, Clock& clock)
+    : m_community(community), m_finds(finds), m_clock(clock) {
     connect(&worker, &Worker::soldOut, this, [this](const SoldOut& record) {
         start(m_community.reportSoldOut(record.key, record.cabins));
     });
@@ -17,7 +17,7 @@ Sharing::Sharing(Worker& worker, Community& community, AppState& state, Clock& c
     connect(&worker, &Worker::stored, this, &Sharing::shareFound);
     connect(&worker, &Worker::roundEnded, this, [this] {
         shareFound();
-        start(m_state.refreshCommunity());
+        start(m_finds.refresh());
     });
 }
 

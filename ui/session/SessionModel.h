@@ -3,21 +3,21 @@
 
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
+#include "airline/Standing.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
-/// How it stands between Tindra and the airline, in words. The pill, the dashboard's banner, the
-/// sidebar's card and the panel all show one of these, so that they agree: that nobody is signed in
-/// comes first, then that the site asks to be left alone, then that it cannot be reached.
-class SASLoginPill : public QObject {
+/// How it stands between Tindra and the airline, in words. The pill, the dashboard, the sidebar's
+/// card, the panel and the onboarding all show this one, so that they agree.
+class SessionModel : public QObject {
     Q_OBJECT
-    QML_NAMED_ELEMENT(SASLoginPillModel)
+    QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(QString text READ text NOTIFY changed)
-    Q_PROPERTY(bool isLoggedIn READ isLoggedIn NOTIFY changed)
+    Q_PROPERTY(bool isWell READ isWell NOTIFY changed)
     Q_PROPERTY(bool isLoggedOut READ isLoggedOut NOTIFY changed)
     Q_PROPERTY(bool isChecking READ isChecking NOTIFY changed)
     Q_PROPERTY(bool isRefused READ isRefused NOTIFY changed)
@@ -33,20 +33,21 @@ public:
         std::function<void()> tryNow;
     };
 
-    /// `session` and `standBack` must outlive the pill.
-    SASLoginPill(SessionState& session, StandBack& standBack, Actions actions);
+    /// `session` and `standBack` must outlive the model.
+    SessionModel(SessionState& session, StandBack& standBack, Actions actions);
 
-    /// What is known of the session, or that the site cannot be reached; the time of its last
-    /// confirmation is in the user's time zone.
+    /// In a line; the time of the last confirmation is in the user's time zone.
     QString text() const;
-    bool isLoggedIn() const {
-        return is(SASLoginStatus::Case::loggedIn) && !isRefused() && !m_session.isSiteUnreachable();
-    }
-    bool isLoggedOut() const { return is(SASLoginStatus::Case::loggedOut); }
-    bool isChecking() const { return is(SASLoginStatus::Case::checking); }
-
+    /// The session lives, and nothing keeps the site from answering.
+    bool isWell() const { return now() == Standing::signedIn; }
+    bool isLoggedOut() const { return now() == Standing::signedOut; }
     /// The site asks to be left alone, and nothing that the user can do comes first.
-    bool isRefused() const { return m_standBack.isOn() && !isLoggedOut(); }
+    bool isRefused() const { return now() == Standing::refused; }
+
+    /// These two are of the session alone, whatever else is the matter.
+    bool isLoggedIn() const { return login() == SASLoginStatus::Case::loggedIn; }
+    bool isChecking() const { return login() == SASLoginStatus::Case::checking; }
+
     /// Why the hunt gets no data, in a line; empty when it does.
     QString warning() const;
     /// What the banner and the card say while something is to be done; empty when nothing is.
@@ -61,7 +62,10 @@ Q_SIGNALS:
     void changed();
 
 private:
-    bool is(SASLoginStatus::Case state) const { return m_session.loginStatus().state == state; }
+    SASLoginStatus::Case login() const { return m_session.loginStatus().state; }
+    Standing now() const {
+        return standing(login(), m_standBack.isOn(), m_session.isSiteUnreachable());
+    }
 
     SessionState& m_session;
     StandBack& m_standBack;

@@ -10,9 +10,9 @@
 
 #include <chrono>
 
-class AppState;
 class Clock;
 class Community;
+class OthersFinds;
 class Worker;
 
 /// Hands to the community what each look has found and what has sold out, and fetches
@@ -21,7 +21,7 @@ class Sharing : public QObject {
     Q_OBJECT
 public:
     /// All must outlive the object.
-    Sharing(Worker& worker, Community& community, AppState& state, Clock& clock);
+    Sharing(Worker& worker, Community& community, OthersFinds& finds, Clock& clock);
 
     /// Waits until nothing is on its way, at most `patience`.
     QCoro::Task<> finished(std::chrono::milliseconds patience);
@@ -31,7 +31,7 @@ private:
     void start(QCoro::Task<> exchange);
 
     Community& m_community;
-    AppState& m_state;
+    OthersFinds& m_finds;
     Clock& m_clock;
     /// Of the look in progress.
     QList<Match> m_found;

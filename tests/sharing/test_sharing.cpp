@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Two hunters and one service, over real HTTP and on both of its stores.
 #include "app/AppState.h"
-#include "app/Sharing.h"
 #include "community/RedisStore.h"
 #include "community/Service.h"
 #include "community/SqliteStore.h"
 #include "platform/linux/CurlSession.h"
 #include "platform/linux/LinuxClock.h"
+#include "sharing/Sharing.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RedisServer.h"
 #include "tests/support/Settled.h"
@@ -26,8 +26,9 @@ struct Hunter : AppWorld {
     LinuxClock realTime;
     CurlSession network;
     Community shared;
-    AppState shown{database, worker, shared, notifier, clock};
-    Sharing sharing{worker, shared, shown, realTime};
+    OthersFinds theirs{database, shared, notifier, clock};
+    AppState shown{database, worker, theirs, clock};
+    Sharing sharing{worker, shared, theirs, realTime};
 
     explicit Hunter(const community::Service& service)
         : shared(database, network, clock, Site{}, QString::fromStdString(service.address())) {
@@ -98,12 +99,11 @@ private Q_SLOTS:
 
         // Once, also after a restart.
         second.round();
-        AppState restarted(second.database, second.worker, second.shared, second.notifier,
-                           second.clock);
-        awaited(restarted.refreshCommunity());
+        OthersFinds restarted(second.database, second.shared, second.notifier, second.clock);
+        awaited(restarted.refresh());
         QCOMPARE(second.announced(), 1);
-        QCOMPARE(restarted.matches().size(), 1);
-        QVERIFY(restarted.communityHits().isEmpty());
+        QCOMPARE(second.shown.matches().size(), 1);
+        QVERIFY(restarted.hits().isEmpty());
 
         // Nor does a service that fails take away what was found.
         second.database.set(u"community_url"_s, u"http://127.0.0.1:1"_s);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Database.h"
-#include "polling/Community.h"
-#include "polling/CommunityFind.h"
+#include "sharing/Community.h"
+#include "sharing/CommunityFind.h"
 #include "tests/support/FakeHttpSession.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "polling/CommunityFind.h"
+#include "sharing/CommunityFind.h"
 
 #include "core/DateFmt.h"
 

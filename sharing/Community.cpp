@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "polling/Community.h"
+#include "sharing/Community.h"
 
 #include "core/Database.h"
-#include "polling/CommunityFind.h"
+#include "sharing/CommunityFind.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
