@@ -3,15 +3,16 @@
 
 # Nobody waits for tests to be optimized.
 set(testOptions $<$<CONFIG:Release>:-O0>)
-# Qt Test offers more where it finds these; rooms without windows get along without, so that one
-# precompiled header serves them.
-set(testOptionsWithoutWindows ${testOptions} -UQT_GUI_LIB -UQT_NETWORK_LIB -UQT_WIDGETS_LIB)
+# Qt Test offers more where it finds some of these, and names the folder that it is used in. All
+# programs see the same, so that one precompiled header serves them.
+set(testLibraries Qt6::Core QCoro6::Core Qt6::Network Qt6::Test Qt6::Widgets)
+get_target_property(testDefinitions Qt6::Test INTERFACE_COMPILE_DEFINITIONS)
+list(FILTER testDefinitions EXCLUDE REGEX QT_TESTCASE)
+set_target_properties(Qt6::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS "${testDefinitions}")
 set(testHeaders ${PROJECT_SOURCE_DIR}/cmake/pch.h <QJsonDocument> <QProcess> <QTemporaryDir> <QTest>)
-tindra_precompiled(test_pch HEADERS ${testHeaders} LINK Qt6::Core QCoro6::Core Qt6::Test
-    OPTIONS ${testOptionsWithoutWindows})
+tindra_precompiled(test_pch HEADERS ${testHeaders} LINK ${testLibraries} OPTIONS ${testOptions})
 tindra_precompiled(ui_test_pch HEADERS ${testHeaders} ${PROJECT_SOURCE_DIR}/cmake/ui_pch.h <QQuickWindow>
-    LINK Qt6::Quick Qt6::Widgets QCoro6::Core Qt6::Test
-    OPTIONS ${testOptions})
+    LINK ${testLibraries} Qt6::Quick OPTIONS ${testOptions})
 
 # tindra_test_program(room LINK target... [SHOWS_WINDOWS])
 # The program `<room>_tests` of the folder's tests; see tests/support/TestProgram.h.
@@ -21,13 +22,12 @@ function(tindra_test_program room)
     set_property(GLOBAL APPEND PROPERTY TINDRA_TEST_PROGRAMS ${room}_tests)
     set_target_properties(${room}_tests PROPERTIES AUTOMOC ON)
     target_link_libraries(${room}_tests PRIVATE
-        tindra_common tindra_test_program ${ARG_LINK} Qt6::Core QCoro6::Core Qt6::Test)
+        tindra_common tindra_test_program ${ARG_LINK} ${testLibraries})
     target_compile_definitions(${room}_tests PRIVATE TINDRA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+    target_compile_options(${room}_tests PRIVATE ${testOptions})
     if(ARG_SHOWS_WINDOWS)
-        target_compile_options(${room}_tests PRIVATE ${testOptions})
         target_precompile_headers(${room}_tests REUSE_FROM tindra_ui_test_pch)
     else()
-        target_compile_options(${room}_tests PRIVATE ${testOptionsWithoutWindows})
         target_precompile_headers(${room}_tests REUSE_FROM tindra_test_pch)
     endif()
 endfunction()

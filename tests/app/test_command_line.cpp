@@ -3,6 +3,7 @@
 #include "app/Demo.h"
 #include "app/HuntReport.h"
 #include "core/Err.h"
+#include "core/WatcherForm.h"
 #include "polling/Legs.h"
 #include "tests/support/TestProgram.h"
 

@@ -184,7 +184,7 @@ private Q_SLOTS:
 
     void failuresOfOneWatcherLeaveTheOthers() {
         World world;
-        world.add(u"CPH"_s, u""_s);
+        world.add(u"CPH"_s, {});
         world.add(u"LHR"_s);
         world.add(u"ARN"_s);
         world.airline.answer = [](const QString& origin, const QString& destination,
@@ -312,7 +312,7 @@ private Q_SLOTS:
     void noLookTwiceAndNoneInVain() {
         World world;
         world.add();
-        world.add(u"LHR,CPH"_s, u"2027-03-02"_s, u"2027-03-03"_s);
+        world.add(u"LHR,CPH"_s, {2027, 3, 2}, {2027, 3, 3});
         Search partners = world.database.listSearches().first();
         partners.includePartners = true;
         world.database.addSearch(partners);
@@ -323,7 +323,7 @@ private Q_SLOTS:
         const PollSummary summary = world.round();
         QStringList looked;
         for (const Leg& leg : world.airline.looked)
-            looked.append(leg.destination + leg.date.toString(u" MMdd"));
+            looked.append(leg.route.destination + leg.date.toString(u" MMdd"));
         QCOMPARE(looked, QStringList({u"CPH 0301"_s, u"CPH 0302"_s, u"CPH 0303"_s, u"LHR 0302"_s,
                                       u"LHR 0303"_s, u"CPH 0301"_s, u"CPH 0302"_s, u"ARN 0115"_s,
                                       u"ARN 0116"_s}));

@@ -34,7 +34,7 @@ private Q_SLOTS:
         }
         // Anything but "1" is off.
         world.database.set(key, u"true"_s);
-        const AppState later(world.database, world.worker, world.community, world.notifier,
+        const AppState later(world.database, world.worker, world.finds,
                              world.clock);
         QVERIFY(key == u"native_notify" ? !later.notifyOn()
                                         : !world.view.property(name.constData()).toBool());
@@ -57,7 +57,7 @@ private Q_SLOTS:
         SettingsWorld world;
         if (!stored.isEmpty())
             world.database.set(u"poll_interval_min"_s, stored);
-        AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
+        AppState state(world.database, world.worker, world.finds, world.clock);
         SettingsView view(state, world.database, world.airline, world.notifier, &world.autostart,
                           world.pill, world.details, world.about);
         view.open();
