@@ -235,7 +235,7 @@ private Q_SLOTS:
 
         w.page.copy(3, 1);
         QCOMPARE(w.desktop.clipboard, u"OSL → EWR (OSL-EWR)\n05.03 11:00 – 05.03 13:10\n"
-                                      "8t 10m · direkte · SK907\n"
+                                      "8t 10m · direkte · SK1\n"
                                       "Business · 2 seter · 60\u00a0000 poeng\n"
                                       "https://www.sas.no/book/flights/?search=OW_OSL-EWR"_s);
         w.page.copy(3, 0);
