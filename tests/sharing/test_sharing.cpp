@@ -32,8 +32,7 @@ struct Hunter : AppWorld {
 
     explicit Hunter(const community::Service& service)
         : shared(database, network, clock, Site{}, QString::fromStdString(service.address())) {
-        addWatcher(u"EWR"_s,
-                   [](Search& s) { s.dateFrom = s.dateTo = bookable; });
+        addWatcher(u"EWR"_s, [](Search& s) { s.dateFrom = s.dateTo = bookable; });
         shown.reload();
     }
 

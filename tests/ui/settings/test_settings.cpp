@@ -34,8 +34,7 @@ private Q_SLOTS:
         }
         // Anything but "1" is off.
         world.database.set(key, u"true"_s);
-        const AppState later(world.database, world.worker, world.finds,
-                             world.clock);
+        const AppState later(world.database, world.worker, world.finds, world.clock);
         QVERIFY(key == u"native_notify" ? !later.notifyOn()
                                         : !world.view.property(name.constData()).toBool());
     }
