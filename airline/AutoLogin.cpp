@@ -7,6 +7,7 @@
 #include "airline/SAS.h"
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
+#include "airline/StandBack.h"
 #include "core/Settings.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
@@ -47,20 +48,15 @@ struct AutoLogin::Attempt {
     bool windowShown = false;
 };
 
-AutoLogin::AutoLogin(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
-                     SessionState& state, Capture& capture, CookieVault& vault,
-                     SignInWindow& window, Site site, std::function<bool()> mustStandBack)
-    : m_view(view)
-    , m_clock(clock)
-    , m_settings(settings)
-    , m_keychain(keychain)
-    , m_state(state)
-    , m_capture(capture)
-    , m_vault(vault)
+AutoLogin::AutoLogin(SignInContext context, SignInWindow& window, StandBack& standBack,
+                     const Settings& settings, Keychain& keychain)
+    : m_context(std::move(context))
     , m_window(window)
-    , m_site(std::move(site))
-    , m_mustStandBack(std::move(mustStandBack)) {
-    connect(&state, &SessionState::loginWindowOpenChanged, this, [this] { ++m_windowChanges; });
+    , m_standBack(standBack)
+    , m_settings(settings)
+    , m_keychain(keychain) {
+    connect(&m_context.state, &SessionState::loginWindowOpenChanged, this,
+            [this] { ++m_windowChanges; });
 }
 
 bool AutoLogin::mayFillIn(const Site& site, const QUrl& page) {
@@ -90,30 +86,31 @@ QCoro::Task<bool> AutoLogin::attemptAutoLogin() {
     if (!mayBegin(attempt))
         co_return false;
     TDLog::note(u"auto-innlogging: starter (skjema + ev. Turnstile)"_s);
-    m_capture.end();
+    m_context.capture.end();
     m_window.hide();
-    co_await m_vault.pruneCookiesNow();
+    co_await m_context.vault.pruneCookiesNow();
     if (!self || !mayBegin(attempt))
         co_return false;
-    m_lastAutoLoginAttempt = m_clock.ticks();
-    m_view.load(QUrl(SAS::loginURL(m_site)));
+    m_lastAutoLoginAttempt = m_context.clock.ticks();
+    m_context.view.load(QUrl(SAS::loginURL(m_context.site)));
     co_return co_await run(*credentials, attempt);
 }
 
 /// Asked after every wait before the page is loaded, since the world may have changed meanwhile.
 bool AutoLogin::mayBegin(const Attempt& attempt) const {
     const bool wasJustTried =
-        m_lastAutoLoginAttempt && m_clock.ticks() - *m_lastAutoLoginAttempt < pauseBetweenAttempts;
+        m_lastAutoLoginAttempt &&
+        m_context.clock.ticks() - *m_lastAutoLoginAttempt < pauseBetweenAttempts;
     return !userTookOver(attempt) && !wasJustTried && !standsBack();
 }
 
 /// Also when the window has been closed again: what the user did in it is not to be undone.
 bool AutoLogin::userTookOver(const Attempt& attempt) const {
-    return m_state.isLoginWindowOpen() || attempt.windowChanges != m_windowChanges;
+    return m_context.state.isLoginWindowOpen() || attempt.windowChanges != m_windowChanges;
 }
 
 bool AutoLogin::standsBack() const {
-    if (!m_mustStandBack || !m_mustStandBack())
+    if (!m_standBack.isOn())
         return false;
     TDLog::note(u"auto-innlogging: hoppet over (SAS ber oss vente)"_s);
     return true;
@@ -122,11 +119,11 @@ bool AutoLogin::standsBack() const {
 QCoro::Task<bool> AutoLogin::run(Credentials credentials, Attempt attempt) {
     const QPointer self(this);
     for (int i = 0; i < maxSteps; ++i) {
-        co_await m_clock.sleep(step);
+        co_await m_context.clock.sleep(step);
         // The user may have opened the window meanwhile, and is not to be typed over.
         if (!self || userTookOver(attempt))
             co_return false;
-        if (mayFillIn(m_site, m_view.documentUrl()) && standsBack())
+        if (mayFillIn(m_context.site, m_context.view.documentUrl()) && standsBack())
             co_return giveUp(attempt);
         const auto answer = co_await autoLoginStep(credentials, attempt.force);
         if (!self || userTookOver(attempt))
@@ -134,9 +131,9 @@ QCoro::Task<bool> AutoLogin::run(Credentials credentials, Attempt attempt) {
         if (answer == u"done"_s) {
             if (attempt.windowShown)
                 m_window.hide();
-            m_state.lastSessionRefresh = m_clock.ticks();
+            m_context.state.lastSessionRefresh = m_context.clock.ticks();
             TDLog::note(u"auto-innlogging: fullfoert"_s);
-            m_vault.snapshotSoon();
+            m_context.vault.snapshotSoon();
             co_return true;
         }
         if (answer == u"error"_s) {
@@ -186,22 +183,22 @@ void AutoLogin::showWindow(Attempt& attempt, const QString& reason) {
 /// The window stays for the user, and rounds wait for it, unless the user has closed it.
 bool AutoLogin::giveUp(const Attempt& attempt) {
     if (attempt.windowShown && m_window.isVisible())
-        m_state.setLoginWindowOpen(true);
+        m_context.state.setLoginWindowOpen(true);
     return false;
 }
 
 QCoro::Task<std::optional<QString>> AutoLogin::autoLoginStep(Credentials credentials, bool force) {
-    const QString host = PageScripts::jsString(m_site.identityHost);
-    const QString domain = PageScripts::jsString(m_site.domain);
-    if (!mayFillIn(m_site, m_view.documentUrl())) {
+    const QString host = PageScripts::jsString(m_context.site.identityHost);
+    const QString domain = PageScripts::jsString(m_context.site.domain);
+    if (!mayFillIn(m_context.site, m_context.view.documentUrl())) {
         // Whatever page this is, it gets no details; it can only be the end of the way.
         const QString question = PageScripts::call(u"sso-state.js"_s, {host, domain});
-        const auto state = co_await m_view.evaluate(question);
+        const auto state = co_await m_context.view.evaluate(question);
         co_return state == u"done"_s ? state : u"waiting"_s;
     }
     const QString script =
         PageScripts::call(u"auto-login-form.js"_s, {PageScripts::jsString(credentials.user),
                                                     PageScripts::jsString(credentials.password),
                                                     force ? u"true"_s : u"false"_s, host, domain});
-    co_return co_await m_view.evaluate(script);
+    co_return co_await m_context.view.evaluate(script);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "airline/Site.h"
+#include "airline/SignInContext.h"
 #include "core/Keychain.h"
 #include "platform/Clock.h"
 
@@ -9,26 +9,22 @@
 #include <QObject>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
-class Capture;
-class CookieVault;
-class SessionState;
 class Settings;
 class SignInWindow;
-class WebView;
+class StandBack;
 
 /// Signs in with the details from the keychain, by filling in the identity provider's form; shows
 /// the window when its challenge does not let a program through.
 class AutoLogin : public QObject {
     Q_OBJECT
 public:
-    /// All but `site` must outlive this object. `mustStandBack`, never when absent, is asked before
-    /// anything is tried and before every step that fills in something; true ends the attempt.
-    AutoLogin(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
-              SessionState& state, Capture& capture, CookieVault& vault, SignInWindow& window,
-              Site site, std::function<bool()> mustStandBack = {});
+    /// All must outlive this object. `window` shows the context's web view. `standBack` is asked
+    /// before anything is tried and before every step that fills in something, and ends the
+    /// attempt.
+    AutoLogin(SignInContext context, SignInWindow& window, StandBack& standBack,
+              const Settings& settings, Keychain& keychain);
 
     /// True when the browser is signed in. At once false when automatic sign-in is switched off,
     /// has no details, loaded its page less than five minutes ago, or must stand back; false, too,
@@ -51,16 +47,11 @@ private:
     bool giveUp(const Attempt& attempt);
     bool isStuck(Attempt& attempt);
 
-    WebView& m_view;
-    Clock& m_clock;
+    SignInContext m_context;
+    SignInWindow& m_window;
+    StandBack& m_standBack;
     const Settings& m_settings;
     Keychain& m_keychain;
-    SessionState& m_state;
-    Capture& m_capture;
-    CookieVault& m_vault;
-    SignInWindow& m_window;
-    Site m_site;
-    std::function<bool()> m_mustStandBack;
     /// How often the user's window was opened or closed.
     int m_windowChanges = 0;
     /// When one last loaded its page.

@@ -23,11 +23,8 @@ public:
     const std::optional<int>& operator[](Cabin cabin) const {
         return m_numbers[static_cast<size_t>(cabin)];
     }
-    /// The same by raw value; absent also for a text that is no cabin.
-    std::optional<int> of(const QString& cabin) const {
-        const auto known = cabinFromRaw(cabin);
-        return known ? (*this)[*known] : std::nullopt;
-    }
+    /// No cabin has a number.
+    bool isEmpty() const { return *this == CabinNumbers(); }
 
     bool operator==(const CabinNumbers&) const = default;
 

@@ -72,7 +72,7 @@ QCoro::Task<std::optional<Outcome>> Capture::capture(Leg leg, std::chrono::milli
     ++m_number;
     const OneShot<std::optional<Outcome>> pending;
     m_pending = pending;
-    m_view.load(pageOf(leg));
+    m_view.load(QUrl(SAS::pageOf(m_site, leg)));
     m_timeout = m_clock.after(timeout, [this] { giveUp(); });
     auto outcome = co_await pending;
     co_return outcome;
@@ -118,8 +118,7 @@ void Capture::receive(const ScriptMessage& message) {
     if (body == message.texts.constEnd())
         return;
     const QString url = QString::fromUtf8(message.texts.value(u"url"_s));
-    const auto matches = m_leg->flow == Flow::award ? SAS::awardURLMatches : SAS::offersURLMatches;
-    if (!matches(url, m_leg->origin, m_leg->destination, m_leg->date.toString(u"yyyyMMdd"_s)))
+    if (!SAS::isRequestOf(*m_leg, url))
         return;
     const Verdict::Response response{
         message.texts.value(u"status"_s).toInt(),
@@ -165,11 +164,4 @@ QCoro::Task<> Capture::lookAtPage() {
         conclude(Kind::refused);
     else
         lookLater();
-}
-
-QUrl Capture::pageOf(const Leg& leg) const {
-    const QString date = leg.date.toString(Qt::ISODate);
-    return QUrl(leg.flow == Flow::award
-                    ? SAS::awardURL(m_site, leg.origin, leg.destination, date)
-                    : SAS::bookingURL(m_site, leg.origin, leg.destination, date));
 }

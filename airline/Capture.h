@@ -49,7 +49,6 @@ private:
     void takePage(const QUrl& url, int status, const QString& retryAfter);
     void lookLater();
     QCoro::Task<> lookAtPage();
-    QUrl pageOf(const Leg& leg) const;
 
     WebView& m_view;
     Clock& m_clock;

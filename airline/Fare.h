@@ -2,35 +2,26 @@
 #pragma once
 
 #include "airline/CabinNumbers.h"
+#include "core/FareKey.h"
+#include "core/LocalTime.h"
+#include "core/Stops.h"
 
 #include <QString>
-#include <QStringList>
 
 /// One itinerary of one date, as the airline's response gives it.
 ///
-/// Codes are upper case, times local and exactly as the response spells them. A default fare has
-/// every text empty, both integers 0 and no numbers for any cabin; a parsed one has all four cabins
-/// in `availability`.
+/// Codes are upper case. A default fare has nothing known, and no numbers for any cabin; a parsed
+/// one has all four cabins in `availability`.
 struct Fare {
-    /// `date`-`origin`-`destination`-`flight`, such as 2025-03-01-OSL-BKK-SK1467,TG955.
-    QString key;
-    QString origin;
-    QString destination;
-    /// `origin`-`destination`.
-    QString route;
+    /// Date of departure, route and flights.
+    FareKey key;
     /// City names as the airline spells them; the code where there is none.
     QString fromCity;
     QString toCity;
-    /// Departure date, "yyyy-MM-dd".
-    QString date;
-    int numberOfStops = 0;
-    /// Codes of the airports between, in flight order.
-    QStringList stops;
-    /// Flight designators joined by ",", such as "SK1467,TG955".
-    QString flight;
-    QString localDepart;
+    Stops stops;
+    LocalTime localDepart;
     /// Empty when absent.
-    QString localArrive;
+    LocalTime localArrive;
     /// 0 when unknown.
     int durationMinutes = 0;
     /// Award seats; 0 when nothing is offered.

@@ -13,11 +13,13 @@
 /// Who looks up fares for the poll worker: between `prepare` and `rest`, one leg at a time.
 class LegFetcher {
 public:
-    /// Told what is being done beside looking, or why it waits, in Norwegian.
-    using Progress = std::function<void(const QString& label)>;
-
-    /// The label while the sign-in window is waited for.
-    static QString waitingLabel() { return QStringLiteral("venter på innlogging"); }
+    /// What keeps it from looking for a while.
+    enum class Aside {
+        /// The sign-in window is open; told every second.
+        waitsForSignIn,
+        renewsSession,
+    };
+    using Progress = std::function<void(Aside)>;
 
     virtual ~LegFetcher() = default;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "airline/LiveSession.h"
 
-#include "airline/StandBack.h"
 #include "core/Database.h"
 #include "platform/WebView.h"
 
@@ -10,7 +9,7 @@ LiveSession::LiveSession(WebView& view, HostWindow& window, Clock& clock, Databa
                          Capture& capture, const Site& site)
     : m_navHosts(view)
     , m_vault(view.cookies(), keychain, database.safekeeping(), clock, site)
-    , m_window(window, view, clock, state, capture, m_vault, m_navHosts, site)
-    , m_singleSignOn(view, clock, state, capture, m_vault, m_navHosts, site)
-    , m_autoLogin(view, clock, database.settings(), keychain, state, capture, m_vault, m_window,
-                  site, [&standBack] { return standBack.isOn(); }) {}
+    , m_context{view, clock, state, capture, m_vault, m_navHosts, site}
+    , m_window(window, m_context)
+    , m_singleSignOn(m_context)
+    , m_autoLogin(m_context, m_window, standBack, database.settings(), keychain) {}

@@ -35,6 +35,7 @@ public:
 private:
     NavHosts m_navHosts;
     CookieVault m_vault;
+    SignInContext m_context;
     SignInWindow m_window;
     SingleSignOn m_singleSignOn;
     AutoLogin m_autoLogin;

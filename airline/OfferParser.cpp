@@ -2,8 +2,7 @@
 #include "airline/OfferParser.h"
 
 #include "airline/SAS.h"
-
-#include <QStringBuilder>
+#include "core/DateFmt.h"
 
 #include <simdjson.h>
 
@@ -149,6 +148,8 @@ void keepLowest(std::optional<int>& lowest, int points) {
 
 /// What both kinds of responses say of a flight under the same keys.
 struct Itinerary {
+    static constexpr qsizetype lengthOfDate = 10;
+
     std::optional<QString> localDepart;
     std::optional<QString> localArrive;
     std::optional<QString> startGmt;
@@ -213,24 +214,21 @@ struct Itinerary {
     }
 
     /// Fills in all of `fare` but its seats and prices and where it can be booked.
-    void describe(Fare& fare, const QString& origin, const QString& dest) const {
+    void describe(Fare& fare, const Route& leg) const {
         const auto code = [](const std::optional<QString>& own, const QString& ofLeg) {
             const QString trimmed = own.value_or(QString()).trimmed().toUpper();
             return trimmed.isEmpty() ? ofLeg.toUpper() : trimmed;
         };
-        fare.origin = code(originCode, origin);
-        fare.destination = code(destinationCode, dest);
-        fare.route = fare.origin % u'-' % fare.destination;
-        fare.fromCity = originCity.value_or(fare.origin);
-        fare.toCity = destinationCity.value_or(fare.destination);
-        fare.localDepart = localDepart.value_or(QString());
-        fare.localArrive = localArrive.value_or(QString());
-        fare.date = fare.localDepart.left(10);
-        fare.numberOfStops = stops.value_or(0);
-        fare.stops = stopCodes;
-        fare.flight = flight;
+        const QString departs = localDepart.value_or(QString());
+        fare.key.date = DateFmt::dateFromIso(QStringView(departs).left(lengthOfDate));
+        fare.key.route = {code(originCode, leg.origin), code(destinationCode, leg.destination)};
+        fare.key.flights = flight;
+        fare.fromCity = originCity.value_or(fare.key.route.origin);
+        fare.toCity = destinationCity.value_or(fare.key.route.destination);
+        fare.localDepart = LocalTime::fromAirline(departs);
+        fare.localArrive = LocalTime::fromAirline(localArrive.value_or(QString()));
+        fare.stops = {stops.value_or(0), stopCodes};
         fare.durationMinutes = SAS::durationMinutes(startGmt, endGmt, connection);
-        fare.key = fare.date % u'-' % fare.route % u'-' % flight;
     }
 };
 
@@ -307,8 +305,7 @@ Fare fareWithoutSeats() {
     return fare;
 }
 
-Fare ordinaryFare(dom::object flight, const Site& site, const QString& origin,
-                  const QString& dest) {
+Fare ordinaryFare(dom::object flight, const Site& site, const Route& leg) {
     Itinerary itinerary;
     Fare fare = fareWithoutSeats();
     for (const auto [key, value] : flight) {
@@ -325,13 +322,12 @@ Fare ordinaryFare(dom::object flight, const Site& site, const QString& origin,
         else if (key == "cabins")
             addCabins(value, fare);
     }
-    itinerary.describe(fare, origin, dest);
-    fare.bookingURL = SAS::bookingURL(site, fare.origin, fare.destination, fare.date);
+    itinerary.describe(fare, leg);
+    fare.bookingURL = SAS::bookingURL(site, fare.key.route, fare.key.date);
     return fare;
 }
 
-std::optional<Fare> awardFare(dom::object flight, const Site& site, const QString& origin,
-                              const QString& dest) {
+std::optional<Fare> awardFare(dom::object flight, const Site& site, const Route& leg) {
     Itinerary itinerary;
     std::optional<QString> startTime;
     std::optional<QString> endTime;
@@ -372,8 +368,8 @@ std::optional<Fare> awardFare(dom::object flight, const Site& site, const QStrin
               [&fare](dom::object entry) { mergeAwardCabin(entry, "avlSeats", fare); });
     eachEntry(cabins,
               [&fare](dom::object entry) { mergeAwardCabin(entry, "availableSeats", fare); });
-    itinerary.describe(fare, origin, dest);
-    fare.bookingURL = SAS::awardURL(site, fare.origin, fare.destination, fare.date);
+    itinerary.describe(fare, leg);
+    fare.bookingURL = SAS::awardURL(site, fare.key.route, fare.key.date);
     return fare;
 }
 
@@ -400,8 +396,7 @@ OfferParser::OfferParser(Site site)
 
 OfferParser::~OfferParser() = default;
 
-std::optional<QList<Fare>> OfferParser::parseOffers(const QByteArray& body, const QString& origin,
-                                                    const QString& dest) {
+std::optional<QList<Fare>> OfferParser::parseOffers(const QByteArray& body, const Route& leg) {
     const auto root = m_buffers->root(body);
     if (!root)
         return std::nullopt;
@@ -410,13 +405,12 @@ std::optional<QList<Fare>> OfferParser::parseOffers(const QByteArray& body, cons
         return std::nullopt;
     QList<Fare> fares;
     eachObjectMember(flights, [&](std::string_view, dom::object flight) {
-        fares.append(ordinaryFare(flight, m_site, origin, dest));
+        fares.append(ordinaryFare(flight, m_site, leg));
     });
     return fares;
 }
 
-std::optional<QList<Fare>>
-OfferParser::parseAwardOffers(const QByteArray& body, const QString& origin, const QString& dest) {
+std::optional<QList<Fare>> OfferParser::parseAwardOffers(const QByteArray& body, const Route& leg) {
     const auto root = m_buffers->root(body);
     if (!root)
         return std::nullopt;
@@ -429,13 +423,13 @@ OfferParser::parseAwardOffers(const QByteArray& body, const QString& origin, con
         const auto flight = object(entry);
         if (!flight)
             continue;
-        if (auto fare = awardFare(*flight, m_site, origin, dest))
+        if (auto fare = awardFare(*flight, m_site, leg))
             fares.append(std::move(*fare));
     }
     return fares;
 }
 
 std::optional<QList<Fare>> OfferParser::parse(const QByteArray& body, const Leg& leg) {
-    return leg.flow == Flow::award ? parseAwardOffers(body, leg.origin, leg.destination)
-                                   : parseOffers(body, leg.origin, leg.destination);
+    return leg.flow == Flow::award ? parseAwardOffers(body, leg.route)
+                                   : parseOffers(body, leg.route);
 }

@@ -27,15 +27,13 @@ public:
     Q_DISABLE_COPY_MOVE(OfferParser)
 
     /// The fares of an ordinary response, in no particular order, one for every flight object,
-    /// also without any award seat. `origin` and `dest` stand in for codes that a flight lacks.
+    /// also without any award seat. `leg` stands in for codes that a flight lacks.
     /// Absent when the body is not a JSON object in valid UTF-8, is nested more than 1,024 deep, is
     /// larger than `largestBody`, holds a number that no double can, or has no `outboundFlights` of
     /// the response's own shape: an error is no answer without flights.
-    std::optional<QList<Fare>> parseOffers(const QByteArray& body, const QString& origin,
-                                           const QString& dest);
+    std::optional<QList<Fare>> parseOffers(const QByteArray& body, const Route& leg);
     /// The same for an award response, whose sold-out flights are left out.
-    std::optional<QList<Fare>> parseAwardOffers(const QByteArray& body, const QString& origin,
-                                                const QString& dest);
+    std::optional<QList<Fare>> parseAwardOffers(const QByteArray& body, const Route& leg);
 
     /// The one of the two that reads answers of the leg's flow.
     std::optional<QList<Fare>> parse(const QByteArray& body, const Leg& leg);

@@ -24,8 +24,7 @@ QString digitsOf(const QString& text) {
 }
 
 bool queryMatches(const QString& url, const QString& originKey, const QString& destKey,
-                  const QString& dateKey, const QString& origin, const QString& dest,
-                  const QString& outDate) {
+                  const QString& dateKey, const Route& route, QDate date) {
     // The page wrote it, and pages may write what only a browser accepts.
     const QUrl parsed(url, QUrl::TolerantMode);
     if (!parsed.isValid() || !parsed.hasQuery())
@@ -33,10 +32,9 @@ bool queryMatches(const QString& url, const QString& originKey, const QString& d
     QHash<QString, QString> items;
     for (const auto& [name, value] : QUrlQuery(parsed).queryItems(QUrl::FullyDecoded))
         items.insert(name.toLower(), value);
-    return items.contains(originKey) && items.contains(destKey) && items.contains(dateKey) &&
-           items.value(originKey).toUpper() == origin.toUpper() &&
-           items.value(destKey).toUpper() == dest.toUpper() &&
-           digitsOf(items.value(dateKey)) == digitsOf(outDate);
+    return items.value(originKey).toUpper() == route.origin.toUpper() &&
+           items.value(destKey).toUpper() == route.destination.toUpper() &&
+           digitsOf(items.value(dateKey)) == DateFmt::compact(date);
 }
 
 /// An address text in its absolute, encoded form. Nearly all consist of characters that stay as
@@ -106,18 +104,17 @@ const QSet<QString>& hubAwardDests() {
     return codes;
 }
 
-RoutePair searchedPair(const QString& origin, const QString& destination, bool includePartners) {
-    const bool fromHub =
-        !includePartners && hubAwardDests().contains(destination) && !hubs().contains(origin);
-    return {fromHub ? hubs().first() : origin, destination};
+Route searchedRoute(const Route& wished, bool includePartners) {
+    const bool fromHub = !includePartners && hubAwardDests().contains(wished.destination) &&
+                         !hubs().contains(wished.origin);
+    return {fromHub ? hubs().first() : wished.origin, wished.destination};
 }
 
-QString bookingURL(const Site& site, const QString& origin, const QString& dest,
-                   const QString& dateISO) {
-    if (origin.isEmpty() || dest.isEmpty() || dateISO.isEmpty())
+QString bookingURL(const Site& site, const Route& route, QDate date) {
+    if (route.origin.isEmpty() || route.destination.isEmpty() || !date.isValid())
         return {};
-    return encodedAddress(site.origin % u"/book/flights/?search=OW_" % origin.toUpper() % u'-' %
-                          dest.toUpper() % u'-' % QString(dateISO).remove(u'-') %
+    return encodedAddress(site.origin % u"/book/flights/?search=OW_" % route.origin.toUpper() %
+                          u'-' % route.destination.toUpper() % u'-' % DateFmt::compact(date) %
                           u"_a1c0i0y0&view=upsell&bookingFlow=points&sortBy=rec,rec"
                           u"&filterBy=all,all");
 }
@@ -126,45 +123,48 @@ QString loginURL(const Site& site) {
     return site.origin + u"/auth/login?ui_locales=nb&returnTo=%2F"_s;
 }
 
-QString awardURL(const Site& site, const QString& origin, const QString& dest,
-                 const QString& dateISO) {
-    return encodedAddress(site.origin % u"/booking/award/flights?origin=" % origin.toUpper() %
-                          u"&destination=" % dest.toUpper() % u"&outboundDate=" % dateISO %
-                          u"&adults=1");
+QString awardURL(const Site& site, const Route& route, QDate date) {
+    return encodedAddress(site.origin % u"/booking/award/flights?origin=" % route.origin.toUpper() %
+                          u"&destination=" % route.destination.toUpper() % u"&outboundDate=" %
+                          DateFmt::iso(date) % u"&adults=1");
 }
 
-bool offersURLMatches(const QString& url, const QString& origin, const QString& dest,
-                      const QString& outDate) {
-    return queryMatches(url, u"from"_s, u"to"_s, u"outdate"_s, origin, dest, outDate);
+QString pageOf(const Site& site, const Leg& leg) {
+    return leg.flow == Flow::award ? awardURL(site, leg.route, leg.date)
+                                   : bookingURL(site, leg.route, leg.date);
 }
 
-bool awardURLMatches(const QString& url, const QString& origin, const QString& dest,
-                     const QString& outDate) {
-    return queryMatches(url, u"origin"_s, u"destination"_s, u"outbounddate"_s, origin, dest,
-                        outDate);
+bool offersURLMatches(const QString& url, const Route& route, QDate date) {
+    return queryMatches(url, u"from"_s, u"to"_s, u"outdate"_s, route, date);
 }
 
-QMap<QString, int> matchingCabins(const Fare& fare, const CabinSet& wanted, int minSeats,
-                                  int maxStops) {
-    QMap<QString, int> cabins;
-    if (fare.numberOfStops > maxStops)
+bool awardURLMatches(const QString& url, const Route& route, QDate date) {
+    return queryMatches(url, u"origin"_s, u"destination"_s, u"outbounddate"_s, route, date);
+}
+
+bool isRequestOf(const Leg& leg, const QString& url) {
+    return (leg.flow == Flow::award ? awardURLMatches : offersURLMatches)(url, leg.route, leg.date);
+}
+
+CabinNumbers matchingCabins(const Fare& fare, CabinSet wanted, int minSeats, int maxStops) {
+    CabinNumbers cabins;
+    if (fare.stops.number > maxStops)
         return cabins;
     const int need = std::max(minSeats, 1);
-    for (const QString& cabin : wanted) {
-        const auto seats = fare.availability.of(cabin);
+    for (const Cabin cabin : wanted) {
+        const auto seats = fare.availability[cabin];
         if (seats && *seats >= need)
-            cabins.insert(cabin, *seats);
+            cabins[cabin] = seats;
     }
     return cabins;
 }
 
-QList<QDate> expandDates(const QString& from, const QString& to, QDate earliest, int cap) {
-    const auto first = DateFmt::parseIso(from);
-    if (!first)
+QList<QDate> expandDates(QDate from, QDate to, QDate earliest, int cap) {
+    if (!from.isValid())
         return {};
-    const QDate last = std::max(*first, DateFmt::parseIso(to).value_or(*first));
+    const QDate last = std::max(from, to);
     QList<QDate> dates;
-    for (QDate date = std::max(*first, earliest); date <= last && dates.size() < cap;
+    for (QDate date = std::max(from, earliest); date <= last && dates.size() < cap;
          date = date.addDays(1))
         dates.append(date);
     return dates;

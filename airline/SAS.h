@@ -2,6 +2,7 @@
 #pragma once
 
 #include "airline/Fare.h"
+#include "airline/Leg.h"
 #include "airline/Site.h"
 #include "core/Cabin.h"
 
@@ -21,44 +22,35 @@ const QStringList& hubs();
 /// Long-haul destinations that, without partner flights, are searched from the hub.
 const QSet<QString>& hubAwardDests();
 
-/// The pair of codes that a search from `origin` to `destination` looks at: the hub instead of
-/// the origin for long-haul destinations, unless partner flights count.
-struct RoutePair {
-    QString origin;
-    QString destination;
-    QString text() const { return origin + u'-' + destination; }
-    bool operator==(const RoutePair&) const = default;
-};
-RoutePair searchedPair(const QString& origin, const QString& destination, bool includePartners);
+/// What a search for `wished` looks at: the hub instead of the origin for long-haul destinations,
+/// unless partner flights count.
+Route searchedRoute(const Route& wished, bool includePartners);
 
-/// The ordinary points-search page of one leg; `dateISO` is "yyyy-MM-dd" or "yyyyMMdd". Empty when
-/// one of the three texts is.
-QString bookingURL(const Site& site, const QString& origin, const QString& dest,
-                   const QString& dateISO);
+/// The ordinary points-search page of a route on a date; empty when a code or the date is missing.
+QString bookingURL(const Site& site, const Route& route, QDate date);
 /// The page that starts the identity provider's sign-in in Norwegian and comes back to the start
 /// page.
 QString loginURL(const Site& site);
-/// The award-flow page of one leg; `dateISO` is "yyyy-MM-dd".
-QString awardURL(const Site& site, const QString& origin, const QString& dest,
-                 const QString& dateISO);
+/// The award-flow page of a route on a date.
+QString awardURL(const Site& site, const Route& route, QDate date);
+/// The one of the two that a leg is looked up on.
+QString pageOf(const Site& site, const Leg& leg);
 
-/// Whether a captured request of the ordinary offer endpoint belongs to this leg. `url` may be
-/// relative; `outDate` in either form.
-bool offersURLMatches(const QString& url, const QString& origin, const QString& dest,
-                      const QString& outDate);
+/// Whether a captured request of the ordinary offer endpoint asks for this route and date. `url`
+/// may be relative.
+bool offersURLMatches(const QString& url, const Route& route, QDate date);
 /// The same for the award endpoint.
-bool awardURLMatches(const QString& url, const QString& origin, const QString& dest,
-                     const QString& outDate);
+bool awardURLMatches(const QString& url, const Route& route, QDate date);
+/// Whether it belongs to the leg, in its flow.
+bool isRequestOf(const Leg& leg, const QString& url);
 
 /// The cabins among `wanted` that have at least `minSeats` (and at least one) seats, with their
 /// seats; none when the fare has more than `maxStops` stops.
-QMap<QString, int> matchingCabins(const Fare& fare, const CabinSet& wanted, int minSeats,
-                                  int maxStops);
+CabinNumbers matchingCabins(const Fare& fare, CabinSet wanted, int minSeats, int maxStops);
 
-/// The dates from `from` to `to` (both "yyyy-MM-dd"), ascending, at most `cap` of those from
-/// `earliest` on. None when `from` is not a date; only `from` when `to` is not a date or lies
-/// before it.
-QList<QDate> expandDates(const QString& from, const QString& to, QDate earliest, int cap);
+/// The dates from `from` to `to`, ascending, at most `cap` of those from `earliest` on. None when
+/// `from` is invalid; only `from` when `to` is invalid or lies before it.
+QList<QDate> expandDates(QDate from, QDate to, QDate earliest, int cap);
 
 /// Travel time in minutes, from two instants such as "2025-03-01T10:15:00.000Z", else from a text
 /// of hours and minutes such as "13:05". 0 when unknown, or not between 1 minute and 48 hours.

@@ -32,12 +32,6 @@ void SessionState::setLoggedOut(bool autoLoginFailed) {
     if (m_loginStatus.isLoggedOut())
         return;
     setLoginStatus(SASLoginStatus::loggedOut());
-    QString prefix;
-    if (m_isLoginWindowOpen)
-        prefix = u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
-                 u"åpent. "_s;
-    else if (autoLoginFailed)
-        prefix = u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
-    Q_EMIT notice(u"⚠️ Logget ut av SAS"_s,
-                  prefix + u"Søkene får ingen data før du er innlogget igjen."_s);
+    const SignOut unaided = autoLoginFailed ? SignOut::autoLoginFailed : SignOut::plain;
+    Q_EMIT signedOut(m_isLoginWindowOpen ? SignOut::windowWaits : unaided);
 }

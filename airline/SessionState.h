@@ -4,9 +4,18 @@
 #include "airline/SASLoginStatus.h"
 
 #include <QObject>
-#include <QString>
 
 #include <optional>
+
+/// How the user came to be signed out, as far as it helps to tell them.
+enum class SignOut {
+    /// The session could not be renewed.
+    plain,
+    /// Automatic sign-in got as far as the window, which is open for the user.
+    windowWaits,
+    /// Automatic sign-in is switched on and has details, and did not get in.
+    autoLoginFailed,
+};
 
 /// The one place that holds the state of the session, shared by everybody who changes it.
 class SessionState : public QObject {
@@ -25,8 +34,8 @@ public:
     bool isLoginWindowOpen() const { return m_isLoginWindowOpen; }
     void setLoginWindowOpen(bool open);
 
-    /// The session is dead and could not be renewed. Tells the user on the change into that state
-    /// only; `autoLoginFailed` says that automatic sign-in is switched on and had details to use.
+    /// The session is dead and could not be renewed; `autoLoginFailed` says that automatic sign-in
+    /// is switched on and had details to use. It is `signedOut` on the change into that state only.
     void setLoggedOut(bool autoLoginFailed);
 
     /// When the session was last renewed in this run; absent if never.
@@ -36,8 +45,8 @@ Q_SIGNALS:
     void loginStatusChanged();
     void siteUnreachableChanged();
     void loginWindowOpenChanged();
-    /// Something that the user should be told by a notification.
-    void notice(const QString& title, const QString& body);
+    /// The user should be told.
+    void signedOut(SignOut how);
 
 private:
     SASLoginStatus m_loginStatus;

@@ -27,23 +27,15 @@ QString SignInWindow::button() {
     return u"✓ Ferdig — jeg er innlogget"_s;
 }
 
-SignInWindow::SignInWindow(HostWindow& window, WebView& view, Clock& clock, SessionState& state,
-                           Capture& capture, CookieVault& vault, NavHosts& navHosts, Site site)
-    : m_window(window)
-    , m_view(view)
-    , m_clock(clock)
-    , m_state(state)
-    , m_capture(capture)
-    , m_vault(vault)
-    , m_navHosts(navHosts)
-    , m_site(std::move(site)) {
+SignInWindow::SignInWindow(HostWindow& window, SignInContext context)
+    : m_window(window), m_context(std::move(context)) {
     connect(&window, &HostWindow::finished, this, &SignInWindow::finishLogin);
     connect(&window, &HostWindow::closed, this, &SignInWindow::loginWindowClosed);
 }
 
 void SignInWindow::openLogin() {
     TDLog::note(u"innlogging: vindu aapnet"_s);
-    m_state.setLoginWindowOpen(true);
+    m_context.state.setLoginWindowOpen(true);
     m_window.setReason({});
     m_window.show(HostWindow::Activation::takeFocus);
     loadLoginPage();
@@ -53,14 +45,14 @@ QCoro::Task<> SignInWindow::loadLoginPage() {
     const QPointer self(this);
     const int opening = ++m_openings;
     // Its page goes away, so its answer would never come.
-    m_capture.end();
-    co_await m_vault.restoreCookiesIfNeeded();
+    m_context.capture.end();
+    co_await m_context.vault.restoreCookiesIfNeeded();
     if (!self)
         co_return;
-    co_await m_vault.pruneCookiesNow();
+    co_await m_context.vault.pruneCookiesNow();
     // The keychain may have taken a minute; the user may have closed the window, or opened it anew.
-    if (self && m_state.isLoginWindowOpen() && opening == m_openings)
-        m_view.load(QUrl(SAS::loginURL(m_site)));
+    if (self && m_context.state.isLoginWindowOpen() && opening == m_openings)
+        m_context.view.load(QUrl(SAS::loginURL(m_context.site)));
 }
 
 void SignInWindow::finishLogin() {
@@ -69,21 +61,21 @@ void SignInWindow::finishLogin() {
 }
 
 void SignInWindow::loginWindowClosed() {
-    if (m_state.isLoginWindowOpen())
+    if (m_context.state.isLoginWindowOpen())
         judge();
 }
 
 void SignInWindow::judge() {
-    m_state.setLoginWindowOpen(false);
-    const bool visited = m_navHosts.visited(m_site.identityHost);
-    const QUrl page = m_view.url();
-    const bool isFresh = visited && page.host().toLower().contains(m_site.domain) &&
+    m_context.state.setLoginWindowOpen(false);
+    const bool visited = m_context.navHosts.visited(m_context.site.identityHost);
+    const QUrl page = m_context.view.url();
+    const bool isFresh = visited && page.host().toLower().contains(m_context.site.domain) &&
                          !page.path().startsWith(u"/auth/"_s);
     if (isFresh) {
-        m_state.lastSessionRefresh = m_clock.ticks();
-        m_state.setLoginStatus(SASLoginStatus::checking());
+        m_context.state.lastSessionRefresh = m_context.clock.ticks();
+        m_context.state.setLoginStatus(SASLoginStatus::checking());
         TDLog::note(u"innlogging: vindu lukket — auth0-runde fullfoert, oekten regnes fersk"_s);
-        m_vault.snapshotSoon();
+        m_context.vault.snapshotSoon();
     } else {
         TDLog::note(u"innlogging: vindu lukket UTEN fullfoert auth0-runde (auth besoekt: %1) — "
                     u"antar ingenting, bekrefter"_s.arg(visited ? u"true"_s : u"false"_s));

@@ -1,19 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "airline/Site.h"
-#include "platform/Clock.h"
+#include "airline/SignInContext.h"
 
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
 
-class Capture;
-class CookieVault;
 class HostWindow;
-class NavHosts;
-class SessionState;
-class WebView;
 
 /// The window in which the user signs in, with the same web view that looks up fares when it is
 /// hidden.
@@ -24,9 +18,8 @@ public:
     static QString instruction();
     static QString button();
 
-    /// All but `site` must outlive this object.
-    SignInWindow(HostWindow& window, WebView& view, Clock& clock, SessionState& state,
-                 Capture& capture, CookieVault& vault, NavHosts& navHosts, Site site);
+    /// `window`, which shows the context's web view, must outlive this object.
+    SignInWindow(HostWindow& window, SignInContext context);
 
     /// Shows the window with the sign-in page.
     void openLogin();
@@ -48,12 +41,6 @@ private:
     QCoro::Task<> loadLoginPage();
 
     HostWindow& m_window;
-    WebView& m_view;
-    Clock& m_clock;
-    SessionState& m_state;
-    Capture& m_capture;
-    CookieVault& m_vault;
-    NavHosts& m_navHosts;
-    Site m_site;
+    SignInContext m_context;
     int m_openings = 0;
 };

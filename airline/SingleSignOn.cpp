@@ -23,31 +23,21 @@ constexpr auto pauseBeforeSecondLook = 3s;
 
 } // namespace
 
-SingleSignOn::SingleSignOn(WebView& view, Clock& clock, SessionState& state, Capture& capture,
-                           CookieVault& vault, NavHosts& navHosts, Site site)
-    : m_view(view)
-    , m_clock(clock)
-    , m_state(state)
-    , m_capture(capture)
-    , m_vault(vault)
-    , m_navHosts(navHosts)
-    , m_site(std::move(site)) {}
-
 QCoro::Task<bool> SingleSignOn::silentSSORefresh(int maxSteps) {
     const QPointer self(this);
     const QString before = co_await authCookieSummary();
     if (!self)
         co_return false;
     auto answer = co_await silentSSOAttempt(maxSteps);
-    if (!self || m_state.isLoginWindowOpen())
+    if (!self || m_context.state.isLoginWindowOpen())
         co_return false;
     if (answer == u"form"_s) {
         TDLog::note(u"SSO-fornyelse: skjema vises — dobbeltsjekker med ny runde"_s);
-        co_await m_clock.sleep(pauseBeforeSecondLook);
+        co_await m_context.clock.sleep(pauseBeforeSecondLook);
         if (!self)
             co_return false;
         answer = co_await silentSSOAttempt(maxSteps);
-        if (!self || m_state.isLoginWindowOpen())
+        if (!self || m_context.state.isLoginWindowOpen())
             co_return false;
         if (answer == u"form"_s) {
             const QString now = co_await authCookieSummary();
@@ -66,33 +56,33 @@ QCoro::Task<bool> SingleSignOn::silentSSORefresh(int maxSteps) {
 }
 
 void SingleSignOn::noteSuccess() const {
-    if (m_navHosts.visited(m_site.identityHost))
+    if (m_context.navHosts.visited(m_context.site.identityHost))
         TDLog::note(u"SSO-fornyelse: OK (stille, via auth0 — fristen rullet)"_s);
     else
-        TDLog::note(u"SSO-fornyelse: OK (stille) — "_s + m_site.identityHost +
+        TDLog::note(u"SSO-fornyelse: OK (stille) — "_s + m_context.site.identityHost +
                     u" ble IKKE besoekt; SSO-fristen er neppe rullet"_s);
 }
 
 QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps) {
     const QPointer self(this);
-    if (m_state.isLoginWindowOpen())
+    if (m_context.state.isLoginWindowOpen())
         co_return std::nullopt;
-    m_capture.end();
-    co_await m_vault.pruneCookiesNow();
-    if (!self || m_state.isLoginWindowOpen())
+    m_context.capture.end();
+    co_await m_context.vault.pruneCookiesNow();
+    if (!self || m_context.state.isLoginWindowOpen())
         co_return std::nullopt;
-    m_navHosts.clear();
-    m_view.load(QUrl(SAS::loginURL(m_site)));
+    m_context.navHosts.clear();
+    m_context.view.load(QUrl(SAS::loginURL(m_context.site)));
     const QString script =
-        PageScripts::call(u"sso-state.js"_s, {PageScripts::jsString(m_site.identityHost),
-                                              PageScripts::jsString(m_site.domain)});
+        PageScripts::call(u"sso-state.js"_s, {PageScripts::jsString(m_context.site.identityHost),
+                                              PageScripts::jsString(m_context.site.domain)});
     for (int i = 0; i < maxSteps; ++i) {
-        co_await m_clock.sleep(step);
-        if (!self || m_state.isLoginWindowOpen())
+        co_await m_context.clock.sleep(step);
+        if (!self || m_context.state.isLoginWindowOpen())
             co_return std::nullopt;
-        if (m_navHosts.isEmpty())
+        if (m_context.navHosts.isEmpty())
             continue;
-        const auto state = co_await m_view.evaluate(script);
+        const auto state = co_await m_context.view.evaluate(script);
         if (!self)
             co_return std::nullopt;
         if (state == u"done"_s || state == u"form"_s)
@@ -102,8 +92,8 @@ QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps)
 }
 
 QCoro::Task<QString> SingleSignOn::authCookieSummary() {
-    const QString domain = m_site.identityDomain;
-    const auto found = co_await m_view.cookies().all();
+    const QString domain = m_context.site.identityDomain;
+    const auto found = co_await m_context.view.cookies().all();
     const QList<WebCookie> cookies = found.value_or(QList<WebCookie>());
     QStringList descriptions;
     for (const WebCookie& cookie : cookies) {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "airline/Site.h"
-#include "platform/Clock.h"
+#include "airline/SignInContext.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -10,20 +9,12 @@
 
 #include <optional>
 
-class Capture;
-class CookieVault;
-class NavHosts;
-class SessionState;
-class WebView;
-
 /// Renews the session without the user: while the identity provider still knows the browser, its
 /// sign-in flow redirects straight back to the airline's site.
 class SingleSignOn : public QObject {
     Q_OBJECT
 public:
-    /// All but `site` must outlive this object.
-    SingleSignOn(WebView& view, Clock& clock, SessionState& state, Capture& capture,
-                 CookieVault& vault, NavHosts& navHosts, Site site);
+    explicit SingleSignOn(SignInContext context) : m_context(std::move(context)) {}
 
     /// True when the browser came back to the site. A form is believed only when it comes twice.
     /// Ends without an answer as soon as the user opens the sign-in window.
@@ -37,11 +28,5 @@ public:
 private:
     void noteSuccess() const;
 
-    WebView& m_view;
-    Clock& m_clock;
-    SessionState& m_state;
-    Capture& m_capture;
-    CookieVault& m_vault;
-    NavHosts& m_navHosts;
-    Site m_site;
+    SignInContext m_context;
 };

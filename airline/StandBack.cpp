@@ -2,10 +2,9 @@
 #include "airline/StandBack.h"
 
 #include "airline/RetryAfter.h"
+#include "core/Norwegian.h"
 #include "core/Safekeeping.h"
 #include "core/TDLog.h"
-
-#include <QDateTime>
 
 #include <algorithm>
 #include <cmath>
@@ -27,7 +26,7 @@ double number(const std::optional<QString>& text) {
 /// Rounded up, so that nobody is told a time that has passed.
 QString timeOfDay(Instant instant) {
     const double minutes = std::ceil(std::round(secondsSince1970(instant)) / 60);
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(minutes) * 60).toString(u"HH:mm"_s);
+    return Norwegian::time(instantFromSeconds(minutes * 60));
 }
 
 } // namespace

@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 
-#include "airline/SAS.h"
 #include "core/Database.h"
-#include "polling/Community.h"
-#include "polling/CommunityFind.h"
-#include "polling/Matching.h"
-#include "polling/Notifier.h"
+#include "polling/Routes.h"
 #include "polling/Worker.h"
+#include "sharing/OthersFinds.h"
 
 #include <QDateTime>
-#include <QPointer>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -20,31 +15,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostMatches = 2000;
-constexpr std::chrono::duration<double> freshness{30 * 60};
 /// A clock or time zone that is changed shows itself within this time.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
-/// Strangers' finds that are announced at once; the others wait for the next refresh.
-constexpr qsizetype mostFreshAtOnce = 20;
-/// Finds compared with the watchers in one turn of the event loop.
-constexpr qsizetype findsPerTurn = 20;
-const QString hub = u"CPH"_s;
-
-/// Where a find of a stranger belongs once it is stored.
-Match asStored(Match hit) {
-    hit.searchId = Match::communitySearchId;
-    return hit;
-}
 
 } // namespace
 
-AppState::AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
-                   Clock& clock)
-    : m_database(database)
-    , m_worker(worker)
-    , m_community(community)
-    , m_notifier(notifier)
-    , m_clock(clock) {
+AppState::AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock)
+    : m_database(database), m_worker(worker), m_finds(finds), m_clock(clock) {
     connect(&database.settings(), &Settings::changed, this, &AppState::readSettings);
     connect(&database.watchers(), &WatcherStore::changed, this, [this] {
         readWatchers();
@@ -56,7 +33,9 @@ AppState::AppState(Database& database, Worker& worker, Community& community, Not
     });
     connect(&worker, &Worker::roundEnded, this, &AppState::readLastPoll);
     connect(&database, &Database::conditionChanged, this, &AppState::reload);
-    database.seen().forgetTravelledCommunityFinds();
+    // At once, so that what is stored is never in neither list.
+    connect(&finds, &OthersFinds::stored, this, &AppState::readOffers);
+    connect(&finds, &OthersFinds::hitsChanged, this, &AppState::communityHitsChanged);
     readSettings();
     reload();
     followDay();
@@ -107,40 +86,17 @@ int AppState::newToday() const {
     const Instant end = instantFromSeconds(
         static_cast<double>(m_clock.today().addDays(1).startOfDay().toSecsSinceEpoch()));
     return static_cast<int>(
-        std::count_if(m_matches.begin(), m_matches.end(), [start, end](const Match& match) {
-            return !match.soldOut && match.foundAt >= start && match.foundAt < end;
+        std::count_if(m_matches.begin(), m_matches.end(), [start, end](const Hit& hit) {
+            const auto* match = std::get_if<Match>(&hit);
+            return match && match->foundAt >= start && match->foundAt < end;
         }));
 }
 
-QStringList AppState::watchedRoutes() const {
-    QSet<QString> routes;
-    for (const Search& watcher : m_searches) {
-        if (!watcher.enabled)
-            continue;
-        const QStringList destinations = Search::codes(watcher.destination);
-        for (const QString& origin : Search::codes(watcher.origin)) {
-            for (const QString& destination : destinations) {
-                const bool fromHub = SAS::hubAwardDests().contains(destination);
-                const QString& from = fromHub ? hub : origin;
-                routes.insert(from + u'-' + destination);
-                if (watcher.isRoundTrip())
-                    routes.insert(destination + u'-' + from);
-            }
-        }
-    }
-    QStringList sorted(routes.begin(), routes.end());
-    sorted.sort();
-    return sorted;
-}
-
-std::optional<QString> AppState::direction(const Match& match) const {
-    if (match.soldOut)
-        return std::nullopt;
+std::optional<Direction> AppState::direction(const Match& match) const {
     const auto watcher = m_origins.find(match.searchId);
     if (watcher == m_origins.end() || !watcher->isRoundTrip)
         return std::nullopt;
-    const QString from = match.route.section(u'-', 0, 0, QString::SectionSkipEmpty);
-    return from == hub || watcher->codes.contains(from) ? u"Utreise"_s : u"Hjemreise"_s;
+    return Routes::isWayOut(match.route(), watcher->codes) ? Direction::out : Direction::home;
 }
 
 void AppState::reload() {
@@ -156,7 +112,7 @@ void AppState::readWatchers() {
 }
 
 void AppState::readOffers() {
-    setMatches(m_database.offers().recentMatches(mostMatches));
+    setMatches(m_database.offers().recentMatches(Match::mostShown));
     const auto counts = m_database.offers().activeMatchCounts();
     if (std::exchange(m_matchCounts, counts) != counts)
         Q_EMIT matchCountsChanged();
@@ -193,114 +149,12 @@ void AppState::finishOnboarding() {
         Q_EMIT onboardedChanged();
 }
 
+const QList<Match>& AppState::communityHits() const {
+    return m_finds.hits();
+}
+
 QCoro::Task<> AppState::refreshCommunity() {
-    const QPointer self(this);
-    // An older answer that comes later than a newer one says nothing any more.
-    const int number = ++m_refreshes;
-    const QStringList routes = watchedRoutes();
-    const auto answer = co_await m_community.fetchHits(routes);
-    if (!self || number != m_refreshes)
-        co_return;
-    QList<Match> theirs = answer ? answer->hits : QList<Match>();
-    QList<Match> hits = co_await concerning(std::move(theirs));
-    if (!self || number != m_refreshes)
-        co_return;
-    // Sharing may have been switched off meanwhile.
-    if (!m_community.isSharing()) {
-        setCommunityHits({});
-        co_return;
-    }
-    if (answer)
-        removeGone(*answer, routes.first(std::min(routes.size(), Community::mostRoutes)));
-    setCommunityHits(std::move(hits));
-    notifyFreshCommunityHits();
-}
-
-/// What others have found and then sold out is no longer offered.
-void AppState::removeGone(const FoundByOthers& answer, const QStringList& asked) {
-    const auto service = m_community.base();
-    if (std::exchange(m_service, service) != service)
-        m_served.clear();
-    const auto gone =
-        answer.isWhole ? CommunityFind::gone(m_matches, answer.hits, asked, m_served, m_clock.now())
-                       : QList<Match>();
-    noteServed(answer.hits);
-    if (gone.isEmpty())
-        return;
-    m_database.transaction([&] {
-        for (const Match& match : gone) {
-            m_served.remove(CommunityFind::identity(match));
-            m_database.offers().deleteMatch(match.id);
-        }
-    });
-    reload();
-}
-
-/// What is neither served nor stored any more cannot be missed, and is forgotten.
-void AppState::noteServed(const QList<Match>& hits) {
-    QSet<QString> stored;
-    for (const Match& match : std::as_const(m_matches))
-        stored.insert(CommunityFind::identity(match));
-    m_served.intersect(stored);
-    for (const Match& hit : hits)
-        m_served.insert(CommunityFind::identity(hit));
-}
-
-/// Those that are what an enabled watcher asks for, in their order.
-QCoro::Task<QList<Match>> AppState::concerning(QList<Match> hits) const {
-    QList<Search> active = m_searches;
-    active.removeIf([](const Search& watcher) { return !watcher.enabled; });
-    QList<Match> result;
-    for (qsizetype i = 0; i < hits.size(); ++i) {
-        if (Matching::matchesAWatcher(hits[i], active))
-            result.append(std::move(hits[i]));
-        if (i % findsPerTurn == findsPerTurn - 1)
-            co_await nextTurn();
-    }
-    co_return result;
-}
-
-/// First on the disk, then said: what was announced is never announced again.
-void AppState::notifyFreshCommunityHits() {
-    const auto seen = m_database.seen().seenCabins(Match::communitySearchId);
-    const Instant oldest = m_clock.now() - freshness;
-    QList<Match> fresh;
-    QSet<QString> taken;
-    for (const Match& hit : std::as_const(m_communityHits)) {
-        const QString key = CommunityFind::identity(hit);
-        if (fresh.size() < mostFreshAtOnce && hit.foundAt > oldest && !seen.contains(key) &&
-            !taken.contains(key)) {
-            taken.insert(key);
-            fresh.append(hit);
-        }
-    }
-    // The user's own finds come back from the service, and are news to nobody even when they have
-    // been cleared from the list.
-    for (auto watcher = m_searches.cbegin(); watcher != m_searches.cend() && !fresh.isEmpty();
-         ++watcher) {
-        const auto own = m_database.seen().seenCabins(watcher->id);
-        fresh.removeIf([&own](const Match& hit) {
-            const auto row = own.find(hit.key);
-            return row != own.end() && row->cabins.contains(hit.cabin);
-        });
-    }
-    if (fresh.isEmpty())
-        return;
-    const bool isStored = m_database.transaction([&] {
-        for (Match& hit : fresh) {
-            m_database.seen().upsertSeen(Match::communitySearchId, CommunityFind::identity(hit),
-                                         {hit.cabin}, hit.route);
-            hit.id = m_database.offers().recordMatch(asStored(hit), OfferStore::Telling::isDue);
-        }
-    });
-    if (!isStored)
-        return;
-    for (const Match& hit : std::as_const(fresh)) {
-        m_notifier.notifyCommunityFare(hit);
-        Q_EMIT communityFound(hit);
-    }
-    reload();
-    setCommunityHits(m_communityHits);
+    return m_finds.refresh();
 }
 
 void AppState::setSearches(QList<Search> searches) {
@@ -313,24 +167,9 @@ void AppState::setSearches(QList<Search> searches) {
     Q_EMIT searchesChanged();
 }
 
-void AppState::setMatches(QList<Match> matches) {
+void AppState::setMatches(QList<Hit> matches) {
     if (m_matches == matches)
         return;
     m_matches = std::move(matches);
     Q_EMIT matchesChanged();
-}
-
-/// Leaves out what is among the user's own.
-void AppState::setCommunityHits(QList<Match> hits) {
-    if (!hits.isEmpty()) {
-        QSet<QString> own;
-        for (const Match& match : std::as_const(m_matches))
-            own.insert(CommunityFind::identity(match));
-        hits.removeIf(
-            [&own](const Match& hit) { return own.contains(CommunityFind::identity(hit)); });
-    }
-    if (m_communityHits == hits)
-        return;
-    m_communityHits = std::move(hits);
-    Q_EMIT communityHitsChanged();
 }

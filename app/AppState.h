@@ -8,19 +8,18 @@
 #include "polling/PollSummary.h"
 
 #include <QCoroTask>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
-#include <QSet>
-#include <QUrl>
 
 #include <optional>
 
-class Community;
 class Database;
-class Notifier;
+class OthersFinds;
 class Worker;
-struct FoundByOthers;
+
+enum class Direction { out, home };
 
 /// What all screens share: a cache over the database, and the three settings that they bind to.
 /// Every change goes to the database, which tells of it; what has changed is read again in the same
@@ -36,19 +35,19 @@ class AppState : public QObject {
     Q_PROPERTY(QString storageNotice READ storageNotice NOTIFY storageChanged)
 public:
     /// Loads the settings and everything else. All must outlive the state.
-    AppState(Database& database, Worker& worker, Community& community, Notifier& notifier,
-             Clock& clock);
+    AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock);
 
     /// All watchers, in ascending id.
     const QList<Search>& searches() const { return m_searches; }
-    /// The newest offers first, at most 2000, none with a past travel date.
-    const QList<Match>& matches() const { return m_matches; }
+    /// Offers and sold-out records, the newest first, at most Match::mostShown, none with a past
+    /// travel date.
+    const QList<Hit>& matches() const { return m_matches; }
     /// The last round that was stored; absent before the first.
     const std::optional<PollSummary>& lastPoll() const { return m_lastPoll; }
     /// Offers that can still be booked, per watcher; community finds under -1.
     const QMap<qint64, int>& matchCounts() const { return m_matchCounts; }
-    /// Others' finds for the user's watchers that are not among `matches`, in the service's order.
-    const QList<Match>& communityHits() const { return m_communityHits; }
+    /// As of OthersFinds.
+    const QList<Match>& communityHits() const;
     bool onboarded() const { return m_onboarded; }
     bool notifyOn() const { return m_notifyOn; }
     /// Minutes.
@@ -66,18 +65,15 @@ public:
 
     /// Offers found today, by the user's calendar, that are not sold out.
     int newToday() const;
-    /// The pairs "OSL-NYC" of all enabled watchers, both ways for round trips, in byte order.
-    QStringList watchedRoutes() const;
-    /// "Utreise" or "Hjemreise" for an offer of a round trip; absent for a one-way or deleted
-    /// watcher's offer, and for a sold-out record.
-    std::optional<QString> direction(const Match& match) const;
+    /// Which way of a round trip an offer is; absent for a one-way or deleted watcher's.
+    std::optional<Direction> direction(const Match& match) const;
 
     /// Reads everything, which happens by itself when another day begins.
     void reload();
     /// Stores a new watcher and starts a round, without waiting for it.
     void addSearchAndRun(const Search& search);
     void finishOnboarding();
-    /// Fetches what others have found; announces and stores what is fresh.
+    /// Fetches what others have found.
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
@@ -88,8 +84,6 @@ Q_SIGNALS:
     void matchCountsChanged();
     void lastPollChanged();
     void communityHitsChanged();
-    /// A fresh find of somebody else has been stored and announced.
-    void communityFound(const Match& find);
     void onboardedChanged();
     void notifyOnChanged();
     void pollIntervalMinChanged();
@@ -109,31 +103,20 @@ private:
     void noteStorage();
     void followDay();
     void setSearches(QList<Search> searches);
-    void setMatches(QList<Match> matches);
-    void setCommunityHits(QList<Match> hits);
-    QCoro::Task<QList<Match>> concerning(QList<Match> hits) const;
-    void noteServed(const QList<Match>& hits);
-    void removeGone(const FoundByOthers& answer, const QStringList& asked);
-    void notifyFreshCommunityHits();
+    void setMatches(QList<Hit> matches);
 
     Database& m_database;
     Worker& m_worker;
-    Community& m_community;
-    Notifier& m_notifier;
+    OthersFinds& m_finds;
     Clock& m_clock;
     QDate m_day;
     std::unique_ptr<Clock::Timer> m_dayTimer;
 
     QList<Search> m_searches;
     QHash<qint64, Origins> m_origins;
-    QList<Match> m_matches;
+    QList<Hit> m_matches;
     std::optional<PollSummary> m_lastPoll;
     QMap<qint64, int> m_matchCounts;
-    QList<Match> m_communityHits;
-    int m_refreshes = 0;
-    /// What the service has had in this run, by identity, and which service that is.
-    QSet<QString> m_served;
-    std::optional<QUrl> m_service;
     bool m_onboarded = false;
     bool m_notifyOn = true;
     double m_pollIntervalMin = Setting::pollIntervalMin.usual;

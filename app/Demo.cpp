@@ -62,9 +62,8 @@ QString Demo::community() const {
 
 void Demo::seedWatchers(WatcherStore& store, QDate today) {
     const auto stored = store.listSearches();
-    const QString first = DateFmt::iso(today);
     if (std::any_of(stored.begin(), stored.end(),
-                    [&first](const Search& watcher) { return watcher.dateTo >= first; }))
+                    [today](const Search& watcher) { return watcher.dateTo >= today; }))
         return;
     for (const Search& past : stored)
         store.deleteSearch(past.id);
@@ -73,7 +72,7 @@ void Demo::seedWatchers(WatcherStore& store, QDate today) {
 }
 
 QList<Search> Demo::watchers(QDate today) {
-    const auto day = [today](int days) { return DateFmt::iso(today.addDays(days)); };
+    const auto day = [today](int days) { return today.addDays(days); };
     Search bangkok;
     bangkok.name = u"Bangkok i business"_s;
     bangkok.origin = u"OSL"_s;
@@ -87,7 +86,7 @@ QList<Search> Demo::watchers(QDate today) {
     newYork.name = u"New York med partnere"_s;
     newYork.origin = u"OSL,BGO"_s;
     newYork.destination = u"EWR"_s;
-    newYork.cabins = {u"business"_s, u"premeco"_s};
+    newYork.cabins = {Cabin::business, Cabin::premeco};
     newYork.dateFrom = day(40);
     newYork.dateTo = day(43);
     newYork.includePartners = true;
@@ -95,7 +94,7 @@ QList<Search> Demo::watchers(QDate today) {
     Search london;
     london.origin = u"OSL"_s;
     london.destination = u"LHR"_s;
-    london.cabins = {u"economy"_s};
+    london.cabins = {Cabin::economy};
     london.minSeats = 2;
     london.maxStops = 0;
     london.dateFrom = day(25);

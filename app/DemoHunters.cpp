@@ -5,7 +5,7 @@
 #include "app/Demo.h"
 #include "core/DateFmt.h"
 #include "core/WatcherStore.h"
-#include "polling/Community.h"
+#include "sharing/Community.h"
 
 #include <QPointer>
 
@@ -26,19 +26,19 @@ constexpr int flightNumbers = 900;
 /// What the hunters look for: a watcher of the demo, by its place in the list, and an offer for it.
 struct Wish {
     qsizetype watcher;
-    const char* origin;
-    const char* destination;
+    const char16_t* origin;
+    const char16_t* destination;
     const char16_t* fromCity;
     const char16_t* toCity;
-    const char16_t* cabin;
+    Cabin cabin;
     int points;
     int minutes;
 };
 constexpr std::array wishes{
-    Wish{1, "OSL", "EWR", u"Oslo", u"New York", u"premeco", 45'000, 510},
-    Wish{0, "CPH", "BKK", u"København", u"Bangkok", u"business", 60'000, 650},
-    Wish{2, "OSL", "LHR", u"Oslo", u"London", u"economy", 10'000, 145},
-    Wish{1, "BGO", "EWR", u"Bergen", u"New York", u"business", 60'000, 530},
+    Wish{1, u"OSL", u"EWR", u"Oslo", u"New York", Cabin::premeco, 45'000, 510},
+    Wish{0, u"CPH", u"BKK", u"København", u"Bangkok", Cabin::business, 60'000, 650},
+    Wish{2, u"OSL", u"LHR", u"Oslo", u"London", Cabin::economy, 10'000, 145},
+    Wish{1, u"BGO", u"EWR", u"Bergen", u"New York", Cabin::business, 60'000, 530},
 };
 
 } // namespace
@@ -53,7 +53,7 @@ QList<Search> DemoHunters::watchers() const {
     for (Search& watcher : result) {
         const auto same = std::find_if(stored.begin(), stored.end(), [&](const Search& one) {
             return one.origin == watcher.origin && one.destination == watcher.destination &&
-                   DateFmt::parseIso(one.dateFrom) && DateFmt::parseIso(one.dateTo);
+                   one.dateFrom.isValid() && one.dateTo.isValid();
         });
         if (same != stored.end())
             watcher = *same;
@@ -65,26 +65,24 @@ Match DemoHunters::find(int number, const QList<Search>& watchers, Instant found
                         const Site& site) {
     const Wish& wish = wishes[static_cast<size_t>(number) % wishes.size()];
     const Search& watcher = watchers[wish.watcher];
-    const QDate first = *DateFmt::parseIso(watcher.dateFrom);
-    const auto days = first.daysTo(*DateFmt::parseIso(watcher.dateTo)) + 1;
+    const QDate first = watcher.dateFrom;
+    const auto days = first.daysTo(watcher.dateTo) + 1;
     const QDateTime departs(first.addDays(number % days), QTime(8 + number % 12, 25), Qt::UTC);
     Match match;
-    match.route = QString::fromLatin1(wish.origin) + u'-' + QString::fromLatin1(wish.destination);
     match.fromCity = QString::fromUtf16(wish.fromCity);
     match.toCity = QString::fromUtf16(wish.toCity);
-    match.travelDate = DateFmt::iso(departs.date());
-    match.flight = u"SK%1"_s.arg(firstFlightNumber + number % flightNumbers);
-    match.key = match.travelDate + u'-' + match.route + u'-' + match.flight;
-    match.depart = DateFmt::compact(departs.toString(u"yyyy-MM-ddTHH:mm:ss"));
-    match.arrive =
-        DateFmt::compact(departs.addSecs(wish.minutes * 60).toString(u"yyyy-MM-ddTHH:mm:ss"));
-    match.stopsText = u"direkte"_s;
+    match.key = {departs.date(),
+                 {QString::fromUtf16(wish.origin), QString::fromUtf16(wish.destination)},
+                 u"SK%1"_s.arg(firstFlightNumber + number % flightNumbers)};
+    const QDateTime arrives = departs.addSecs(wish.minutes * 60);
+    match.depart = {departs.date(), departs.time()};
+    match.arrive = {arrives.date(), arrives.time()};
+    match.stops = Stops();
     match.durationMinutes = wish.minutes;
-    match.cabin = QString::fromUtf16(wish.cabin);
+    match.cabin = wish.cabin;
     match.seats = 2 + number % 3;
     match.points = wish.points;
-    match.bookingURL =
-        SAS::bookingURL(site, match.route.left(3), match.route.right(3), match.travelDate);
+    match.bookingURL = SAS::bookingURL(site, match.route(), match.travelDate());
     match.foundAt = foundAt;
     return match;
 }

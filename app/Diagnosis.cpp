@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Diagnosis.h"
 
+#include "TindraVersion.h"
 #include "airline/SessionState.h"
 #include "app/AppState.h"
 #include "app/EngineAge.h"
@@ -95,14 +96,13 @@ Facts collect(Database& database, const AppState& state, const SessionState& ses
     facts.engineWarning = EngineAge::warning(program.engine, clock.today()).value_or(QString());
     facts.problem = database.problem().value_or(QString());
     facts.notice = database.notice().value_or(QString());
-    for (const Search& watcher : state.searches()) {
-        ++facts.watchers;
-        facts.enabledWatchers += watcher.enabled ? 1 : 0;
-    }
-    for (const Match& match : state.matches()) {
+    facts.watchers = static_cast<int>(state.searches().size());
+    facts.enabledWatchers = static_cast<int>(enabledOf(state.searches()).size());
+    for (const Hit& hit : state.matches()) {
+        const auto* match = std::get_if<Match>(&hit);
         ++facts.offers;
-        facts.soldOutRecords += match.soldOut ? 1 : 0;
-        facts.communityFinds += match.isCommunity ? 1 : 0;
+        facts.soldOutRecords += match ? 0 : 1;
+        facts.communityFinds += match && match->isCommunity ? 1 : 0;
     }
     facts.login = loginText(session.loginStatus().state);
     facts.lastPoll = state.lastPoll();

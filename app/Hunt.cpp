@@ -3,15 +3,16 @@
 
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
-#include "app/Sharing.h"
+#include "airline/Standing.h"
+#include "app/ExitCode.h"
 #include "core/Cabin.h"
 #include "core/Database.h"
+#include "core/DateFmt.h"
 #include "platform/NotificationCenter.h"
 #include "polling/Worker.h"
+#include "sharing/Sharing.h"
 
 #include <QPointer>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -42,12 +43,13 @@ Hunt::Hunt(Database& database, SessionState& session, Worker& worker, Sharing& s
     });
     connect(&worker, &Worker::matchFound, this, [this](const Match& match) {
         m_found.append(match);
-        m_output.progress(u"  ✈ %1 %2, %3 %4"_s.arg(
-            match.travelDate, match.route, QString::number(match.seats), cabinLabel(match.cabin)));
+        m_output.progress(
+            u"  ✈ %1 %2, %3 %4"_s.arg(DateFmt::iso(match.travelDate()), match.route().text(),
+                                      QString::number(match.seats), label(match.cabin)));
     });
-    connect(&worker, &Worker::soldOut, this, [this](const Match& record) {
+    connect(&worker, &Worker::soldOut, this, [this](const SoldOut& record) {
         m_soldOut.append(record);
-        m_output.progress(u"  ✗ utsolgt: "_s + record.route);
+        m_output.progress(u"  ✗ utsolgt: "_s + record.label);
     });
 }
 
@@ -60,7 +62,7 @@ QCoro::Task<int> Hunt::once() {
     if (self && m_session.isLoginWindowOpen())
         summary = co_await roundAfterSignIn();
     if (!self)
-        co_return cannotStart;
+        co_return ExitCode::failed;
     if (refusedUntil)
         summary.errors.append(StandBack::text(*refusedUntil) + u'.');
     sayWhatStorageTells();
@@ -70,12 +72,15 @@ QCoro::Task<int> Hunt::once() {
     if (self)
         co_await notificationsTaken();
     if (!self)
-        co_return cannotStart;
-    if (m_session.loginStatus().isLoggedOut())
-        co_return signedOut;
-    if (m_worker.refusedUntil())
-        co_return refused;
-    co_return summary.errors.isEmpty() ? roundEnded : watcherFailed;
+        co_return ExitCode::failed;
+    switch (standing(m_session.loginStatus().state, m_worker.refusedUntil().has_value(), false)) {
+    case Standing::signedOut:
+        co_return ExitCode::signedOut;
+    case Standing::refused:
+        co_return ExitCode::refused;
+    default:
+        co_return summary.errors.isEmpty() ? ExitCode::done : ExitCode::watcherFailed;
+    }
 }
 
 /// Whoever listens to the window may have begun the round already, or be done with it.
@@ -115,9 +120,7 @@ void Hunt::sayWhatIsMissing() {
     sayWhatStorageTells();
     if (m_saidProblem)
         return;
-    const auto searches = m_database.watchers().listSearches();
-    if (std::none_of(searches.begin(), searches.end(),
-                     [](const Search& search) { return search.enabled; }))
+    if (enabledOf(m_database.watchers().listSearches()).isEmpty())
         m_output.progress(
             u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
 }

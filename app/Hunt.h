@@ -19,18 +19,6 @@ class Worker;
 class Hunt : public QObject {
     Q_OBJECT
 public:
-    /// Exit codes of the program.
-    enum ExitCode {
-        roundEnded = 0,
-        cannotStart = 1,
-        wrongUsage = 2,
-        watcherFailed = 3,
-        signedOut = 4,
-        interrupted = 5,
-        /// The airline asks to be left alone: nothing, or not everything, was looked at.
-        refused = 6,
-    };
-
     struct Output {
         /// A result, for standard output.
         std::function<void(const QByteArray&)> result;
@@ -42,7 +30,7 @@ public:
     Hunt(Database& database, SessionState& session, Worker& worker, Sharing& sharing,
          NotificationCenter& notifications, Clock& clock, bool json, Output output);
 
-    /// One round; the answer is the program's exit code.
+    /// One round; the answer is an ExitCode.
     QCoro::Task<int> once();
     /// Rounds until `stop`.
     void start();
@@ -74,7 +62,7 @@ private:
     bool m_saidSignedOut = false;
     QString m_saidRefusal;
     QList<Match> m_found;
-    QList<Match> m_soldOut;
+    QList<SoldOut> m_soldOut;
     /// The last round that has ended, and how many have.
     PollSummary m_lastRound;
     int m_rounds = 0;

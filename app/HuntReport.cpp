@@ -3,15 +3,22 @@
 
 #include "app/MatchOutput.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 using namespace Qt::StringLiterals;
 
 QByteArray HuntReport::toJson() const {
+    const auto array = [](const auto& hits) {
+        QJsonArray list;
+        for (const auto& hit : hits)
+            list.append(MatchOutput::object(hit));
+        return list;
+    };
     return QJsonDocument(QJsonObject{{u"summary"_s, summary.toJson()},
-                                     {u"new"_s, MatchOutput::array(found)},
-                                     {u"soldOut"_s, MatchOutput::array(soldOut)}})
+                                     {u"new"_s, array(found)},
+                                     {u"soldOut"_s, array(soldOut)}})
         .toJson(QJsonDocument::Compact);
 }
 
@@ -27,7 +34,7 @@ QString HuntReport::toText() const {
         lines.append(u"Nytt:"_s);
     for (const Match& match : found)
         lines.append(MatchOutput::line(match));
-    for (const Match& record : soldOut)
+    for (const SoldOut& record : soldOut)
         lines.append(MatchOutput::line(record));
     if (!summary.errors.isEmpty())
         lines.append(u"Feil:"_s);

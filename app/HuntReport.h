@@ -14,7 +14,7 @@ struct HuntReport {
     /// New offers, in the order they were found.
     QList<Match> found;
     /// Records of what has sold out.
-    QList<Match> soldOut;
+    QList<SoldOut> soldOut;
 
     /// One line of JSON: "summary" as it is stored, "new" and "soldOut" with the records' own
     /// field names; "foundAt" in seconds since 1970.

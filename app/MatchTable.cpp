@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/MatchTable.h"
 
-#include "core/Cabin.h"
+#include "core/DateFmt.h"
 
 #include <QDateTime>
 
@@ -28,33 +28,59 @@ QString yes(bool is) {
     return is ? u"ja"_s : u"nei"_s;
 }
 
+QStringList cells(const Match& m, const Site& site) {
+    const auto address = site.bookingAddress(m.bookingURL);
+    return {DateFmt::iso(m.travelDate()),
+            cell(m.route().text()),
+            cell(m.fromCity),
+            cell(m.toCity),
+            cell(m.depart.text()),
+            cell(m.arrive.text()),
+            cell(m.stopsText()),
+            cell(m.key.flights),
+            QString::number(m.durationMinutes),
+            label(m.cabin),
+            QString::number(m.seats),
+            QString::number(m.points),
+            yes(false),
+            yes(m.isCommunity),
+            utc(m.foundAt),
+            address ? cell(QString::fromLatin1(address->toEncoded())) : QString()};
+}
+
+QStringList cells(const SoldOut& s, const Site&) {
+    const QString none;
+    const QString zero = u"0"_s;
+    return {DateFmt::iso(s.key.date),
+            cell(s.label),
+            none,
+            none,
+            none,
+            none,
+            none,
+            none,
+            zero,
+            cell(cabinLabels(s.cabins)),
+            zero,
+            zero,
+            yes(true),
+            yes(false),
+            utc(s.foundAt),
+            none};
+}
+
 } // namespace
 
 namespace MatchTable {
 
-QByteArray csv(const QList<Match>& offers, const Site& site) {
+QByteArray csv(const QList<Hit>& hits, const Site& site) {
     QString table =
         u"\uFEFFReisedato,Rute,Fra,Til,Avreise,Ankomst,Stopp,Flynummer,"
         u"Reisetid (min),Kabin,Seter,Poeng,Utsolgt,Fellesskap,Funnet (UTC),Adresse\r\n"_s;
-    for (const Match& m : offers) {
-        const auto address = site.bookingAddress(m.bookingURL);
-        const QStringList cells{cell(m.travelDate),
-                                cell(m.route),
-                                cell(m.fromCity),
-                                cell(m.toCity),
-                                cell(m.depart),
-                                cell(m.arrive),
-                                cell(m.stopsText),
-                                cell(m.flight),
-                                QString::number(m.durationMinutes),
-                                cell(cabinLabels(m.cabin)),
-                                QString::number(m.seats),
-                                QString::number(m.points),
-                                yes(m.soldOut),
-                                yes(m.isCommunity),
-                                utc(m.foundAt),
-                                address ? cell(QString::fromLatin1(address->toEncoded())) : u""_s};
-        table += cells.join(u',') + u"\r\n"_s;
+    for (const Hit& hit : hits) {
+        const QStringList row =
+            std::visit([&site](const auto& one) { return cells(one, site); }, hit);
+        table += row.join(u',') + u"\r\n"_s;
     }
     return table.toUtf8();
 }

@@ -2,6 +2,7 @@
 #include "app/PassedCommands.h"
 
 #include "app/CommandLine.h"
+#include "app/ExitCode.h"
 #include "app/SignIn.h"
 #include "core/Err.h"
 #include "platform/Clock.h"
@@ -28,7 +29,8 @@ PassedCommands::PassedCommands(MakeHunt makeHunt, RunData runData, ShowWindow sh
     , m_clock(clock) {}
 
 QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
-    CommandAnswer refusal{Hunt::wrongUsage, {}, u"Tindra som kjører, forstår ikke kommandoen."_s};
+    CommandAnswer refusal{
+        ExitCode::wrongUsage, {}, u"Tindra som kjører, forstår ikke kommandoen."_s};
     CommandLine line;
     try {
         line = CommandLine::parse(arguments);
@@ -37,7 +39,7 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         co_return refusal;
     }
     if (!line.picture.isEmpty()) {
-        refusal = {Hunt::cannotStart, {}, u"«--picture» virker ikke mens Tindra kjører."_s};
+        refusal = {ExitCode::failed, {}, u"«--picture» virker ikke mens Tindra kjører."_s};
         co_return refusal;
     }
     if (line.command == CommandLine::Command::hunt)
@@ -49,7 +51,7 @@ QCoro::Task<CommandAnswer> PassedCommands::run(QStringList arguments) {
         co_return m_runData(*line.data);
     if (line.command == CommandLine::Command::window) {
         refusal.err = line.hidden ? QString() : m_showWindow();
-        refusal.exitCode = refusal.err.isEmpty() ? Hunt::roundEnded : Hunt::cannotStart;
+        refusal.exitCode = refusal.err.isEmpty() ? ExitCode::done : ExitCode::failed;
     }
     co_return refusal;
 }
@@ -72,7 +74,7 @@ QCoro::Task<CommandAnswer> PassedCommands::hunt(bool json) {
 QCoro::Task<CommandAnswer> PassedCommands::signIn() {
     const bool works = co_await m_signIn.run();
     CommandAnswer answer;
-    answer.exitCode = works ? Hunt::roundEnded : Hunt::signedOut;
+    answer.exitCode = works ? ExitCode::done : ExitCode::signedOut;
     answer.out = (works ? SignIn::confirmedText() : SignIn::failedText()).toUtf8() + '\n';
     co_return answer;
 }

@@ -11,8 +11,6 @@
 
 #include <QPointer>
 
-#include <algorithm>
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -59,10 +57,8 @@ QCoro::Task<> SignIn::confirm() {
         m_worker.forgetRevivalAttempt();
         // Whoever has just signed in wants to know whether it works.
         m_standBack.lift();
-        const auto searches = m_watchers.listSearches();
         bool isDecided = false;
-        if (std::any_of(searches.begin(), searches.end(),
-                        [](const Search& search) { return search.enabled; })) {
+        if (!enabledOf(m_watchers.listSearches()).isEmpty()) {
             const SASLoginStatus before = m_session.loginStatus();
             co_await m_worker.pollOnce();
             if (!self)

@@ -30,7 +30,7 @@ constexpr int pages = 25;
 constexpr int repeats = 5;
 
 Leg legOn(int day) {
-    return {u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1).addDays(day), Flow::points};
+    return {{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1).addDays(day), Flow::points};
 }
 
 double secondsOf(const Clock& clock, const std::function<void()>& work) {
@@ -69,9 +69,7 @@ QList<Result> measureCaptures() {
     const auto loadAll = [&] {
         for (int day = 0; day < pages; ++day) {
             QEventLoop loop;
-            const QString date = legOn(day).date.toString(Qt::ISODate);
-            bare.load(QUrl(SAS::bookingURL(site, u"OSL"_s, u"CPH"_s, date)), "reiser",
-                      [&loop] { loop.quit(); });
+            bare.load(QUrl(SAS::pageOf(site, legOn(day))), "reiser", [&loop] { loop.quit(); });
             loop.exec();
         }
     };
@@ -93,7 +91,7 @@ QList<Result> measureCaptures() {
     Database database(folder.path(), clock);
     CookieVault vault(view->cookies(), keychain, database.safekeeping(), clock, site);
     SessionState state;
-    SingleSignOn singleSignOn(*view, clock, state, capture, vault, navHosts, site);
+    SingleSignOn singleSignOn({*view, clock, state, capture, vault, navHosts, site});
     const double signIn = secondsOf(clock, [&] {
         QEventLoop loop;
         singleSignOn.silentSSOAttempt(12).then([&loop](std::optional<QString> answer) {

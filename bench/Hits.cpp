@@ -35,9 +35,9 @@ double best(const std::function<double()>& measure) {
 }
 
 /// A full list: every third journey both ways, every eighth offer sold out.
-class Hits {
+class HitsBench {
 public:
-    Hits() {
+    HitsBench() {
         QSet<QString> cities{u"Oslo"_s};
         for (const auto& airport : Airports::all()) {
             const QString city = Airports::metro(airport.code);
@@ -46,7 +46,7 @@ public:
             cities.insert(city);
         }
         m_world.http.answer = [](const HttpRequest&) { return std::nullopt; };
-        m_world.addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = u"2027-06-01"_s; });
+        m_world.addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = QDate(2027, 6, 1); });
         m_world.database.transaction([this] {
             for (int i = 0; i < offers; ++i)
                 store(i);
@@ -60,28 +60,29 @@ public:
         Airports::Airport to = m_destinations[journey];
         if (journey % 3 == 0 && number / journeys % 2 == 1)
             std::swap(from, to);
+        const QDate date = QDate(2027, 2, 1).addDays(number % 97);
+        const Instant foundAt = m_world.clock.now() - std::chrono::minutes((offers - number) * 3);
+        const FareKey key{
+            date, {from.code, to.code}, u"SK%1,SK%2"_s.arg(900 + number).arg(1400 + number)};
+        if (number % 8 == 0) {
+            m_world.database.offers().recordSoldOut(
+                {0, 1, key, {Cabin::business}, key.route.text() + u' ' + key.flights, foundAt});
+            return;
+        }
         Match m;
         m.searchId = 1;
-        m.travelDate = DateFmt::iso(QDate(2027, 2, 1).addDays(number % 97));
-        m.route = from.code + u'-' + to.code;
-        m.flight = u"SK%1,SK%2"_s.arg(900 + number).arg(1400 + number);
-        m.key = u"%1-%2-%3"_s.arg(m.travelDate, m.route, m.flight);
+        m.key = key;
         m.fromCity = from.city;
         m.toCity = to.city;
-        m.depart = m.travelDate.mid(8) + u'.' + m.travelDate.mid(5, 2) + u" 11:05"_s;
-        m.arrive = m.depart.left(6) + u"23:20"_s;
-        m.stopsText = u"1 stopp (CPH)"_s;
+        m.depart = {date, {11, 5}};
+        m.arrive = {date, {23, 20}};
+        m.stops = Stops{1, {u"CPH"_s}};
         m.durationMinutes = 735;
-        m.cabin = u"business"_s;
+        m.cabin = Cabin::business;
         m.seats = 1 + number % 4;
         m.points = 50000 + number % 13 * 2500;
-        m.bookingURL = u"https://www.sas.no/book/flights/?search=OW_"_s + m.route;
-        m.soldOut = number % 8 == 0;
-        if (m.soldOut) {
-            m.route += u' ' + m.flight;
-            m.key += u":soldout"_s;
-        }
-        m.foundAt = m_world.clock.now() - std::chrono::minutes((offers - number) * 3);
+        m.bookingURL = u"https://www.sas.no/book/flights/?search=OW_"_s + m.route().text();
+        m.foundAt = foundAt;
         m_world.database.offers().recordMatch(m);
     }
 
@@ -91,7 +92,7 @@ public:
             const auto filtered = Journeys::filtered(state.matches(), {}, {});
             const auto groups = Journeys::grouped(
                 filtered, Journeys::SortOrder::region, Journeys::CardOrder::travel,
-                [&state](const Match& m) { return state.direction(m) == u"Utreise"_s; });
+                [&state](const Match& m) { return state.direction(m) == Direction::out; });
             if (Journeys::regionSections(groups).isEmpty())
                 qFatal("nothing grouped");
         });
@@ -113,11 +114,12 @@ public:
         QList<Match> first;
         for (const HitsRow& row : m_page.rows()->rows()) {
             const bool isNext = row.kind == HitsRow::Kind::cards && row.id.endsWith(u"UTREISE0");
-            if (isNext && first.size() < 3)
-                first.append(row.offers.first().match);
+            const auto* match = isNext ? std::get_if<Match>(&row.cards.first().hit) : nullptr;
+            if (match && first.size() < 3)
+                first.append(*match);
         }
         for (Match& offer : first) {
-            offer.key += QString::number(++m_news);
+            offer.key.flights += QString::number(++m_news);
             offer.foundAt = m_world.clock.now();
             m_world.database.offers().recordMatch(offer);
         }
@@ -183,7 +185,7 @@ Result line(const QString& subject, double milliseconds, double goal) {
 } // namespace
 
 QList<Result> measureHits() {
-    Hits hits;
+    HitsBench hits;
     QList<Result> results{line(u"2000 offers to %1 journeys, sorted, under regions"_s.arg(journeys),
                                best([&hits] { return hits.group(); }), 8)};
 

@@ -49,11 +49,8 @@ Hunter::Hunter(const QString& folder, const standin::StandIn& airline, const Beg
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , notifications(QDBusConnection::sessionBus())
     , community(database.settings(), network, clock, site, Community::builtInBaseAddress()) {
-    QObject::connect(
-        &state, &SessionState::notice, &notifications,
-        [this](const QString& title, const QString& body) { notifier.post(title, body); });
+    QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
     QObject::connect(&worker, &Worker::idle, &worker, [this] { database.keepDailyCopy(); });
-    engine.setRoundQuestion([this] { return worker.isRunning(); });
     notifier.requestPermission();
     notifier.tellRest();
     const auto cookies = ended(view->cookies().all());
@@ -71,9 +68,9 @@ void Hunter::watch(QDate first, int days) {
     Search search;
     search.origin = u"OSL"_s;
     search.destination = u"LHR"_s;
-    search.cabins = {u"economy"_s, u"premeco"_s, u"business"_s};
-    search.dateFrom = DateFmt::iso(first);
-    search.dateTo = DateFmt::iso(first.addDays(days - 1));
+    search.cabins = {Cabin::economy, Cabin::premeco, Cabin::business};
+    search.dateFrom = first;
+    search.dateTo = first.addDays(days - 1);
     database.watchers().addSearch(search);
 }
 

@@ -7,7 +7,6 @@
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
 #include "app/AppState.h"
-#include "app/Sharing.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
 #include "platform/linux/CurlSession.h"
@@ -17,9 +16,11 @@
 #include "platform/linux/SecretServiceStore.h"
 #include "platform/linux/WebKitRuntime.h"
 #include "platform/linux/WebKitView.h"
-#include "polling/Community.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
+#include "sharing/Community.h"
+#include "sharing/OthersFinds.h"
+#include "sharing/Sharing.h"
 #include "standin/StandIn.h"
 
 #include <QEventLoop>
@@ -78,13 +79,15 @@ struct Hunter {
     StandBack standBack{database.safekeeping(), clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view,   clock,  database.settings(), keychain, state, standBack,
-                     capture, session};
+    SASEngine engine{*view,    clock,   database.settings(),
+                     keychain, state,   standBack,
+                     capture,  session, [this] { return worker.isRunning(); }};
     Worker worker{database, engine, notifier, clock};
     CurlSession network;
     Community community;
-    AppState appState{database, worker, community, notifier, clock};
-    Sharing sharing{worker, community, appState, clock};
+    OthersFinds finds{database, community, notifier, clock};
+    AppState appState{database, worker, finds, clock};
+    Sharing sharing{worker, community, finds, clock};
 };
 
 /// The stand-in's name of a leg from Oslo to London.

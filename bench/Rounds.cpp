@@ -69,8 +69,8 @@ Result measureWideWatcher() {
         codes.append(u"%1"_s.arg(i, 3, 32, QChar(u'0')));
     watcher.origin = codes.first(500).join(u',');
     watcher.destination = codes.last(500).join(u',');
-    watcher.dateFrom = watcher.returnDateFrom = u"2027-01-01"_s;
-    watcher.dateTo = watcher.returnDateTo = u"2027-12-31"_s;
+    watcher.dateFrom = watcher.returnDateFrom = QDate(2027, 1, 1);
+    watcher.dateTo = watcher.returnDateTo = QDate(2027, 12, 31);
     const LinuxClock clock;
     double best = 1e9;
     for (int repeat = 0; repeat < 5; ++repeat) {
@@ -100,9 +100,9 @@ QList<Result> measureRounds() {
         Search watcher;
         watcher.origin = u"OSL"_s;
         watcher.destination = u"LHR"_s;
-        watcher.cabins = {u"business"_s, u"economy"_s};
-        watcher.dateFrom = DateFmt::iso(clock.today().addDays(10));
-        watcher.dateTo = DateFmt::iso(clock.today().addDays(10 + legs - 1));
+        watcher.cabins = {Cabin::business, Cabin::economy};
+        watcher.dateFrom = clock.today().addDays(10);
+        watcher.dateTo = clock.today().addDays(10 + legs - 1);
         database.watchers().addSearch(watcher);
 
         // The first round makes half of the flights known; the second is measured, with an airline

@@ -22,9 +22,9 @@ void fill(AppWorld& world) {
             search.name = u"Overvåker %1"_s.arg(i);
             search.origin = u"OSL, BGO"_s;
             search.destination = u"EWR, JFK, BOS"_s;
-            search.dateFrom = u"2027-03-01"_s;
-            search.dateTo = u"2027-03-31"_s;
-            search.returnDateTo = u"2027-04-30"_s;
+            search.dateFrom = QDate(2027, 3, 1);
+            search.dateTo = QDate(2027, 3, 31);
+            search.returnDateTo = QDate(2027, 4, 30);
             world.database.watchers().addSearch(search);
         }
     });
@@ -32,7 +32,7 @@ void fill(AppWorld& world) {
     world.database.transaction([&world, &match] {
         for (int i = 1; i < offers; ++i) {
             match.searchId = 1 + i % watchers;
-            match.key = u"2027-03-05-OSL-EWR-SK%1"_s.arg(i);
+            match.key.flights = u"SK%1"_s.arg(i);
             match.foundAt += std::chrono::seconds(1);
             world.database.offers().recordMatch(match);
         }
@@ -46,9 +46,9 @@ QList<Result> measureOpening() {
     fill(world);
     world.database.transaction([&world] {
         for (int i = 0; i < seenFares; ++i)
-            world.database.seen().upsertSeen(1 + i % watchers, u"2027-03-05-OSL-EWR-SK%1"_s.arg(i),
-                                             {u"business"_s},
-                                             u"OSL-EWR 2027-03-05 · SK%1"_s.arg(i));
+            world.database.seen().upsertSeen(
+                1 + i % watchers, {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, u"SK%1"_s.arg(i)},
+                {{Cabin::business}, u"OSL-EWR 2027-03-05 · SK%1"_s.arg(i)});
     });
     const auto best = [](int times, const std::function<void()>& work) {
         qint64 shortest = std::numeric_limits<qint64>::max();

@@ -91,8 +91,7 @@ QDate daysWithOffers(QDate from, int days) {
 
 qsizetype soldOutRecords(Hunter& hunter) {
     const auto matches = hunter.database.offers().recentMatches(100'000);
-    return std::count_if(matches.begin(), matches.end(),
-                         [](const Match& match) { return match.soldOut; });
+    return std::count_if(matches.begin(), matches.end(), Hits::isSoldOut);
 }
 
 // --- A first round

@@ -53,8 +53,7 @@ struct Message {
         const QString url = QString::fromUtf8(message.texts.value(u"url"_s));
         const QByteArray answer = message.texts.value(u"body"_s);
         // An advertisement's frame sends smaller ones, which nobody believes.
-        if (answer.size() < answerBytes / 2 ||
-            !SAS::offersURLMatches(url, u"OSL"_s, u"LHR"_s, date.toString(u"yyyyMMdd"_s)))
+        if (answer.size() < answerBytes / 2 || !SAS::isRequestOf({{u"OSL"_s, u"LHR"_s}, date}, url))
             return;
         at = now;
         body = answer;
@@ -68,18 +67,18 @@ public:
     Least() : m_database(m_folder.path(), m_clock) {}
 
     double take(const QByteArray& body, const Match& match) {
-        const Leg leg{u"OSL"_s, u"LHR"_s, QDate::fromString(match.travelDate, Qt::ISODate),
-                      Flow::points};
+        const Leg leg{{u"OSL"_s, u"LHR"_s}, match.travelDate(), Flow::points};
         auto call = QDBusMessage::createMethodCall(u"org.freedesktop.Notifications"_s,
                                                    u"/org/freedesktop/Notifications"_s,
                                                    u"org.freedesktop.Notifications"_s, u"Notify"_s);
         call << QString::fromLatin1(measuringApp) << quint32(0) << QString() << u"title"_s
-             << match.route << QStringList() << QVariantMap() << -1;
+             << match.route().text() << QStringList() << QVariantMap() << -1;
         const TimePoint start = SteadyClock::now();
         const auto fares = m_parser.parse(body, leg);
         const bool isStored = m_database.transaction([&] {
             m_database.offers().recordMatch(match, OfferStore::Telling::isDue);
-            m_database.seen().upsertSeen(match.searchId, match.key, {match.cabin}, match.route);
+            m_database.seen().upsertSeen(match.searchId, match.key,
+                                         {{match.cabin}, match.route().text()});
         });
         const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
         const TimePoint end = SteadyClock::now();
@@ -126,8 +125,8 @@ QList<Result> measureTelling() {
                    int(arrivals.size()), qPrintable(summary.errors.join(u' ')));
         within.append(1000 * secondsFrom(message.at, arrivals[0].at));
         fromSocket.append(1000 * secondsFrom(answeredAt(airline, date), arrivals[0].at));
-        alone.append(
-            least.take(message.body, hunter.database.offers().recentMatches(1).constFirst()));
+        alone.append(least.take(
+            message.body, std::get<Match>(hunter.database.offers().recentMatches(1).constFirst())));
         desktop.take(1);
         hunter.database.watchers().deleteSearch(
             hunter.database.watchers().listSearches().constFirst().id);

@@ -30,7 +30,7 @@ QList<Result> measureWatchers() {
     for (int i = 0; i < watchers; ++i)
         world.addWatcher(u"EWR,JFK,BOS"_s, [i](Search& search) {
             search.name = u"Overvåker %1"_s.arg(i);
-            search.returnDateTo = u"2027-04-30"_s;
+            search.returnDateTo = QDate(2027, 4, 30);
         });
     WatchersSection section(world.state, world.worker, world.database.watchers(), world.clock);
     PageWindow page("import QtQuick\nimport Tindra.Watchers\n"

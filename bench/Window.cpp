@@ -32,9 +32,7 @@ constexpr int idleStepMs = 1000;
 /// 20 watchers of one leg each, so that a round is short, and 2,000 offers of theirs.
 void fill(Database& database, const Clock& clock) {
     const QStringList places{u"BKK"_s, u"EWR"_s, u"LHR"_s, u"NRT"_s};
-    const auto day = [&clock](int days) {
-        return clock.today().addDays(days).toString(Qt::ISODate);
-    };
+    const auto day = [&clock](int days) { return clock.today().addDays(days); };
     database.transaction([&] {
         for (int i = 0; i < watchers; ++i) {
             Search search;
@@ -47,15 +45,13 @@ void fill(Database& database, const Clock& clock) {
         for (int i = 0; i < offers; ++i) {
             Match match;
             match.searchId = 1 + i % watchers;
-            match.route = u"CPH-"_s + places[i % places.size()];
-            match.travelDate = day(30 + i % 150);
-            match.flight = u"SK%1"_s.arg(900 + i % 7);
-            match.key = match.travelDate + u'-' + match.route + u'-' + match.flight;
-            match.depart = u"05.03 11:00"_s;
-            match.arrive = u"05.03 13:10"_s;
-            match.stopsText = u"direkte"_s;
+            const QDate date = day(30 + i % 150);
+            match.key = {date, {u"CPH"_s, places[i % places.size()]}, u"SK%1"_s.arg(900 + i % 7)};
+            match.depart = {date, {11, 0}};
+            match.arrive = {date, {13, 10}};
+            match.stops = Stops();
             match.durationMinutes = 490;
-            match.cabin = i % 2 ? u"business"_s : u"economy"_s;
+            match.cabin = i % 2 ? Cabin::business : Cabin::economy;
             match.seats = 2;
             match.points = 60000;
             match.foundAt = clock.now() - std::chrono::minutes(i);

@@ -1,56 +1,62 @@
 # SPDX-License-Identifier: MIT
 # What every target of this project has in common.
 
+configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.h.in ${PROJECT_BINARY_DIR}/generated/TindraVersion.h)
+
 add_library(tindra_common INTERFACE)
-target_include_directories(tindra_common INTERFACE ${PROJECT_SOURCE_DIR})
-target_compile_definitions(tindra_common INTERFACE
-    QT_NO_KEYWORDS
-    QT_NO_CAST_FROM_ASCII
-    QT_NO_CAST_TO_ASCII
-    TINDRA_VERSION="${PROJECT_VERSION}")
+target_include_directories(tindra_common INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
+target_compile_definitions(tindra_common INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 target_compile_options(tindra_common INTERFACE -pthread -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${TINDRA_WERROR}>:-Werror>)
-# What is shipped reads pages from the network and holds a password.
-target_compile_options(tindra_common INTERFACE
-    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fstack-clash-protection>)
-target_link_options(tindra_common INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
 if(TINDRA_SANITIZE)
-    target_compile_options(tindra_common INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer)
-    target_link_options(tindra_common INTERFACE -fsanitize=address,undefined)
+    target_compile_options(tindra_common INTERFACE -fsanitize=${TINDRA_SANITIZE} -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    target_link_options(tindra_common INTERFACE -fsanitize=${TINDRA_SANITIZE})
 endif()
 
-# One precompiled header serves every Qt target; it is compiled once, here.
-add_library(tindra_pch STATIC ${PROJECT_SOURCE_DIR}/cmake/pch.cpp)
-target_link_libraries(tindra_pch PUBLIC tindra_common Qt6::Core QCoro6::Core)
-target_precompile_headers(tindra_pch PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch.h)
+# What is shipped reads pages from the network and holds a password.
+add_library(tindra_hardening INTERFACE)
+target_compile_options(tindra_hardening INTERFACE
+    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fstack-clash-protection>)
+target_link_options(tindra_hardening INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
+
+# tindra_precompiled(name HEADERS header... LINK target... [OPTIONS flag...])
+# A header that is compiled once, for all targets that do REUSE_FROM `tindra_<name>`.
+function(tindra_precompiled name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINK;OPTIONS" ${ARGN})
+    add_library(tindra_${name} STATIC ${PROJECT_SOURCE_DIR}/cmake/pch.cpp)
+    target_link_libraries(tindra_${name} PRIVATE tindra_common ${ARG_LINK})
+    target_compile_options(tindra_${name} PRIVATE ${ARG_OPTIONS})
+    target_precompile_headers(tindra_${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+tindra_precompiled(pch HEADERS ${PROJECT_SOURCE_DIR}/cmake/pch.h LINK tindra_hardening Qt6::Core QCoro6::Core)
 
 # tindra_library(room SOURCES file... LINK target...)
 # A static library `tindra_<room>` of the folder it is called in.
 function(tindra_library room)
-    cmake_parse_arguments(ARG "NO_PCH" "" "SOURCES;LINK;LINK_PRIVATE" ${ARGN})
+    cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK;LINK_PRIVATE" ${ARGN})
     add_library(tindra_${room} STATIC ${ARG_SOURCES})
-    target_link_libraries(tindra_${room} PUBLIC tindra_common ${ARG_LINK} PRIVATE ${ARG_LINK_PRIVATE})
-    if(NOT ARG_NO_PCH)
-        target_link_libraries(tindra_${room} PUBLIC Qt6::Core QCoro6::Core)
-        target_precompile_headers(tindra_${room} REUSE_FROM tindra_pch)
+    target_link_libraries(tindra_${room} PUBLIC tindra_common ${ARG_LINK}
+        PRIVATE tindra_hardening ${ARG_LINK_PRIVATE})
+    if(NOT ARG_NO_QT)
+        tindra_uses_qt(tindra_${room} PUBLIC)
     endif()
 endfunction()
 
-# tindra_test(name SOURCES file... LINK target... [DISPLAY])
-# A Qt Test program run by ctest; with DISPLAY it gets a virtual one of its own.
-function(tindra_test name)
-    cmake_parse_arguments(ARG "DISPLAY" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+# tindra_program(name SOURCES file... LINK target...)
+function(tindra_program name)
+    cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE tindra_common Qt6::Core QCoro6::Core Qt6::Test ${ARG_LINK})
-    target_precompile_headers(${name} REUSE_FROM tindra_pch)
-    target_compile_definitions(${name} PRIVATE TINDRA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
-    if(ARG_DISPLAY)
-        add_test(NAME ${name} COMMAND xvfb-run -a -s "-screen 0 1400x1000x24" $<TARGET_FILE:${name}>)
-    else()
-        add_test(NAME ${name} COMMAND ${name})
+    target_link_libraries(${name} PRIVATE tindra_common tindra_hardening ${ARG_LINK})
+    if(NOT ARG_NO_QT)
+        tindra_uses_qt(${name} PRIVATE)
     endif()
-    if(NOT ARG_TIMEOUT)
-        set(ARG_TIMEOUT 120)
-    endif()
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+endfunction()
+
+# For these two. Qt's own targets need no moc, so it is not switched on for all.
+function(tindra_uses_qt target visibility)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${target} ${visibility} Qt6::Core QCoro6::Core)
+    target_precompile_headers(${target} REUSE_FROM tindra_pch)
 endfunction()

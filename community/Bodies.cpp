@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "community/Bodies.h"
 
+#include <boost/url/parse.hpp>
+#include <boost/url/parse_query.hpp>
+
 #include <algorithm>
 #include <array>
 #include <bitset>
@@ -14,6 +17,7 @@ namespace community {
 namespace {
 
 namespace dom = simdjson::dom;
+namespace urls = boost::urls;
 
 // A find is the third level; what is deeper is passed over, but not without end.
 constexpr std::size_t deepest = 8;
@@ -85,21 +89,16 @@ std::optional<std::string_view> routeOfKey(std::string_view key) {
     return isKey ? std::optional(key.substr(11, 7)) : std::nullopt;
 }
 
-bool isBooking(std::string_view url, bool mayBeLocal) {
-    if (url.empty())
+bool isBooking(std::string_view text, bool mayBeLocal) {
+    if (text.empty())
         return true;
-    const std::size_t scheme = url.find("://");
-    if (scheme == std::string_view::npos)
+    const auto url = urls::parse_uri(text);
+    if (!url || url->has_userinfo() || url->encoded_host().empty())
         return false;
-    const std::string_view authority =
-        url.substr(scheme + 3, url.find_first_of("/?#", scheme + 3) - scheme - 3);
-    if (authority.empty() || url.find_first_of(" \"<>\\^`{|}") != std::string_view::npos ||
-        authority.find('@') != std::string_view::npos)
-        return false;
-    const std::string_view host = authority.substr(0, authority.find(':'));
+    const std::string_view host = url->encoded_host();
     const bool isLocal = host == "127.0.0.1" || host == "localhost" || host.ends_with(".localhost");
-    return !host.empty() &&
-           (url.starts_with("https://") || (mayBeLocal && isLocal && url.starts_with("http://")));
+    return url->scheme_id() == urls::scheme::https ||
+           (mayBeLocal && isLocal && url->scheme_id() == urls::scheme::http);
 }
 
 std::string quoted(std::string_view text) {
@@ -233,22 +232,6 @@ std::variant<dom::object, Fault> objectOf(dom::parser& parser, std::string_view 
     return object;
 }
 
-// Undoes percent encoding; what is not such an encoding stays.
-std::string decoded(std::string_view text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned value = 0;
-        if (text[i] == '%' && i + 2 < text.size() &&
-            std::from_chars(&text[i + 1], &text[i + 1] + 2, value, 16).ptr == &text[i + 1] + 2) {
-            result += char(value);
-            i += 2;
-        } else {
-            result += text[i];
-        }
-    }
-    return result;
-}
-
 } // namespace
 
 bool isRoute(std::string_view text) {
@@ -312,15 +295,14 @@ std::variant<Change, Fault> Bodies::soldOut(std::string_view body) {
 }
 
 std::vector<std::string> routesOf(std::string_view query, std::size_t most) {
-    constexpr std::string_view name = "routes=";
     std::vector<std::string> routes;
-    while (!query.empty() && !query.starts_with(name)) {
-        const std::size_t next = query.find('&');
-        query = next == std::string_view::npos ? std::string_view() : query.substr(next + 1);
-    }
-    if (query.empty())
+    const auto parameters = urls::parse_query(query);
+    if (!parameters)
         return routes;
-    const std::string list = decoded(query.substr(name.size(), query.find('&') - name.size()));
+    const auto found = parameters->find("routes");
+    if (found == parameters->end())
+        return routes;
+    const std::string list = (*found).value.decode();
     for (std::size_t from = 0; from < list.size() && routes.size() < most;) {
         const std::size_t comma = std::min(list.find(',', from), list.size());
         const std::string_view route = std::string_view(list).substr(from, comma - from);

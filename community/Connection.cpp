@@ -15,18 +15,13 @@
 namespace community {
 
 namespace asio = boost::asio;
-namespace beast = boost::beast;
-namespace http = beast::http;
+namespace http = boost::beast::http;
 
 namespace {
 
 // Of a buffer that a kept connection may hold while nothing is asked of it.
 constexpr std::size_t restingBuffer = 4096;
 constexpr std::chrono::milliseconds drainLimit{1000};
-
-std::string_view viewOf(beast::string_view text) {
-    return {text.data(), text.size()};
-}
 
 Connection::Instant now() {
     return std::chrono::steady_clock::now();
@@ -130,15 +125,15 @@ void Connection::takeHead() {
     auto& message = m_parser->get();
     const bool isAwaited = !message[http::field::expect].empty();
     m_staysOpen = message.keep_alive() && message.version() == 11;
-    m_request.method = viewOf(message.method_string());
-    m_request.target = viewOf(message.target());
-    m_request.contentType = viewOf(message[http::field::content_type]);
+    m_request.method = message.method_string();
+    m_request.target = message.target();
+    m_request.contentType = message[http::field::content_type];
     m_request.hasBody = m_parser->chunked() || m_parser->content_length().value_or(0) > 0;
     // A balancer may add a line of its own after the client's.
     std::string forwardedFor;
     const auto lines = message.equal_range("X-Forwarded-For");
     for (auto line = lines.first; line != lines.second; ++line)
-        forwardedFor.append(forwardedFor.empty() ? "" : ",").append(viewOf(line->value()));
+        forwardedFor.append(forwardedFor.empty() ? "" : ",").append(line->value());
     m_request.sender = senderOf(m_peer, forwardedFor, m_all.trustedProxies());
     message.clear();
     welcome(isAwaited);
@@ -222,7 +217,7 @@ void Connection::write(Response response, bool staysOpen) {
     m_head = "HTTP/1.1 ";
     m_head += std::to_string(response.status);
     m_head += ' ';
-    m_head += viewOf(http::obsolete_reason(http::int_to_status(response.status)));
+    m_head += http::obsolete_reason(http::int_to_status(response.status));
     m_head += "\r\n";
     m_head += m_all.dateLine();
     m_head += response.headers;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "community/RedisStore.h"
 
+#include <boost/url/parse.hpp>
+
 #include <hiredis/hiredis.h>
 
-#include <charconv>
 #include <cstdlib>
+#include <optional>
 #include <set>
 
 namespace community {
@@ -33,6 +35,15 @@ std::string_view textOf(const redisReply& reply) {
                                             : std::string_view();
 }
 
+// Of redis://host:port; absent when the text is nothing like it.
+std::optional<RedisStore::Address> addressOf(std::string_view text) {
+    const auto url = boost::urls::parse_uri(text);
+    if (!url || url->scheme() != "redis" || url->encoded_host().empty() ||
+        url->port_number() == 0 || url->encoded_host_and_port().size() + 8 != text.size())
+        return std::nullopt;
+    return RedisStore::Address{url->host_address(), url->port_number()};
+}
+
 } // namespace
 
 void RedisStore::Free::operator()(redisContext* context) const {
@@ -41,19 +52,6 @@ void RedisStore::Free::operator()(redisContext* context) const {
 
 void RedisStore::Free::operator()(redisReply* reply) const {
     freeReplyObject(reply);
-}
-
-std::optional<RedisStore::Address> RedisStore::addressOf(std::string_view url) {
-    constexpr std::string_view scheme = "redis://";
-    const std::size_t colon = url.rfind(':');
-    if (!url.starts_with(scheme) || colon <= scheme.size())
-        return std::nullopt;
-    Address address{std::string(url.substr(scheme.size(), colon - scheme.size())), 0};
-    const char* const end = url.data() + url.size();
-    const auto [stop, error] = std::from_chars(url.data() + colon + 1, end, address.port);
-    if (error != std::errc() || stop != end || address.port == 0)
-        return std::nullopt;
-    return address;
 }
 
 void RedisStore::apply(const std::vector<Change>& changes, Time now) {
@@ -168,6 +166,15 @@ void RedisStore::lose(const std::string& why) {
     const StoreError error("Redis: " + why);
     m_context.reset();
     throw error;
+}
+
+StoreMaker inRedis(std::string url) {
+    return [url = std::move(url)](std::size_t) {
+        auto address = addressOf(url);
+        if (!address)
+            throw StoreError("the store must be redis://host:port");
+        return std::make_unique<RedisStore>(std::move(*address));
+    };
 }
 
 } // namespace community

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <string_view>
 
 struct redisContext;
@@ -25,8 +24,6 @@ public:
         std::string host;
         std::uint16_t port;
     };
-    /// Of redis://host:port; absent when the text is nothing like it.
-    static std::optional<Address> addressOf(std::string_view url);
 
     /// Connects with the first call, and again whenever the connection was lost.
     explicit RedisStore(Address address) : m_address(std::move(address)) {}
@@ -53,5 +50,9 @@ private:
     Address m_address;
     std::unique_ptr<redisContext, Free> m_context;
 };
+
+/// At redis://host:port, which need not be there yet. An address of another form is the service's
+/// error when it starts.
+StoreMaker inRedis(std::string url);
 
 } // namespace community

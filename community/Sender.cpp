@@ -44,7 +44,7 @@ std::uint64_t senderOf(const address& peer, std::string_view forwardedFor,
         while (hop.ends_with(' '))
             hop.remove_suffix(1);
         boost::system::error_code error;
-        const address next = boost::asio::ip::make_address(std::string(hop), error);
+        const address next = boost::asio::ip::make_address(hop, error);
         if (error)
             break;
         sender = plain(next);

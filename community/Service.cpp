@@ -4,8 +4,6 @@
 #include "community/Api.h"
 #include "community/Connection.h"
 #include "community/Connections.h"
-#include "community/RedisStore.h"
-#include "community/SqliteStore.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -27,15 +25,6 @@ namespace {
 // Of answers that are kept ready.
 constexpr std::size_t mostKeptBytes = 8 * 1024 * 1024;
 constexpr std::chrono::milliseconds tickInterval{100};
-
-std::unique_ptr<Store> storeOf(const Options& options) {
-    if (!options.store.starts_with("redis:"))
-        return std::make_unique<SqliteStore>(options.store, options.limits.finds);
-    auto address = RedisStore::addressOf(options.store);
-    if (!address)
-        throw StoreError("the store must be redis://host:port");
-    return std::make_unique<RedisStore>(std::move(*address));
-}
 
 std::vector<asio::ip::address> addressesOf(const std::vector<std::string>& texts) {
     std::vector<asio::ip::address> result;
@@ -65,7 +54,7 @@ struct Service::Running {
 
     explicit Running(const Options& options)
         : store(
-              storeOf(options), options.clock,
+              options.store(options.limits.finds), options.clock,
               [this](std::function<void()> call) { asio::post(context, std::move(call)); },
               options.log)
         , api(store, options.clock, RateLimiter(options.rateLimit),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "community/SqliteStore.h"
 #include "community/Time.h"
 
 #include <chrono>
@@ -23,14 +24,14 @@ struct Limits {
     std::uint32_t header = 16 * 1024;           ///< bytes
     std::size_t body = 256 * 1024;              ///< bytes
     std::size_t memory = 20 * 1024 * 1024;      ///< bytes of all bodies and answers on their way
-    std::size_t finds = 200'000;                ///< kept in SQLite; then the oldest are dropped
+    std::size_t finds = 200'000;                ///< that the store is to keep
 };
 
 struct Options {
     std::string listen = "127.0.0.1"; ///< an IP address of this machine
     std::uint16_t port = 0;           ///< 0 takes a free one
-    /// Path of a SQLite file, whose folder is created; ":memory:"; or redis://host:port.
-    std::string store = ":memory:";
+    /// Called at each start.
+    StoreMaker store = inSqlite(":memory:");
     Clock clock = systemTime;
     /// What each sender may ask for in the long run, in requests a second; a minute's worth of them
     /// at once. 0 is no limit.
@@ -55,8 +56,7 @@ public:
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    /// Listens and serves. Returns the error, or nothing on success. A Redis store need not be
-    /// there yet; a SQLite file must open.
+    /// Makes the store, listens and serves. Returns the error, or nothing on success.
     [[nodiscard]] std::optional<std::string> start();
 
     /// Closes every connection and joins the threads. What was answered is stored.

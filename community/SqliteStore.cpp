@@ -174,4 +174,10 @@ void SqliteStore::fail() const {
     throw StoreError(m_db ? sqlite3_errmsg(m_db.get()) : "out of memory");
 }
 
+StoreMaker inSqlite(std::string path) {
+    return [path = std::move(path)](std::size_t most) {
+        return std::make_unique<SqliteStore>(path, most);
+    };
+}
+
 } // namespace community

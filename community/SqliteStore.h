@@ -46,4 +46,7 @@ private:
     Statement m_ping;
 };
 
+/// Opens or creates this file when the service starts.
+StoreMaker inSqlite(std::string path);
+
 } // namespace community

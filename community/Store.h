@@ -4,6 +4,8 @@
 #include "community/Time.h"
 
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -47,5 +49,8 @@ public:
                                                         Time now) = 0;
     virtual void ping() = 0;
 };
+
+/// Makes the store that a service is to use, for at most this many finds; may throw StoreError.
+using StoreMaker = std::function<std::unique_ptr<Store>(std::size_t most)>;
 
 } // namespace community

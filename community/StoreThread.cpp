@@ -69,7 +69,7 @@ bool StoreThread::ping(Done done) {
 }
 
 void StoreThread::run() {
-    // hiredis writes to sockets that may have been closed.
+    // A store may write to a socket that has been closed.
     sigset_t broken;
     sigemptyset(&broken);
     sigaddset(&broken, SIGPIPE);

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "TindraVersion.h"
+#include "community/RedisStore.h"
 #include "community/Service.h"
+#include "community/SqliteStore.h"
 
 #include <getopt.h>
 #include <malloc.h>
@@ -74,6 +77,7 @@ Wish wishOf(int argc, char** argv) {
     Options options;
     options.port = defaultPort;
     std::string data = dataFolder();
+    std::string redis;
     opterr = 0;
     for (int code = 0; (code = getopt_long(argc, argv, ":", longOptions, nullptr)) != -1;) {
         const std::string value = optarg ? optarg : "";
@@ -90,7 +94,7 @@ Wish wishOf(int argc, char** argv) {
         else if (code == Data)
             data = value;
         else if (code == Store)
-            options.store = value;
+            redis = value;
         else if (code == Proxy)
             options.trustedProxies.push_back(value);
         else if (code == Local)
@@ -102,8 +106,9 @@ Wish wishOf(int argc, char** argv) {
     }
     if (optind < argc)
         return complaint(std::string("unexpected argument \"") + argv[optind] + '"');
-    if (!options.store.starts_with("redis:"))
-        options.store = (std::filesystem::path(data) / "community.sqlite").string();
+    options.store = redis.empty()
+                        ? community::inSqlite(std::filesystem::path(data) / "community.sqlite")
+                        : community::inRedis(redis);
     options.log = [](const std::string& line) {
         std::fprintf(stderr, "tindra-community: %s\n", line.c_str());
     };

@@ -41,25 +41,25 @@ QString label(Cabin cabin) {
     return {};
 }
 
-QString cabinLabel(const QString& text) {
-    const auto cabin = cabinFromRaw(text);
-    return cabin ? label(*cabin) : text;
-}
-
-QString cabinLabels(const QString& texts) {
-    QStringList labels;
-    for (const QString& text : texts.split(u',', Qt::SkipEmptyParts))
-        labels.append(cabinLabel(text));
-    return labels.join(u", "_s);
-}
-
-QString encodeCabins(const CabinSet& cabins) {
-    QStringList texts(cabins.begin(), cabins.end());
-    texts.sort();
+QString encodeCabins(CabinSet cabins) {
+    QStringList texts;
+    for (const Cabin cabin : cabins)
+        texts.append(rawValue(cabin));
     return texts.join(u',');
 }
 
 CabinSet decodeCabins(const QString& text) {
-    const QStringList pieces = text.split(u',', Qt::SkipEmptyParts);
-    return CabinSet(pieces.begin(), pieces.end());
+    CabinSet cabins;
+    for (const QString& piece : text.split(u',', Qt::SkipEmptyParts)) {
+        if (const auto cabin = cabinFromRaw(piece))
+            cabins.insert(*cabin);
+    }
+    return cabins;
+}
+
+QString cabinLabels(CabinSet cabins) {
+    QStringList labels;
+    for (const Cabin cabin : cabins)
+        labels.append(label(cabin));
+    return labels.join(u", "_s);
 }

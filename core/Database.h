@@ -126,7 +126,7 @@ private:
     Settings m_settings{m_values};
     WatcherStore m_watchers{m_db, m_safekeeping, asTransaction(), m_clock};
     OfferStore m_offers{m_db, asTransaction(), m_clock};
-    SeenStore m_seen{m_db, m_clock};
+    SeenStore m_seen{m_db, asTransaction(), m_clock};
     int m_news = 0;
     std::optional<QString> m_problem;
     /// The file was opened, and took changes then.

@@ -11,16 +11,18 @@
 /// Dates and times as short Norwegian texts, and the "yyyy-MM-dd" form that records use.
 namespace DateFmt {
 
-/// "yyyy-MM-dd".
+/// "yyyy-MM-dd"; empty for an invalid date.
 QString iso(QDate date);
 /// Absent when the text is not a date in exactly that form.
-std::optional<QDate> parseIso(const QString& text);
+std::optional<QDate> parseIso(QStringView text);
+/// The same as records have it: an empty text for an invalid date, and the other way round.
+QDate dateFromIso(QStringView text);
+/// "yyyyMMdd", as addresses have it; empty for an invalid date.
+QString compact(QDate date);
 
 /// How long before `now` something happened, such as "3 t siden".
 QString ago(std::optional<Instant> instant, Instant now);
-/// "2026-03-14" as "14.03.26"; a text of another form is returned unchanged.
-QString shortDate(const QString& date);
-/// "2026-03-14T09:05:00" as "14.03 09:05"; a text of another form is returned unchanged.
-QString compact(const QString& dateTime);
+/// Such as "14.03.26"; empty for an invalid date.
+QString shortDate(QDate date);
 
 } // namespace DateFmt

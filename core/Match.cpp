@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "core/Match.h"
 
-#include <QStringList>
-
 using namespace Qt::StringLiterals;
 
 QString Match::places() const {
-    const QStringList codes = route.split(u'-', Qt::SkipEmptyParts);
     const auto name = [](const QString& city, const QString& code) {
         const QString& place = city.isEmpty() ? code : city;
         return place.isEmpty() ? u"?"_s : place;
     };
-    return name(fromCity, codes.value(0)) + u" → "_s + name(toCity, codes.value(codes.size() - 1));
+    return name(fromCity, route().origin) + u" → "_s + name(toCity, route().destination);
 }
 
 std::optional<QString> Match::durationText() const {

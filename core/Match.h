@@ -1,52 +1,89 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/FareKey.h"
+#include "core/LocalTime.h"
+#include "core/Stops.h"
 #include "platform/Clock.h"
 
 #include <QString>
 
 #include <optional>
+#include <variant>
 
-/// One award seat offer in one cabin: found for a watcher, shared by the community, or the record
-/// that an earlier one has sold out.
+/// One award seat offer in one cabin: found for a watcher, or shared by the community.
 struct Match {
     /// `searchId` of a stored community find.
     static constexpr qint64 communitySearchId = -1;
+    /// Offers that screens show at most.
+    static constexpr int mostShown = 2000;
 
     qint64 id = 0;
     /// The watcher it was found for.
     qint64 searchId = 0;
-    /// The fare key: date, origin, destination and flight designators.
-    QString key;
-    /// Two airport codes joined by "-", origin first. A sold-out record has its label here.
-    QString route;
+    /// Date of travel, route and flights.
+    FareKey key;
     QString fromCity;
     QString toCity;
-    /// Local times as display text, such as "14.03 09:05".
-    QString depart;
-    QString arrive;
-    /// Such as "direkte" or "1 stopp (CPH)".
-    QString stopsText;
-    /// Flight designators joined by ",".
-    QString flight;
+    LocalTime depart;
+    LocalTime arrive;
+    /// Absent when unknown.
+    std::optional<Stops> stops;
     /// 0 when unknown.
     int durationMinutes = 0;
-    /// Raw value of the cabin; a sold-out record has all its cabins, joined by ",".
-    QString cabin;
+    Cabin cabin = Cabin::economy;
     int seats = 0;
     int points = 0;
-    /// "yyyy-MM-dd", or empty.
-    QString travelDate;
     /// Where the offer can be booked; empty when there is no such page.
     QString bookingURL;
-    bool soldOut = false;
     Instant foundAt;
     bool isCommunity = false;
 
     bool operator==(const Match&) const = default;
 
+    const Route& route() const { return key.route; }
+    QDate travelDate() const { return key.date; }
+    OfferId offer() const { return {key, cabin}; }
+    /// Such as "1 stopp (CPH)"; empty when unknown.
+    QString stopsText() const { return stops ? stops->text() : QString(); }
     /// Such as "Oslo → New York"; an airport code of the route stands in for a missing name.
     QString places() const;
     /// Such as "10t 5m"; absent when the duration is unknown.
     std::optional<QString> durationText() const;
 };
+
+/// The record that cabins of a fare that was found earlier have vanished.
+struct SoldOut {
+    qint64 id = 0;
+    /// The watcher that had seen them.
+    qint64 searchId = 0;
+    FareKey key;
+    /// The cabins that have vanished.
+    CabinSet cabins;
+    /// What the fare was called, such as "OSL-BKK 2025-03-01 · SK1467,TG955".
+    QString label;
+    Instant foundAt;
+
+    bool operator==(const SoldOut&) const = default;
+};
+
+/// What the list of hits has: offers, and the records that some have gone.
+using Hit = std::variant<Match, SoldOut>;
+
+/// What offers and sold-out records have in common.
+namespace Hits {
+
+inline bool isSoldOut(const Hit& hit) {
+    return std::holds_alternative<SoldOut>(hit);
+}
+inline const FareKey& key(const Hit& hit) {
+    return std::visit([](const auto& one) -> const FareKey& { return one.key; }, hit);
+}
+inline qint64 searchId(const Hit& hit) {
+    return std::visit([](const auto& one) { return one.searchId; }, hit);
+}
+inline Instant foundAt(const Hit& hit) {
+    return std::visit([](const auto& one) { return one.foundAt; }, hit);
+}
+
+} // namespace Hits

@@ -23,12 +23,14 @@ public:
 
     /// Stores an offer under a new id and returns that; 0 when it could not be stored.
     qint64 recordMatch(const Match& match, Telling telling = Telling::isDone);
+    /// The same for the record that one has gone.
+    qint64 recordSoldOut(const SoldOut& record, Telling telling = Telling::isDone);
     /// Offers and sold-out records of which the user is still to be told, in the order of storing.
-    QList<Match> untold();
+    QList<Hit> untold();
     /// The user has been told of these, or need not be. False when that could not be stored.
     bool markTold(const QList<qint64>& matches);
-    /// The newest offers first; those whose travel date is past are left out.
-    QList<Match> recentMatches(int limit);
+    /// The newest first; those whose travel date is past are left out.
+    QList<Hit> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
     void deleteMatch(qint64 id);
@@ -44,6 +46,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    qint64 recordHit(const Hit& hit, Telling telling);
+
     SqliteConnection& m_db;
     Transaction m_transaction;
     const Clock& m_clock;

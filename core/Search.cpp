@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/Search.h"
 
-#include "core/DateFmt.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -13,14 +12,13 @@ QString Search::displayName() const {
 }
 
 bool Search::isRoundTrip() const {
-    return !returnDateFrom.isEmpty() || !returnDateTo.isEmpty();
+    return returnDateFrom.isValid() || returnDateTo.isValid();
 }
 
 bool Search::isPast(QDate today) const {
-    const auto isOver = [today](const QString& from, const QString& to) {
-        const auto first = DateFmt::parseIso(from);
-        const auto last = to.isEmpty() ? first : DateFmt::parseIso(to);
-        return first && last && std::max(*first, *last) < today;
+    // The day before all others where it is invalid.
+    const auto isOver = [today](QDate from, QDate to) {
+        return from.isValid() && std::max(from, to) < today;
     };
     return isOver(dateFrom, dateTo) && (!isRoundTrip() || isOver(returnDateFrom, returnDateTo));
 }
@@ -33,4 +31,9 @@ QStringList Search::codes(const QString& text) {
             codes.append(code);
     }
     return codes;
+}
+
+QList<Search> enabledOf(QList<Search> searches) {
+    searches.removeIf([](const Search& search) { return !search.enabled; });
+    return searches;
 }

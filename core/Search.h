@@ -4,6 +4,8 @@
 #include "core/Cabin.h"
 #include "platform/Clock.h"
 
+#include <QDate>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -11,26 +13,22 @@
 
 /// A watcher: one journey that the user wants, as it is stored.
 ///
-/// Dates are "yyyy-MM-dd" or empty. `origin` and `destination` are code lists as the user typed
-/// them; read them with `codes`.
+/// `origin` and `destination` are code lists as the user typed them; read them with `codes`. A date
+/// that is not set, or could not be read, is invalid.
 struct Search {
-    /// The most that may be asked for.
-    static constexpr int mostSeats = 9;
-    static constexpr int mostStops = 3;
-
     /// Database row; 0 until the watcher is stored.
     qint64 id = 0;
     /// May be empty.
     QString name;
     QString origin;
     QString destination;
-    CabinSet cabins{QStringLiteral("business")};
+    CabinSet cabins{Cabin::business};
     int minSeats = 1;
     int maxStops = 2;
-    QString dateFrom;
-    QString dateTo;
-    QString returnDateFrom;
-    QString returnDateTo;
+    QDate dateFrom;
+    QDate dateTo;
+    QDate returnDateFrom;
+    QDate returnDateTo;
     /// Also accept flights of partner airlines.
     bool includePartners = false;
     /// The watcher takes part in polling.
@@ -47,9 +45,12 @@ struct Search {
     /// True when either end of the return window is set.
     bool isRoundTrip() const;
     /// Every day that it could be looked up for, out and home, is before `today`. A window without
-    /// an end is its first day alone; dates that cannot be read are not past.
+    /// an end is its first day alone; one without a beginning is not past.
     bool isPast(QDate today) const;
 
     /// The codes of a code list, trimmed and in upper case; order and duplicates are kept.
     static QStringList codes(const QString& text);
 };
+
+/// Those that take part in polling, in their order.
+QList<Search> enabledOf(QList<Search> searches);

@@ -2,15 +2,19 @@
 #pragma once
 
 #include "core/Cabin.h"
+#include "core/FareKey.h"
+#include "core/Transaction.h"
 
 #include <QMap>
+#include <QSet>
 #include <QString>
 
 class Clock;
 class SqliteConnection;
+struct Match;
 
-/// What each watcher has seen, so that nothing is told twice. Others' finds are those of watcher
-/// `Match::communitySearchId`.
+/// What each watcher has seen, and of which finds of others the user was told, so that nothing is
+/// told twice.
 class SeenStore {
 public:
     /// What a watcher last saw of one fare.
@@ -21,17 +25,23 @@ public:
         bool operator==(const Seen&) const = default;
     };
 
-    /// Both must outlive the store.
-    SeenStore(SqliteConnection& db, const Clock& clock) : m_db(db), m_clock(clock) {}
+    /// All must outlive the store.
+    SeenStore(SqliteConnection& db, Transaction transaction, const Clock& clock)
+        : m_db(db), m_transaction(std::move(transaction)), m_clock(clock) {}
 
     /// What the watcher has seen, by fare key.
-    QMap<QString, Seen> seenCabins(qint64 searchId);
-    void upsertSeen(qint64 searchId, const QString& key, const CabinSet& cabins,
-                    const QString& label);
+    QMap<FareKey, Seen> seenCabins(qint64 searchId);
+    void upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen);
+    /// The finds of others that the user has been told of.
+    QSet<OfferId> seenOfOthers();
+    void noteSeenOfOthers(const Match& find);
     /// Forgets that others' finds were seen whose travel date is past.
     void forgetTravelledCommunityFinds();
 
 private:
+    void putSeen(qint64 searchId, const QString& key, const QString& cabins, const QString& label);
+
     SqliteConnection& m_db;
+    Transaction m_transaction;
     const Clock& m_clock;
 };

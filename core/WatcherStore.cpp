@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/WatcherStore.h"
 
+#include "core/DateFmt.h"
 #include "core/Safekeeping.h"
 #include "core/SqliteConnection.h"
 #include "core/TDLog.h"
@@ -19,10 +20,10 @@ Search readSearch(const SqliteRow& row) {
     search.cabins = decodeCabins(row.text(4));
     search.minSeats = static_cast<int>(row.integer(5));
     search.maxStops = static_cast<int>(row.integer(6));
-    search.dateFrom = row.text(7);
-    search.dateTo = row.text(8);
-    search.returnDateFrom = row.text(9);
-    search.returnDateTo = row.text(10);
+    search.dateFrom = DateFmt::dateFromIso(row.text(7));
+    search.dateTo = DateFmt::dateFromIso(row.text(8));
+    search.returnDateFrom = DateFmt::dateFromIso(row.text(9));
+    search.returnDateTo = DateFmt::dateFromIso(row.text(10));
     search.enabled = row.integer(11) == 1;
     if (!row.isNull(12))
         search.lastChecked = instantFromSeconds(row.real(12));
@@ -43,12 +44,13 @@ QList<Search> WatcherStore::listSearches() {
 }
 
 qint64 WatcherStore::addSearch(const Search& s) {
-    const int added =
-        m_db.change("INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
-                    "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
-                    "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
-                    s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
-                    s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo, s.includePartners);
+    const int added = m_db.change(
+        "INSERT INTO searches (name,origin,destination,cabins,min_seats,max_stops,"
+        "date_from,date_to,return_date_from,return_date_to,include_partners,enabled) "
+        "VALUES (?,?,?,?,?,?,?,?,?,?,?,1)",
+        s.name, s.origin, s.destination, encodeCabins(s.cabins), s.minSeats, s.maxStops,
+        DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo), DateFmt::iso(s.returnDateFrom),
+        DateFmt::iso(s.returnDateTo), s.includePartners);
     const QString route = s.origin + u"->"_s + s.destination;
     if (added == 0) {
         TDLog::note(u"addSearch FEILET: %1 (%2)"_s.arg(m_db.errorMessage(), route));
@@ -65,8 +67,9 @@ void WatcherStore::updateSearch(const Search& s) {
                 "  return_date_from=?, return_date_to=?, include_partners=?\n"
                 "WHERE id=?",
                 trimmedBlanks(s.name), s.origin, s.destination, encodeCabins(s.cabins), s.minSeats,
-                s.maxStops, s.dateFrom, s.dateTo, s.returnDateFrom, s.returnDateTo,
-                s.includePartners, s.id);
+                s.maxStops, DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo),
+                DateFmt::iso(s.returnDateFrom), DateFmt::iso(s.returnDateTo), s.includePartners,
+                s.id);
     m_kept.remove(Kept::lookupCursor(s.id));
 }
 

@@ -14,11 +14,15 @@ bool Announcer::store(qint64 watcher, QList<FareNews>& news) {
             for (Match& match : one.found)
                 match.id = m_database.offers().recordMatch(match, isDue);
             if (one.soldOut)
-                one.soldOut->id = m_database.offers().recordMatch(*one.soldOut, isDue);
+                one.soldOut->id = m_database.offers().recordSoldOut(*one.soldOut, isDue);
             if (one.seen)
-                m_database.seen().upsertSeen(watcher, one.key, one.seen->cabins, one.seen->label);
+                m_database.seen().upsertSeen(watcher, one.key, *one.seen);
         }
     });
+}
+
+QCoro::Task<> Announcer::settled() {
+    co_await m_notifier.settled();
 }
 
 Announcer::Count Announcer::announce(qint64 watcher, QList<FareNews> news) {
@@ -34,14 +38,14 @@ Announcer::Count Announcer::announce(qint64 watcher, QList<FareNews> news) {
         }
         if (one.soldOut && isStored) {
             ++count.soldOut;
-            m_notifier.notifySoldOut(one.soldOut->route, one.gone, one.soldOut->id);
+            m_notifier.notifySoldOut(*one.soldOut);
         }
     }
     for (const FareNews& one : std::as_const(news)) {
         for (const Match& match : one.found)
             Q_EMIT matchFound(match);
         if (one.soldOut && isStored)
-            Q_EMIT soldOut(*one.soldOut, one.key, one.gone);
+            Q_EMIT soldOut(*one.soldOut);
     }
     return count;
 }

@@ -3,6 +3,7 @@
 
 #include "polling/FareComparison.h"
 
+#include <QCoroTask>
 #include <QObject>
 
 class Database;
@@ -24,10 +25,12 @@ public:
     /// what was stored is told by the next start. When the disk takes nothing, a new seat is worth
     /// saying all the same; that one has sold out would be said again in every round, so it waits.
     Count announce(qint64 watcher, QList<FareNews> news);
+    /// As of Notifier.
+    QCoro::Task<> settled();
 
 Q_SIGNALS:
     void matchFound(const Match& match);
-    void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
+    void soldOut(const SoldOut& record);
 
 private:
     bool store(qint64 watcher, QList<FareNews>& news);

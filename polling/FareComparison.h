@@ -9,13 +9,11 @@
 
 /// What one fare means for a watcher: what is to be stored, all of it or nothing, and then said.
 struct FareNews {
-    QString key;
+    FareKey key;
     /// Cabins that became available, each an offer of its own.
     QList<Match> found;
     /// The record that cabins have vanished; absent when none has.
-    std::optional<Match> soldOut;
-    /// The cabins that have vanished.
-    CabinSet gone;
+    std::optional<SoldOut> soldOut;
     /// What the watcher has seen of the fare from now on; absent when that stays as it was.
     std::optional<SeenStore::Seen> seen;
 
@@ -27,7 +25,7 @@ struct FareNews {
 class FareComparison {
 public:
     /// `seen` is what the watcher had seen before the round.
-    FareComparison(Search watcher, QMap<QString, SeenStore::Seen> seen);
+    FareComparison(Search watcher, QMap<FareKey, SeenStore::Seen> seen);
 
     /// From the next leg on the watcher asks for something else.
     void setWatcher(const Search& watcher) { m_watcher = watcher; }
@@ -41,16 +39,16 @@ public:
 
 private:
     void add(const Fare& fare, Instant now);
-    void addGone(const QString& key, Instant now);
-    FareNews& newsOf(const QString& key);
+    void addGone(const FareKey& key, Instant now);
+    FareNews& newsOf(const FareKey& key);
 
     Search m_watcher;
     /// Before the round.
-    QMap<QString, SeenStore::Seen> m_seen;
-    /// What is seen of the fares that satisfied in this round, by fare key.
-    QHash<QString, SeenStore::Seen> m_round;
+    QMap<FareKey, SeenStore::Seen> m_seen;
+    /// What is seen of the fares that satisfied in this round.
+    QHash<FareKey, SeenStore::Seen> m_round;
     /// Of the leg that is compared, in its order, with each key's place.
     QList<FareNews> m_news;
-    QHash<QString, qsizetype> m_places;
+    QHash<FareKey, qsizetype> m_places;
     int m_satisfied = 0;
 };

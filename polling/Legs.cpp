@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Legs.h"
 
-#include "core/DateFmt.h"
+#include "airline/SAS.h"
 #include "core/Err.h"
+#include "core/WatcherForm.h"
+#include "polling/Routes.h"
 
 #include <algorithm>
 
@@ -11,53 +13,32 @@ using namespace Qt::StringLiterals;
 namespace Legs {
 
 Leg All::operator[](qsizetype index) const {
-    const qsizetype back = index - pairs.size() * outbound.size();
-    if (back < 0) {
-        const auto& pair = pairs[index / outbound.size()];
-        return {pair.origin, pair.destination, outbound[index % outbound.size()], flow};
-    }
-    const auto& pair = pairs[back / homebound.size()];
-    return {pair.destination, pair.origin, homebound[back % homebound.size()], flow};
+    const qsizetype back = index - routes.size() * outbound.size();
+    if (back < 0)
+        return {routes[index / outbound.size()], outbound[index % outbound.size()], flow};
+    return {routes[back / homebound.size()].reversed(), homebound[back % homebound.size()], flow};
 }
 
 bool All::contains(const Leg& leg) const {
     return leg.flow == flow &&
-           ((outbound.contains(leg.date) && pairs.contains({leg.origin, leg.destination})) ||
-            (homebound.contains(leg.date) && pairs.contains({leg.destination, leg.origin})));
+           ((outbound.contains(leg.date) && routes.contains(leg.route)) ||
+            (homebound.contains(leg.date) && routes.contains(leg.route.reversed())));
 }
 
 All ofWatcher(const Search& watcher, QDate today) {
-    QStringList origins = Search::codes(watcher.origin);
-    QStringList destinations = Search::codes(watcher.destination);
-    if (origins.isEmpty())
+    if (Search::codes(watcher.origin).isEmpty())
         throw Err{u"Søket mangler avreisested."_s};
-    if (destinations.isEmpty())
+    if (Search::codes(watcher.destination).isEmpty())
         throw Err{u"Søket mangler destinasjon."_s};
-    if (!DateFmt::parseIso(watcher.dateFrom))
+    if (!watcher.dateFrom.isValid())
         throw Err{u"SAS-søk krever avreisedato."_s};
-    origins.removeDuplicates();
-    destinations.removeDuplicates();
-    destinations.sort();
     All legs;
+    legs.routes = Routes::ofWatcher(watcher, watcher.includePartners);
     legs.flow = watcher.includePartners ? Flow::award : Flow::points;
-    legs.outbound = SAS::expandDates(watcher.dateFrom, watcher.dateTo, today, datesPerWindow);
-    legs.homebound =
-        SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, today, datesPerWindow);
-
-    legs.pairs.reserve(origins.size() * destinations.size());
-    // Two origins have the same pair only where the hub stands in for one of them.
-    QSet<QString> fromHub;
-    for (const QString& origin : std::as_const(origins)) {
-        for (const QString& destination : std::as_const(destinations)) {
-            auto pair = SAS::searchedPair(origin, destination, watcher.includePartners);
-            if (SAS::hubs().contains(pair.origin)) {
-                if (fromHub.contains(destination))
-                    continue;
-                fromHub.insert(destination);
-            }
-            legs.pairs.append(std::move(pair));
-        }
-    }
+    legs.outbound =
+        SAS::expandDates(watcher.dateFrom, watcher.dateTo, today, WatcherForm::mostDays);
+    legs.homebound = SAS::expandDates(watcher.returnDateFrom, watcher.returnDateTo, today,
+                                      WatcherForm::mostDays);
     return legs;
 }
 

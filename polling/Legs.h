@@ -2,7 +2,6 @@
 #pragma once
 
 #include "airline/Leg.h"
-#include "airline/SAS.h"
 #include "core/Search.h"
 
 #include <QDate>
@@ -13,22 +12,20 @@
 /// How a watcher becomes lookups. Pure functions.
 namespace Legs {
 
-/// Dates of one window that are looked at.
-constexpr int datesPerWindow = 330;
 /// Legs of one watcher that one round takes; a watcher with more takes turns with them.
 constexpr int perRound = 60;
 
-/// All legs of a watcher: every route pair on every outbound date, then the way back on every
+/// All legs of a watcher: every route on every outbound date, then the way back on every
 /// return date, without days that have passed. Each is made when it is asked for, since a wide
 /// watcher has millions.
 struct All {
-    QList<SAS::RoutePair> pairs;
+    QList<Route> routes;
     QList<QDate> outbound;
     QList<QDate> homebound;
     Flow flow = Flow::points;
 
     /// 0 when all dates have passed.
-    qsizetype size() const { return pairs.size() * (outbound.size() + homebound.size()); }
+    qsizetype size() const { return routes.size() * (outbound.size() + homebound.size()); }
     Leg operator[](qsizetype index) const;
     bool contains(const Leg& leg) const;
 };

@@ -2,6 +2,7 @@
 #include "polling/LookTally.h"
 
 #include "airline/StandBack.h"
+#include "airline/Standing.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,12 +57,19 @@ std::optional<QString> LookTally::trouble(std::optional<Instant> refusedUntil,
                                           bool isSignedOut) const {
     if (!m_worst)
         return std::nullopt;
-    if (*m_worst == Kind::refused)
-        return (refusedUntil ? StandBack::text(*refusedUntil) : u"SAS ber oss vente"_s) + u'.';
-    if (*m_worst == Kind::unreachable)
-        return u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
-    if (isSignedOut)
+    // Whoever signs in meanwhile, that is not what has kept answers away.
+    const auto login =
+        isSignedOut ? SASLoginStatus::Case::loggedOut : SASLoginStatus::Case::unknown;
+    switch (standing(login, *m_worst == Kind::refused, *m_worst == Kind::unreachable)) {
+    case Standing::signedOut:
         return signedOutText();
+    case Standing::refused:
+        return (refusedUntil ? StandBack::text(*refusedUntil) : u"SAS ber oss vente"_s) + u'.';
+    case Standing::unreachable:
+        return u"Får ikke kontakt med SAS. Sjekk nettet – Tindra prøver igjen av seg selv."_s;
+    default:
+        break;
+    }
     if (*m_worst == Kind::failed)
         return failedText(m_status);
     if (m_answers > 0)

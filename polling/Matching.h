@@ -9,11 +9,6 @@
 /// Rules about offers and watchers. Pure functions.
 namespace Matching {
 
-/// "direkte", or such as "2 stopp (CPH,BKK)".
-QString stopsText(int numberOfStops, const QStringList& stops);
-/// The number of stops in a text that `stopsText` made; 0 for any text without one.
-int stopsCount(const QString& stopsText);
-
 /// Whether an offer, found by anybody, is what at least one of the watchers asks for: route and
 /// direction, cabin, travel date, seats where both sides name them, and stops. Paused watchers
 /// count like others; the caller chooses whom to ask.

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 QString Resume::toText() const {
     QStringList words{QString::number(watcher)};
     if (leg)
-        words << leg->origin << leg->destination << DateFmt::iso(leg->date)
+        words << leg->route.origin << leg->route.destination << DateFmt::iso(leg->date)
               << (leg->flow == Flow::award ? u"award"_s : u"points"_s);
     return words.join(u' ');
 }
@@ -27,6 +27,7 @@ std::optional<Resume> Resume::fromText(const QString& text) {
     const auto date = DateFmt::parseIso(words[3]);
     if (!date || (words[4] != u"award" && words[4] != u"points"))
         return std::nullopt;
-    resume.leg = Leg{words[1], words[2], *date, words[4] == u"award" ? Flow::award : Flow::points};
+    resume.leg =
+        Leg{{words[1], words[2]}, *date, words[4] == u"award" ? Flow::award : Flow::points};
     return resume;
 }

@@ -2,6 +2,7 @@
 #include "polling/Worker.h"
 
 #include "airline/StandBack.h"
+#include "airline/Standing.h"
 #include "core/Err.h"
 #include "core/TDLog.h"
 #include "polling/Notifier.h"
@@ -102,11 +103,15 @@ std::chrono::milliseconds Worker::untilNextRound(double intervalMinutes) const {
 }
 
 std::optional<QString> Worker::whyNoRound() const {
-    if (isSignedOut())
+    const auto until = refusedUntil();
+    switch (standing(m_fetcher.loginStatus().state, until.has_value(), false)) {
+    case Standing::signedOut:
         return LookTally::signedOutText();
-    if (const auto until = refusedUntil())
+    case Standing::refused:
         return StandBack::text(*until) + u'.';
-    return std::nullopt;
+    default:
+        return std::nullopt;
+    }
 }
 
 QCoro::Task<PollSummary> Worker::pollOnce() {
@@ -233,9 +238,11 @@ void Worker::forgetOldCut() {
 QCoro::Task<> Worker::checkWatcher(Search watcher, Round& round) {
     const QPointer self(this);
     const int begun = static_cast<int>(round.begun.size());
-    m_progress = {begun - 1, begun + static_cast<int>(waiting(round).size())};
+    const QList<Search> ahead = QList<Search>{watcher} + waiting(round);
+    m_progress = {begun - 1, begun - 1 + static_cast<int>(ahead.size())};
     m_lookupDone = 0;
     m_rotationTotal = 0;
+    showPlan(ahead, round);
     setStatus(u"Sjekker %1…"_s.arg(watcher.displayName()));
     auto visit = this->visit(watcher, round);
     if (!visit)
@@ -360,6 +367,10 @@ QCoro::Task<> Worker::take(QList<Fare> fares, Leg leg, Visit& visit, Round& roun
         const auto count = m_announcer.announce(visit.watcher.id, news.mid(from, newsPerStep));
         round.summary.newAlerts += count.found;
         round.summary.soldOut += count.soldOut;
+        // What comes next takes its time, and whoever died then would tell it all again.
+        co_await m_announcer.settled();
+        if (!self)
+            co_return;
         // The screens read everything again, which is a step of its own.
         co_await nextTurn();
         if (!self || !activeWatcher(visit.watcher.id))
@@ -417,29 +428,40 @@ void Worker::storeCursor(qint64 watcher, const Turn& turn) {
 }
 
 LegFetcher::Progress Worker::progressOf(const Search& watcher) {
-    return [self = QPointer(this), name = watcher.displayName()](const QString& label) {
+    return [self = QPointer(this), name = watcher.displayName()](LegFetcher::Aside aside) {
         if (self)
-            self->setStatus(label == LegFetcher::waitingLabel()
+            self->setStatus(aside == LegFetcher::Aside::waitsForSignIn
                                 ? u"Venter til du er ferdig innlogget…"_s
-                                : u"Sjekker %1 — %2"_s.arg(name, label));
+                                : u"Sjekker %1 — logger inn på nytt"_s.arg(name));
     };
 }
 
 void Worker::showLeg(const Visit& visit, const Leg& leg) {
     m_lookupDone = visit.turn.taken() + 1;
-    setStatus(
-        u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.origin, leg.destination));
+    setStatus(u"Sjekker %1 — %2→%3"_s.arg(visit.watcher.displayName(), leg.route.origin,
+                                          leg.route.destination));
+}
+
+/// A wide watcher's legs are counted once a round.
+void Worker::showPlan(const QList<Search>& ahead, Round& round) {
+    m_planned.resize(m_progress.done);
+    for (const Search& watcher : ahead) {
+        auto planned = round.planned.find(watcher.id);
+        if (planned == round.planned.end())
+            planned =
+                round.planned.insert(watcher.id, Legs::countOfRound(watcher, m_clock.today()));
+        m_planned.append(*planned);
+    }
 }
 
 void Worker::showSize(const Turn& turn) {
     m_lookupTotal = turn.size();
+    m_planned[m_progress.done] = turn.size();
     m_rotationTotal = turn.rotationTotal();
 }
 
 QList<Search> Worker::activeWatchers() {
-    QList<Search> watchers = m_database.watchers().listSearches();
-    watchers.removeIf([](const Search& watcher) { return !watcher.enabled; });
-    return watchers;
+    return enabledOf(m_database.watchers().listSearches());
 }
 
 std::optional<Search> Worker::activeWatcher(qint64 id) {

@@ -47,6 +47,9 @@ public:
     /// What the round is doing, in Norwegian; empty between rounds.
     const QString& statusText() const { return m_statusText; }
     Progress progress() const { return m_progress; }
+    /// How many lookups each watcher of the round has, as far as that is known: what those that had
+    /// their turn took, and what the others will.
+    const QList<int>& planned() const { return m_planned; }
     /// Dates fetched so far for the current watcher, of those in this round.
     int lookupDone() const { return m_lookupDone; }
     int lookupTotal() const { return m_lookupTotal; }
@@ -82,9 +85,9 @@ Q_SIGNALS:
     void changed();
     /// A new offer has been stored and announced.
     void matchFound(const Match& match);
-    /// A seen offer has lost `cabins`; `record` has been stored and announced, `key` is its fare's.
-    void soldOut(const Match& record, const QString& key, const CabinSet& cabins);
-    /// All that a look has found is stored and announced.
+    /// A seen fare has lost cabins; the record of it has been stored and announced.
+    void soldOut(const SoldOut& record);
+    /// What the database holds has changed, or whether it can store.
     void stored();
     /// A round has ended and its summary is stored.
     void roundEnded(const PollSummary& summary);
@@ -97,6 +100,8 @@ private:
         PollSummary summary;
         /// Watchers that have had their turn, or have it.
         QSet<qint64> begun;
+        /// How many lookups each watcher would take when it was first seen waiting.
+        QHash<qint64, int> planned;
         SharedAnswers answers;
         bool hasAnswers = false;
         bool isCut = false;
@@ -129,6 +134,7 @@ private:
     qint64 storedCursor(qint64 watcher);
     void storeCursor(qint64 watcher, const Turn& turn);
     LegFetcher::Progress progressOf(const Search& watcher);
+    void showPlan(const QList<Search>& ahead, Round& round);
     void showLeg(const Visit& visit, const Leg& leg);
     void showSize(const Turn& turn);
     QList<Search> activeWatchers();
@@ -143,6 +149,7 @@ private:
     bool m_isRunning = false;
     QString m_statusText;
     Progress m_progress;
+    QList<int> m_planned;
     int m_lookupDone = 0;
     int m_lookupTotal = 0;
     int m_rotationTotal = 0;

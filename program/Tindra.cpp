@@ -78,12 +78,9 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
     , community(database.settings(), network, clock, site, communityBase(demo.get())) {
     QObject::connect(secrets.get(), &SecretStore::unavailable, sayAndNote);
     QObject::connect(&notifications, &NotificationCenter::unavailable, sayAndNote);
-    QObject::connect(
-        &state, &SessionState::notice, &notifications,
-        [this](const QString& title, const QString& body) { notifier.post(title, body); });
+    QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
     // Each process makes one soon after its start, and one that runs for long every day.
     QObject::connect(&worker, &Worker::idle, &worker, [this] { database.keepDailyCopy(); });
-    engine.setRoundQuestion([this] { return worker.isRunning(); });
     QObject::connect(&notifications, &NotificationCenter::appeared, &notifier, &Notifier::tellRest);
     notifier.requestPermission();
     // With a service of their own choice, people are among real hunters.

@@ -11,7 +11,6 @@
 #include "app/Demo.h"
 #include "app/DemoHunters.h"
 #include "app/Hunt.h"
-#include "app/Sharing.h"
 #include "app/SignIn.h"
 #include "core/Database.h"
 #include "core/Keychain.h"
@@ -20,10 +19,12 @@
 #include "platform/linux/GtkHostWindow.h"
 #include "platform/linux/WebKitRuntime.h"
 #include "platform/linux/WebKitView.h"
-#include "polling/Community.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
 #include "program/Logging.h"
+#include "sharing/Community.h"
+#include "sharing/OthersFinds.h"
+#include "sharing/Sharing.h"
 
 #include <memory>
 
@@ -57,13 +58,15 @@ struct Tindra {
     StandBack standBack{database.safekeeping(), clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view,   clock,  database.settings(), keychain, state, standBack,
-                     capture, session};
+    SASEngine engine{*view,    clock,   database.settings(),
+                     keychain, state,   standBack,
+                     capture,  session, [this] { return worker.isRunning(); }};
     Worker worker{database, engine, notifier, clock};
     CurlSession network;
     Community community;
-    AppState appState{database, worker, community, notifier, clock};
-    Sharing sharing{worker, community, appState, clock};
+    OthersFinds finds{database, community, notifier, clock};
+    AppState appState{database, worker, finds, clock};
+    Sharing sharing{worker, community, finds, clock};
     SignIn signIn{session.window(), state, standBack, database.watchers(), engine, worker, clock};
     std::unique_ptr<DemoHunters> hunters;
 };

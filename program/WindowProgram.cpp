@@ -39,8 +39,8 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_about(m_desktop, aboutSources())
     , m_settings(tindra.appState, tindra.database.settings(), tindra.engine, tindra.notifier,
                  tindra.line.demo ? nullptr : &m_autostart, m_login, m_details, m_about)
-    , m_onboarding(tindra.appState, tindra.state, tindra.clock, [this] { openLogin(); })
-    , m_dashboard(tindra.appState, tindra.state)
+    , m_onboarding(tindra.appState, m_login, tindra.clock)
+    , m_dashboard(tindra.appState, m_login)
     , m_panel(tindra.appState, tindra.worker, m_login, m_desktop, tindra.site)
     , m_root(tindra.appState, tindra.engine, tindra.line.demo)
     , m_life(m_tray, m_panel, tindra.notifier, tindra.database.safekeeping(),
@@ -87,12 +87,16 @@ void WindowProgram::showOffer(const QString& subject) {
 }
 
 void WindowProgram::bookOffer(const QString& subject) {
-    const auto& matches = m_tindra.appState.matches();
-    const auto match = std::find_if(matches.begin(), matches.end(), [&subject](const Match& one) {
-        return !one.soldOut && Notifier::subject(one) == subject;
-    });
-    const auto address =
-        match == matches.end() ? std::nullopt : m_tindra.site.bookingAddress(match->bookingURL);
+    const auto offer = OfferId::fromText(subject);
+    const Match* match = nullptr;
+    for (const Hit& hit : m_tindra.appState.matches()) {
+        const auto* one = std::get_if<Match>(&hit);
+        if (one && one->offer() == offer) {
+            match = one;
+            break;
+        }
+    }
+    const auto address = match ? m_tindra.site.bookingAddress(match->bookingURL) : std::nullopt;
     if (address)
         m_desktop.open(*address);
     else

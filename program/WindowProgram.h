@@ -9,7 +9,7 @@
 #include "ui/hits/HitsPage.h"
 #include "ui/onboarding/OnboardingView.h"
 #include "ui/search/BoardingPassSearchCard.h"
-#include "ui/session/SASLoginPill.h"
+#include "ui/session/SessionModel.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/theme/Theme.h"
 #include "ui/watchers/WatchersSection.h"
@@ -57,7 +57,7 @@ private:
     QtTray m_tray;
     Theme m_theme{m_appearance};
 
-    SASLoginPill m_login;
+    SessionModel m_login;
     BoardingPassSearchCard m_form;
     WatchersSection m_watchers;
     HitsPage m_hits;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The only place, with its neighbours in this folder, that creates the long-lived objects and hands
 // them to each other.
+#include "TindraVersion.h"
+#include "app/ExitCode.h"
 #include "app/PassedCommands.h"
 #include "app/commands/DataCommand.h"
 #include "core/Cabin.h"
+#include "core/DateFmt.h"
 #include "core/Err.h"
 #include "platform/Bundle.h"
 #include "platform/linux/DBusInstance.h"
@@ -50,8 +53,8 @@ QCoro::Task<> huntOnce(Tindra& tindra, Hunt& hunt, WindowPicture* picture) {
     co_await tindra.session.saved(std::chrono::seconds(5));
     if (picture) {
         const bool isSaved = co_await picture->save();
-        if (!isSaved && code == Hunt::roundEnded)
-            code = Hunt::cannotStart;
+        if (!isSaved && code == ExitCode::done)
+            code = ExitCode::failed;
     }
     QCoreApplication::exit(code);
 }
@@ -62,17 +65,16 @@ int hunt(Tindra& tindra, Instance& instance) {
                              : std::make_unique<WindowPicture>(tindra, tindra.line.picture);
     const auto hunt = tindra.makeHunt(tindra.line.json, {writeResult, say});
     const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, [&] {
-        const int code = tindra.line.once ? Hunt::interrupted : Hunt::roundEnded;
+        const int code = tindra.line.once ? ExitCode::interrupted : ExitCode::done;
         hunt->stop().then([code] { QCoreApplication::exit(code); });
     });
     const auto passed = passedCommands(tindra, [] {
         return u"Tindra jakter uten vindu. Avslutt den først, eller bruk «tindra hits»."_s;
     });
-    QObject::connect(
-        &tindra.appState, &AppState::communityFound, hunt.get(), [](const Match& find) {
-            say(u"  👥 %1 %2, %3 %4"_s.arg(find.travelDate, find.route, QString::number(find.seats),
-                                           cabinLabel(find.cabin)));
-        });
+    QObject::connect(&tindra.finds, &OthersFinds::found, hunt.get(), [](const Match& find) {
+        say(u"  👥 %1 %2, %3 %4"_s.arg(DateFmt::iso(find.travelDate()), find.route().text(),
+                                       QString::number(find.seats), label(find.cabin)));
+    });
     // From inside the loop: a round without work ends at once, and would end a loop that has not
     // begun.
     QTimer::singleShot(0, hunt.get(), [&] {
@@ -91,7 +93,7 @@ int hunt(Tindra& tindra, Instance& instance) {
 
 int window(Tindra& tindra, Instance& instance) {
     WindowProgram program(tindra);
-    const auto quit = [] { QCoreApplication::exit(Hunt::roundEnded); };
+    const auto quit = [] { QCoreApplication::exit(ExitCode::done); };
     const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP}, quit);
     QObject::connect(&program, &WindowProgram::quitRequested, &program, quit);
     const auto passed = passedCommands(tindra, [&program] {
@@ -108,11 +110,11 @@ int window(Tindra& tindra, Instance& instance) {
 
 int signIn(Tindra& tindra) {
     const UnixSignals signalWatch({SIGINT, SIGTERM, SIGHUP},
-                                  [] { QCoreApplication::exit(Hunt::interrupted); });
+                                  [] { QCoreApplication::exit(ExitCode::interrupted); });
     QTimer::singleShot(0, &tindra.signIn, [&tindra] {
         tindra.signIn.run().then([](bool works) {
             writeResult((works ? SignIn::confirmedText() : SignIn::failedText()).toUtf8());
-            QCoreApplication::exit(works ? Hunt::roundEnded : Hunt::signedOut);
+            QCoreApplication::exit(works ? ExitCode::done : ExitCode::signedOut);
         });
     });
     return QCoreApplication::exec();
@@ -250,7 +252,7 @@ int main(int argc, char* argv[]) {
         line = CommandLine::parse(arguments);
     } catch (const Err& error) {
         say(u"tindra: "_s + error.message);
-        return Hunt::wrongUsage;
+        return ExitCode::wrongUsage;
     }
     try {
         const auto application = makeApplication(argc, argv, line);
@@ -258,6 +260,6 @@ int main(int argc, char* argv[]) {
         return run(line);
     } catch (const Err& error) {
         say(u"tindra: "_s + error.message);
-        return Hunt::cannotStart;
+        return ExitCode::failed;
     }
 }

@@ -24,18 +24,15 @@ struct World {
              const std::function<void(Match&)>& change = {}) {
         Match m;
         m.searchId = 1;
-        m.travelDate = DateFmt::iso(QDate(2027, 3, 1).addDays(++number));
-        m.key = u"%1-%2-SK%3"_s.arg(m.travelDate, route).arg(900 + number);
-        m.flight = u"SK%1"_s.arg(900 + number);
-        m.route = route;
+        const QDate date = QDate(2027, 3, 1).addDays(++number);
+        m.key = {date, Route::fromText(route), u"SK%1"_s.arg(900 + number)};
         m.fromCity = from;
         m.toCity = to;
-        const QString date = m.travelDate.mid(8) + u'.' + m.travelDate.mid(5, 2);
-        m.depart = date + u" 11:05"_s;
-        m.arrive = date + u" 13:20"_s;
-        m.stopsText = u"direkte"_s;
+        m.depart = {date, {11, 5}};
+        m.arrive = {date, {13, 20}};
+        m.stops = Stops();
         m.durationMinutes = 495;
-        m.cabin = u"business"_s;
+        m.cabin = Cabin::business;
         m.seats = 1 + number % 4;
         m.points = 60000 + 5000 * (number % 3);
         m.bookingURL = u"https://www.sas.no/book/flights/?search=OW_"_s + route;
@@ -44,38 +41,43 @@ struct World {
             change(m);
         app.database.offers().recordMatch(m);
     }
+    void addGone(const QString& route, double hoursAgo) {
+        const FareKey key{QDate(2027, 3, 1).addDays(++number), Route::fromText(route),
+                          u"SK%1"_s.arg(900 + number)};
+        app.database.offers().recordSoldOut(
+            {0,
+             1,
+             key,
+             {Cabin::business},
+             u"%1 %2 · %3"_s.arg(route, DateFmt::iso(key.date), key.flights),
+             app.clock.now() - Ticks(hoursAgo * 3600)});
+    }
 };
 
-void goneIn(Match& m) {
-    m.soldOut = true;
-    m.route += u" %1 · %2"_s.arg(m.travelDate, m.flight);
-    m.key += u":soldout"_s;
-}
-
 void returning(Match& m) {
-    m.depart = m.depart.left(6) + u"17:40"_s;
-    m.arrive = DateFmt::iso(QDate(2027, 3, m.depart.left(2).toInt() + 1)).mid(8) + u".03 07:15"_s;
-    m.flight += u",SK1484"_s;
-    m.stopsText = u"1 stopp (CPH)"_s;
+    m.depart = {m.travelDate(), {17, 40}};
+    m.arrive = {m.travelDate().addDays(1), {7, 15}};
+    m.key.flights += u",SK1484"_s;
+    m.stops = {1, {u"CPH"_s}};
 }
 
 World& filled(Shot& shot) {
     World& w = shot.make<World>();
     w.app.addWatcher(u"EWR"_s, [](Search& s) {
         s.name = u"New York i mars"_s;
-        s.returnDateTo = u"2027-04-01"_s;
+        s.returnDateTo = QDate(2027, 4, 1);
     });
     w.app.addWatcher(u"NRT,BKK"_s);
     w.add(u"ARN-GOT"_s, u"Stockholm"_s, u"Göteborg"_s, 90);
     w.add(u"CPH-BKK"_s, u"København"_s, u"Bangkok"_s, 60, [](Match& m) { m.searchId = 2; });
-    w.add(u"CPH-BKK"_s, u"København"_s, u"Bangkok"_s, 50, goneIn);
+    w.addGone(u"CPH-BKK"_s, 50);
     w.add(u"CPH-HND"_s, u"København"_s, u"Tokyo"_s, 40, [](Match& m) { m.searchId = 2; });
     w.add(u"NRT-CPH"_s, u"Tokyo"_s, u"København"_s, 30, [](Match& m) {
         m.searchId = 2;
         returning(m);
     });
     w.add(u"CPH-LAX"_s, u"København"_s, u"Los Angeles"_s, 20);
-    w.add(u"OSL-EWR"_s, u"Oslo"_s, u"New York"_s, 5, goneIn);
+    w.addGone(u"OSL-EWR"_s, 5);
     w.add(u"OSL-EWR"_s, u"Oslo"_s, u"New York"_s, 2.8);
     w.add(u"JFK-OSL"_s, u"New York"_s, u"Oslo"_s, 7, [](Match& m) {
         returning(m);
@@ -145,24 +147,19 @@ const Screen strange(u"hits-strange"_s, [](Shot& shot) {
         m.foundAt = instantFromSeconds(0);
     });
     world.add(u"OSL-EWR-X"_s, QString(300, u'W'), u"ירושלים"_s, 1e9, [](Match& m) {
-        m.cabin = QString(200, u'k');
         m.points = 2147483647;
         m.seats = -1;
-        m.depart = QString(90, u'd');
-        m.arrive = u"31.12.2027 kl. 10 om kvelden"_s;
-        m.flight = QString(200, u'S');
-        m.stopsText = QString(200, u's');
+        m.depart = LocalTime::fromText(QString(90, u'd'), {});
+        m.arrive = LocalTime::fromText(u"31.12.2027 kl. 10 om kvelden"_s, {});
+        m.key.flights = QString(200, u'S');
+        m.stops = Stops{1, {QString(200, u's')}};
         m.bookingURL = u"javascript:alert(1)"_s;
     });
     world.add(u"QQQ-ZZZ"_s, u"<b>Ingensteds</b>"_s, u"עיר"_s, -5, [](Match& m) {
-        m.travelDate = u"9999-99-99 i en fjern fremtid"_s;
+        m.key.date = QDate();
         m.isCommunity = true;
     });
-    world.add(u"X"_s, {}, {}, 13, [](Match& m) {
-        m.soldOut = true;
-        m.route = QString(200, u'R');
-        m.cabin = QString();
-    });
+    world.app.addSoldOut(u"X"_s, [](SoldOut& record) { record.label = QString(200, u'R'); });
     world.app.state.reload();
     world.page.toggle(u"annet"_s);
     world.page.toggle(u"QQQ|ZZZ"_s);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "airline/SessionState.h"
 #include "screens/Screen.h"
 #include "tests/support/AppWorld.h"
 #include "ui/onboarding/OnboardingView.h"
+#include "ui/session/SessionModel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,7 +10,9 @@ namespace {
 
 struct World : AppWorld {
     SessionState session;
-    OnboardingView view{state, session, clock, [] {}};
+    StandBack standBack{database.safekeeping(), clock};
+    SessionModel login{session, standBack, {[] {}, [] {}}};
+    OnboardingView view{state, login, clock};
 };
 
 void open(Shot& shot, bool isSignedIn, int watchers) {

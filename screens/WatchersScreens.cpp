@@ -18,8 +18,8 @@ struct World : AppWorld {
         const Search stored = addWatcher(destination, [&](Search& search) {
             search.name = name;
             search.origin = origin;
-            search.returnDateFrom = u"2027-03-08"_s;
-            search.returnDateTo = u"2027-04-07"_s;
+            search.returnDateFrom = QDate(2027, 3, 8);
+            search.returnDateTo = QDate(2027, 4, 7);
             if (change)
                 change(search);
         });
@@ -27,10 +27,10 @@ struct World : AppWorld {
     }
     void addPast() {
         add(u"Jul i Bangkok"_s, u"OSL"_s, u"BKK"_s, [](Search& search) {
-            search.dateFrom = u"2026-12-18"_s;
-            search.dateTo = u"2026-12-23"_s;
-            search.returnDateFrom = u"2027-01-02"_s;
-            search.returnDateTo = u"2027-01-05"_s;
+            search.dateFrom = QDate(2026, 12, 18);
+            search.dateTo = QDate(2026, 12, 23);
+            search.returnDateFrom = QDate(2027, 1, 2);
+            search.returnDateTo = QDate(2027, 1, 5);
         });
     }
     void addHits(qint64 id, int count) {
@@ -41,11 +41,11 @@ struct World : AppWorld {
         add(u"USA i business"_s, u"OSL,CPH,AMS,CDG"_s, u"ATL,BOS,ORD,DTW,LAX,JFK,EWR"_s,
             [](Search& search) { search.includePartners = true; });
         add(u"Asia i business"_s, u"CPH"_s, u"BKK,HND,NRT,SIN,PVG"_s,
-            [](Search& search) { search.cabins = {u"business"_s, u"premeco"_s}; });
+            [](Search& search) { search.cabins = {Cabin::business, Cabin::premeco}; });
         add({}, u"OSL,BGO"_s, u"SXM"_s, [](Search& search) {
-            search.returnDateFrom.clear();
-            search.returnDateTo.clear();
-            search.cabins = {u"business"_s, u"economy"_s};
+            search.returnDateFrom = QDate();
+            search.returnDateTo = QDate();
+            search.cabins = {Cabin::business, Cabin::economy};
             search.includePartners = true;
         });
         addHits(1, 7);
@@ -134,15 +134,13 @@ const Screen badInput(u"watchers-bad-input"_s, [](Shot& shot) {
             codes += u"X%1,"_s.arg(i, 2, 36, QChar(u'0')).toUpper();
         world.add(QString(5000, u'N'), codes, codes);
         world.add(u"טיסות לטוקיו <b>i vår</b>"_s, u"zzz"_s, u"???"_s, [](Search& search) {
-            search.dateFrom = u"2027-02-30"_s;
-            search.dateTo = u"en dag da alt som står her er altfor langt til å være en dato "
-                            "og derfor må kuttes før kanten av kortet på en smal skjerm"_s;
-            search.returnDateFrom.clear();
-            search.cabins = {u"sofa"_s};
+            search.dateTo = QDate();
+            search.returnDateFrom = QDate();
+            search.cabins = {};
         });
         world.add(u"To\nlinjer"_s, u""_s, u""_s, [](Search& search) {
-            search.dateFrom.clear();
-            search.dateTo.clear();
+            search.dateFrom = QDate();
+            search.dateTo = QDate();
         });
         world.setLastRound({u"<img src=x> & \u202e snudd"_s}, -5, 0);
     });

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/DateFmt.h"
 #include "screens/Screen.h"
 #include "tests/support/RawSql.h"
 #include "tests/ui/window/WindowWorld.h"
@@ -22,8 +23,8 @@ void addWatcher(WindowWorld& world, const QString& name, const QString& origin,
         search.name = name;
         search.origin = origin;
         search.includePartners = origin.contains(u',');
-        search.returnDateFrom = u"2027-03-08"_s;
-        search.returnDateTo = u"2027-04-10"_s;
+        search.returnDateFrom = QDate(2027, 3, 8);
+        search.returnDateTo = QDate(2027, 4, 10);
     });
     if (isOn)
         world.database.watchers().markChecked(stored.id, 1);
@@ -34,14 +35,12 @@ void addWatcher(WindowWorld& world, const QString& name, const QString& origin,
 void addOffer(WindowWorld& world, const QString& route, const QString& cities, int day,
               double hoursAgo, const std::function<void(Match&)>& change = {}) {
     world.addMatch([&](Match& match) {
-        match.flight = u"SK%1"_s.arg(900 + day);
-        match.travelDate = u"2027-03-%1"_s.arg(day, 2, 10, QChar(u'0'));
-        match.key = u"%1-%2-%3"_s.arg(match.travelDate, route, match.flight);
-        match.route = route;
+        const QDate date(2027, 3, day);
+        match.key = {date, Route::fromText(route), u"SK%1"_s.arg(900 + day)};
         match.fromCity = cities.section(u'-', 0, 0);
         match.toCity = cities.section(u'-', 1);
-        match.depart = u"%1.03 11:05"_s.arg(day, 2, 10, QChar(u'0'));
-        match.arrive = u"%1.03 13:20"_s.arg(day, 2, 10, QChar(u'0'));
+        match.depart = {date, {11, 5}};
+        match.arrive = {date, {13, 20}};
         match.durationMinutes = 495;
         match.seats = 1 + day % 4;
         match.points = 60000 + 5000 * (day % 3);
@@ -51,17 +50,19 @@ void addOffer(WindowWorld& world, const QString& route, const QString& cities, i
     });
 }
 
-void goneIn(Match& match) {
-    match.soldOut = true;
-    match.route += u" %1 · %2"_s.arg(match.travelDate, match.flight);
-    match.key += u":soldout"_s;
+void addGone(WindowWorld& world, const QString& route, int day, double hoursAgo) {
+    const FareKey key{{2027, 3, day}, Route::fromText(route), u"SK%1"_s.arg(900 + day)};
+    world.addSoldOut(key.text(), [&](SoldOut& record) {
+        record.label = u"%1 %2 · %3"_s.arg(route, DateFmt::iso(key.date), key.flights);
+        record.foundAt = world.clock.now() - Ticks(hoursAgo * 3600);
+    });
 }
 
 void overnight(Match& match) {
-    match.depart.replace(u"11:05"_s, u"17:40"_s);
-    match.arrive = u"%1.03 07:15"_s.arg(match.travelDate.right(2).toInt() + 1);
-    match.flight += u",SK1484"_s;
-    match.stopsText = u"1 stopp (CPH)"_s;
+    match.depart = {match.travelDate(), {17, 40}};
+    match.arrive = {match.travelDate().addDays(1), {7, 15}};
+    match.key.flights += u",SK1484"_s;
+    match.stops = {1, {u"CPH"_s}};
 }
 
 void hunting(WindowWorld& world) {
@@ -74,7 +75,7 @@ void hunting(WindowWorld& world) {
     const auto ofAsia = [](Match& match) { match.searchId = 2; };
     addOffer(world, u"CPH-BKK"_s, u"København-Bangkok"_s, 3, 50, ofAsia);
     addOffer(world, u"CPH-HND"_s, u"København-Tokyo"_s, 15, 40, ofAsia);
-    addOffer(world, u"OSL-EWR"_s, u"Oslo-New York"_s, 4, 30, goneIn);
+    addGone(world, u"OSL-EWR"_s, 4, 30);
     addOffer(world, u"OSL-EWR"_s, u"Oslo-New York"_s, 9, 2.8);
     addOffer(world, u"EWR-OSL"_s, u"New York-Oslo"_s, 21, 0.8, overnight);
     addOffer(world, u"JFK-OSL"_s, u"New York-Oslo"_s, 25, 7, [](Match& match) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "TindraVersion.h"
 #include "standin/Leg.h"
 #include "standin/StandIn.h"
 

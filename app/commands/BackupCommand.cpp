@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/commands/BackupCommand.h"
 
-#include "app/Hunt.h"
+#include "app/ExitCode.h"
 #include "app/commands/Arguments.h"
 #include "core/Database.h"
 #include "core/DatabaseCopies.h"
@@ -34,8 +34,8 @@ BackUp BackUp::parse(const QStringList& words) {
 
 CommandAnswer BackUp::run(const DataContext& context) const {
     if (const auto reason = context.database.copyTo(QDir().absoluteFilePath(file)))
-        return {Hunt::cannotStart, {}, u"Ingen sikkerhetskopi ble laget: %1\n"_s.arg(*reason)};
-    return {Hunt::roundEnded,
+        return {ExitCode::failed, {}, u"Ingen sikkerhetskopi ble laget: %1\n"_s.arg(*reason)};
+    return {ExitCode::done,
             u"%1 er lagret i %2. Innlogging og passord er ikke med.\n"_s
                 .arg(counted(context.database), file)
                 .toUtf8(),
@@ -64,5 +64,5 @@ CommandAnswer Restore::run(const QString& folder, const Clock& clock) const {
     QString text = u"%1 er hentet inn fra %2.\n"_s.arg(counted(*database), file);
     if (replaced)
         text += whereItIs + u'\n';
-    return {Hunt::roundEnded, text.toUtf8(), {}};
+    return {ExitCode::done, text.toUtf8(), {}};
 }

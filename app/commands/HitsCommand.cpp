@@ -32,20 +32,21 @@ ListHits ListHits::parse(const QStringList& words) {
 CommandAnswer ListHits::run(const DataContext& context) const {
     if (watcher && !hasWatcher(context.database, *watcher))
         return noSuchWatcher(*watcher);
-    QList<Match> matches = context.database.offers().recentMatches(std::numeric_limits<int>::max());
-    matches.removeIf([this](const Match& match) {
-        return (match.soldOut && !withSoldOut) || (watcher && match.searchId != *watcher);
+    QList<Hit> hits = context.database.offers().recentMatches(std::numeric_limits<int>::max());
+    hits.removeIf([this](const Hit& hit) {
+        return (Hits::isSoldOut(hit) && !withSoldOut) ||
+               (watcher && Hits::searchId(hit) != *watcher);
     });
     CommandAnswer answer;
     answer.err = whatIsWrong(context.database);
     if (format == Format::json) {
-        answer.out = MatchOutput::json(matches) + '\n';
+        answer.out = MatchOutput::json(hits) + '\n';
     } else if (format == Format::csv) {
-        answer.out = MatchTable::csv(matches, context.site);
+        answer.out = MatchTable::csv(hits, context.site);
     } else {
-        for (const Match& match : std::as_const(matches))
-            answer.out += printable(MatchOutput::line(match)).toUtf8() + '\n';
-        if (matches.isEmpty())
+        for (const Hit& hit : std::as_const(hits))
+            answer.out += printable(MatchOutput::line(hit)).toUtf8() + '\n';
+        if (hits.isEmpty())
             answer.out = u"Ingen treff ennå.\n"_s.toUtf8();
     }
     return answer;

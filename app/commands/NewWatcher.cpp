@@ -4,15 +4,13 @@
 #include "app/commands/Arguments.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
-#include "polling/Legs.h"
+#include "core/WatcherForm.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int longestName = 100;
 
 QStringList pieces(const QString& text) {
     QStringList pieces = text.split(u',', Qt::SkipEmptyParts);
@@ -36,12 +34,7 @@ QStringList airportCodes(const Arguments& arguments, const QString& option) {
     return codes;
 }
 
-struct Window {
-    QDate from;
-    QDate to;
-};
-
-Window window(const QString& option, const QString& text) {
+WatcherForm::Window window(const QString& option, const QString& text) {
     const qsizetype dots = text.indexOf(u".."_s);
     const auto from = DateFmt::parseIso(dots < 0 ? text : text.left(dots));
     const auto to = dots < 0 ? from : DateFmt::parseIso(text.mid(dots + 2));
@@ -51,9 +44,9 @@ Window window(const QString& option, const QString& text) {
                 option, text.simplified())};
     if (*from > *to)
         throw Err{u"«%1 %2» slutter før den begynner."_s.arg(option, text)};
-    if (from->daysTo(*to) >= Legs::datesPerWindow)
+    if (from->daysTo(*to) >= WatcherForm::mostDays)
         throw Err{
-            u"«%1 %2» er for lang: høyst %3 dager."_s.arg(option, text).arg(Legs::datesPerWindow)};
+            u"«%1 %2» er for lang: høyst %3 dager."_s.arg(option, text).arg(WatcherForm::mostDays)};
     return {*from, *to};
 }
 
@@ -66,7 +59,7 @@ CabinSet cabins(const QString& text) {
         if (named == allCabins.end())
             throw Err{u"Ukjent kabin «%1». Velg blant economy, premeco, business og first."_s.arg(
                 piece.simplified())};
-        cabins.insert(rawValue(*named));
+        cabins.insert(*named);
     }
     if (cabins.isEmpty())
         throw Err{u"«--cabins» mangler kabiner, som business,first."_s};
@@ -86,24 +79,24 @@ Search parseNewWatcher(const QStringList& words) {
         if (destinations.contains(code))
             throw Err{u"%1 står både i «--from» og «--to»."_s.arg(code)};
     }
-    Search watcher;
-    watcher.origin = origins.join(u',');
-    watcher.destination = destinations.join(u',');
-    const Window out = window(u"--out"_s, arguments.required(u"--out"_s));
-    watcher.dateFrom = DateFmt::iso(out.from);
-    watcher.dateTo = DateFmt::iso(out.to);
+    WatcherForm form;
+    form.origin = origins.join(u',');
+    form.destination = destinations.join(u',');
+    form.out = window(u"--out"_s, arguments.required(u"--out"_s));
     if (const auto text = arguments.value(u"--back"_s)) {
-        const Window back = window(u"--back"_s, *text);
-        if (back.to < out.from)
+        form.home = window(u"--back"_s, *text);
+        if (form.home.to < form.out.from)
             throw Err{u"Hjemreisen («--back») er før utreisen («--out»)."_s};
-        watcher.returnDateFrom = DateFmt::iso(back.from);
-        watcher.returnDateTo = DateFmt::iso(back.to);
     }
     if (const auto text = arguments.value(u"--cabins"_s))
-        watcher.cabins = cabins(*text);
-    watcher.minSeats = arguments.number(u"--seats"_s, 1, Search::mostSeats, watcher.minSeats);
-    watcher.maxStops = arguments.number(u"--stops"_s, 0, Search::mostStops, watcher.maxStops);
-    watcher.includePartners = arguments.has(u"--partners"_s);
-    watcher.name = arguments.value(u"--name"_s).value_or(QString()).simplified().left(longestName);
-    return watcher;
+        form.cabins = cabins(*text);
+    form.minSeats = arguments.number(u"--seats"_s, WatcherForm::fewestSeats, WatcherForm::mostSeats,
+                                     form.minSeats);
+    form.maxStops = arguments.number(u"--stops"_s, 0, WatcherForm::mostStops, form.maxStops);
+    form.includePartners = arguments.has(u"--partners"_s);
+    form.name = arguments.value(u"--name"_s)
+                    .value_or(QString())
+                    .simplified()
+                    .left(WatcherForm::longestName);
+    return form.applied();
 }

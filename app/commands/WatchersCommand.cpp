@@ -2,7 +2,7 @@
 #include "app/commands/WatchersCommand.h"
 
 #include "airports/Airports.h"
-#include "app/Hunt.h"
+#include "app/ExitCode.h"
 #include "app/commands/Arguments.h"
 #include "app/commands/NewWatcher.h"
 #include "core/Database.h"
@@ -27,10 +27,10 @@ QJsonObject json(const Search& watcher, int hits) {
             {u"cabins"_s, QJsonArray::fromStringList(encodeCabins(watcher.cabins).split(u','))},
             {u"minSeats"_s, watcher.minSeats},
             {u"maxStops"_s, watcher.maxStops},
-            {u"dateFrom"_s, watcher.dateFrom},
-            {u"dateTo"_s, watcher.dateTo},
-            {u"returnDateFrom"_s, watcher.returnDateFrom},
-            {u"returnDateTo"_s, watcher.returnDateTo},
+            {u"dateFrom"_s, DateFmt::iso(watcher.dateFrom)},
+            {u"dateTo"_s, DateFmt::iso(watcher.dateTo)},
+            {u"returnDateFrom"_s, DateFmt::iso(watcher.returnDateFrom)},
+            {u"returnDateTo"_s, DateFmt::iso(watcher.returnDateTo)},
             {u"includePartners"_s, watcher.includePartners},
             {u"enabled"_s, watcher.enabled},
             {u"lastChecked"_s, watcher.lastChecked
@@ -41,8 +41,9 @@ QJsonObject json(const Search& watcher, int hits) {
 }
 
 QString line(const Search& watcher, int hits, Instant now) {
-    const auto days = [](const QString& from, const QString& to) {
-        return from == to || to.isEmpty() ? from : from + u".."_s + to;
+    const auto days = [](QDate from, QDate to) {
+        const QString first = DateFmt::iso(from);
+        return from == to || !to.isValid() ? first : first + u".."_s + DateFmt::iso(to);
     };
     QStringList parts{u"%1  %2"_s.arg(watcher.id, 4).arg(watcher.enabled ? u"på   "_s : u"pause"_s),
                       watcher.displayName(), u"%1 → %2"_s.arg(watcher.origin, watcher.destination),
@@ -51,7 +52,7 @@ QString line(const Search& watcher, int hits, Instant now) {
         parts.removeAt(1);
     if (watcher.isRoundTrip())
         parts.append(u"hjem "_s + days(watcher.returnDateFrom, watcher.returnDateTo));
-    parts.append(cabinLabels(encodeCabins(watcher.cabins)));
+    parts.append(cabinLabels(watcher.cabins));
     parts.append(u"minst %1 seter, høyst %2 stopp%3"_s.arg(watcher.minSeats)
                      .arg(watcher.maxStops)
                      .arg(watcher.includePartners ? u", med partnere"_s : QString()));
@@ -116,13 +117,13 @@ CommandAnswer ListWatchers::run(const DataContext& context) const {
 }
 
 CommandAnswer AddWatcher::run(const DataContext& context) const {
-    if (watcher.dateTo < DateFmt::iso(context.clock.today()))
-        return {Hunt::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
+    if (watcher.dateTo < context.clock.today())
+        return {ExitCode::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
     Database& database = context.database;
     qint64 id = 0;
     if (!database.transaction([&] { id = database.watchers().addSearch(watcher); }))
-        return {Hunt::cannotStart, {}, whatIsWrong(database)};
-    return {Hunt::roundEnded,
+        return {ExitCode::failed, {}, whatIsWrong(database)};
+    return {ExitCode::done,
             u"Overvåker %1 er lagret, og sjekkes i neste runde.\n"_s.arg(id).toUtf8(),
             unknownCodes(watcher)};
 }
@@ -133,7 +134,7 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
     const auto found =
         std::find_if(all.begin(), all.end(), [this](const Search& one) { return one.id == id; });
     if (found == all.end())
-        return database.problem() ? CommandAnswer{Hunt::cannotStart, {}, whatIsWrong(database)}
+        return database.problem() ? CommandAnswer{ExitCode::failed, {}, whatIsWrong(database)}
                                   : noSuchWatcher(id);
     const bool isStored = database.transaction([&] {
         if (change == Change::remove)
@@ -142,11 +143,11 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
             database.watchers().toggleSearch(id);
     });
     if (!isStored)
-        return {Hunt::cannotStart, {}, whatIsWrong(database)};
+        return {ExitCode::failed, {}, whatIsWrong(database)};
     const QString text = change == Change::remove  ? u"Overvåker %1 er fjernet, med sine treff.\n"_s
                          : change == Change::pause ? u"Overvåker %1 er satt på pause.\n"_s
                                                    : u"Overvåker %1 er i gang igjen.\n"_s;
-    return {Hunt::roundEnded, text.arg(id).toUtf8(), {}};
+    return {ExitCode::done, text.arg(id).toUtf8(), {}};
 }
 
 qint64 watcherId(const QString& text) {
@@ -164,7 +165,7 @@ bool hasWatcher(Database& database, qint64 id) {
 }
 
 CommandAnswer noSuchWatcher(qint64 id) {
-    return {Hunt::wrongUsage,
+    return {ExitCode::wrongUsage,
             {},
             u"Det finnes ingen overvåker %1. «tindra watchers list» viser dem.\n"_s.arg(id)};
 }

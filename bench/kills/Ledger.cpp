@@ -11,8 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString soldOutSuffix = u":soldout"_s;
-
 /// As the program itself words it.
 class Wording {
 public:
@@ -33,7 +31,13 @@ private:
 };
 
 QString about(const Match& match) {
-    return u"watcher %1, %2 %3"_s.arg(QString::number(match.searchId), match.key, match.cabin);
+    return u"watcher %1, %2"_s.arg(QString::number(match.searchId), match.offer().text());
+}
+
+/// Of a row that is one.
+template<typename Row>
+const Match& offerOf(const Row& row) {
+    return std::get<Match>(row.hit);
 }
 
 } // namespace
@@ -47,12 +51,12 @@ void Ledger::noteTold(int run, const QString& text) {
 }
 
 void Ledger::noteStored(int run, Database& database) {
-    const auto matches = database.offers().recentMatches(std::numeric_limits<int>::max());
     QSet<qint64> stored;
-    for (const Match& match : matches) {
-        stored.insert(match.id);
-        if (!m_rows.contains(match.id))
-            m_rows.insert(match.id, {match, run});
+    for (const Hit& hit : database.offers().recentMatches(std::numeric_limits<int>::max())) {
+        const qint64 id = std::visit([](const auto& one) { return one.id; }, hit);
+        stored.insert(id);
+        if (!m_rows.contains(id))
+            m_rows.insert(id, {hit, run});
     }
     m_gone = std::count_if(m_rows.keyBegin(), m_rows.keyEnd(),
                            [&stored](qint64 id) { return !stored.contains(id); });
@@ -69,7 +73,7 @@ Ledger::Account Ledger::account() const {
         account.complaints.append(u"stored, and gone again: %1"_s.arg(m_gone));
     account.cutShort = m_cutShort;
     for (const Row& row : m_rows)
-        ++(row.match.soldOut ? account.soldOuts : account.finds);
+        ++(Hits::isSoldOut(row.hit) ? account.soldOuts : account.finds);
     compareWithSeen(account);
     compareWithTold(account);
     return account;
@@ -77,15 +81,14 @@ Ledger::Account Ledger::account() const {
 
 /// Goes through what was stored, and comes out at what the watchers have seen, if all is well.
 void Ledger::compareWithSeen(Account& account) const {
-    QMap<qint64, QMap<QString, CabinSet>> open;
+    QMap<qint64, QMap<FareKey, CabinSet>> open;
     for (const Row& row : m_rows) {
-        const Match& match = row.match;
-        auto& ofWatcher = open[match.searchId];
-        if (match.soldOut) {
-            ofWatcher[match.key.chopped(soldOutSuffix.size())] -= decodeCabins(match.cabin);
+        CabinSet& cabins = open[Hits::searchId(row.hit)][Hits::key(row.hit)];
+        if (const auto* gone = std::get_if<SoldOut>(&row.hit)) {
+            cabins = cabins - gone->cabins;
             continue;
         }
-        CabinSet& cabins = ofWatcher[match.key];
+        const auto& match = std::get<Match>(row.hit);
         if (cabins.contains(match.cabin)) {
             ++account.storedTwice;
             account.complaints.append(u"stored twice: "_s + about(match));
@@ -95,17 +98,21 @@ void Ledger::compareWithSeen(Account& account) const {
     for (auto watcher = m_seen.begin(); watcher != m_seen.end(); ++watcher) {
         for (auto fare = watcher->begin(); fare != watcher->end(); ++fare) {
             const CabinSet unstored = fare->cabins - open[watcher.key()].take(fare.key());
-            account.lost += unstored.size();
-            for (const QString& cabin : unstored)
-                account.complaints.append(u"seen, not stored: %1 %2"_s.arg(fare.key(), cabin));
+            for (const Cabin cabin : unstored) {
+                ++account.lost;
+                account.complaints.append(u"seen, not stored: "_s +
+                                          OfferId{fare.key(), cabin}.text());
+            }
         }
     }
     // What is left was stored, but would be found anew.
     for (const auto& ofWatcher : std::as_const(open)) {
         for (auto fare = ofWatcher.begin(); fare != ofWatcher.end(); ++fare) {
-            account.lost += fare->size();
-            if (!fare->isEmpty())
-                account.complaints.append(u"stored, not seen: "_s + fare.key());
+            for (const Cabin cabin : *fare) {
+                ++account.lost;
+                account.complaints.append(u"stored, not seen: "_s +
+                                          OfferId{fare.key(), cabin}.text());
+            }
         }
     }
 }
@@ -114,15 +121,15 @@ void Ledger::compareWithTold(Account& account) const {
     Wording wording;
     QHash<QString, QList<const Row*>> found;
     for (const Row& row : m_rows) {
-        if (!row.match.soldOut)
-            found[wording.of(row.match)].append(&row);
+        if (const auto* match = std::get_if<Match>(&row.hit))
+            found[wording.of(*match)].append(&row);
     }
     for (auto one = found.begin(); one != found.end(); ++one) {
         QMap<int, int> told;
         for (const int run : m_told.value(one.key()))
             ++told[run];
         // What is stored and not told yet, by what it is about.
-        QMap<QString, const Row*> waiting;
+        QHash<OfferId, const Row*> waiting;
         qsizetype next = 0;
         int lastTold = 0;
         QMap<int, int> runs = told;
@@ -130,7 +137,7 @@ void Ledger::compareWithTold(Account& account) const {
             runs.insert(row->run, 0);
         for (const int run : runs.keys()) {
             for (; next < one->size() && one->at(next)->run <= run; ++next)
-                waiting.insert(Notifier::subject(one->at(next)->match), one->at(next));
+                waiting.insert(offerOf(*one->at(next)).offer(), one->at(next));
             const int times = told.value(run);
             if (times == 0)
                 continue;
@@ -138,7 +145,7 @@ void Ledger::compareWithTold(Account& account) const {
             account.toldTwice += more;
             if (more > 0)
                 account.complaints.append(u"told twice: %1, told in run %2 and again in run %3"_s
-                                              .arg(about(one->first()->match))
+                                              .arg(about(offerOf(*one->first())))
                                               .arg(lastTold)
                                               .arg(run));
             lastTold = run;
@@ -147,7 +154,7 @@ void Ledger::compareWithTold(Account& account) const {
         account.unsaid += waiting.size();
         for (const Row* row : std::as_const(waiting))
             account.complaints.append(
-                u"unsaid: %1, stored in run %2"_s.arg(about(row->match)).arg(row->run));
+                u"unsaid: %1, stored in run %2"_s.arg(about(offerOf(*row))).arg(row->run));
     }
     for (auto one = m_told.begin(); one != m_told.end(); ++one) {
         if (!found.contains(one.key())) {

@@ -43,9 +43,9 @@ void addWatchers(const QString& folder, const Clock& clock) {
         Search search;
         search.origin = u"OSL"_s;
         search.destination = destinations;
-        search.cabins = {u"economy"_s, u"premeco"_s, u"business"_s};
-        search.dateFrom = DateFmt::iso(clock.today().addDays(10));
-        search.dateTo = DateFmt::iso(clock.today().addDays(10 + days - 1));
+        search.cabins = {Cabin::economy, Cabin::premeco, Cabin::business};
+        search.dateFrom = clock.today().addDays(10);
+        search.dateTo = clock.today().addDays(10 + days - 1);
         database.watchers().addSearch(search);
     };
     add(u"LHR"_s, 8);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/CurlSession.h"
 
+#include "TindraVersion.h"
 #include "platform/OneShot.h"
 
 #include <curl/curl.h>

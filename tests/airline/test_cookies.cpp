@@ -9,6 +9,7 @@
 #include "platform/SecretStore.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -500,5 +501,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCookies)
+TINDRA_TEST(TestCookies)
 #include "test_cookies.moc"

@@ -8,6 +8,7 @@
 #include "platform/MemorySecretStore.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -80,10 +81,12 @@ class TestEngine : public QObject {
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"id.localhost"_s, {}};
         Capture capture{view, clock, site};
         FakeKeeper keeper;
-        SASEngine engine{view,    clock, database.settings(), keychain, state, standBack,
-                         capture, keeper};
-        QStringList progress;
-        QStringList notices;
+        bool isRoundRunning = false;
+        SASEngine engine{view,     clock,  database.settings(),
+                         keychain, state,  standBack,
+                         capture,  keeper, [this] { return isRoundRunning; }};
+        QList<LegFetcher::Aside> asides;
+        QList<SignOut> signOuts;
         /// What the airline does when the page of a date is loaded.
         std::function<void(World&, const QString& date)> airline = &World::answer;
         QList<std::optional<Outcome>> outcomes;
@@ -92,10 +95,8 @@ class TestEngine : public QObject {
         World() {
             // A session that was just renewed, so that nothing but the captures happens.
             state.lastSessionRefresh = clock.ticks();
-            connect(&state, &SessionState::notice, &state,
-                    [this](const QString& title, const QString& text) {
-                        notices.append(title + u": "_s + text);
-                    });
+            connect(&state, &SessionState::signedOut, &state,
+                    [this](SignOut how) { signOuts.append(how); });
         }
         ~World() { settle(); }
 
@@ -115,7 +116,7 @@ class TestEngine : public QObject {
 
         QCoro::Task<> batch(QList<Leg> legs) {
             const QPointer alive(&engine);
-            const auto told = [this](const QString& label) { progress.append(label); };
+            const auto told = [this](LegFetcher::Aside aside) { asides.append(aside); };
             co_await engine.prepare(told);
             for (const Leg& leg : legs) {
                 if (!alive)
@@ -136,7 +137,7 @@ class TestEngine : public QObject {
             hasEnded = false;
             QList<Leg> legs;
             for (int day = 1; day <= days; ++day)
-                legs.append({u"OSL"_s, u"CPH"_s, QDate(2027, 3, day)});
+                legs.append({{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, day)});
             batch(legs);
             settle();
         }
@@ -195,7 +196,7 @@ private Q_SLOTS:
         const auto construct = [&world] {
             const SASEngine other(world.view, world.clock, world.database.settings(),
                                   world.keychain, world.state, world.standBack, world.capture,
-                                  world.keeper);
+                                  world.keeper, [] { return false; });
         };
         construct();
         world.view.hasTrackingPreventionSwitch = false;
@@ -210,7 +211,7 @@ private Q_SLOTS:
         World world;
         world.run(2);
         QCOMPARE(world.kinds(), QList<Kind>(2, Kind::answer));
-        QVERIFY(world.progress.isEmpty());
+        QVERIFY(world.asides.isEmpty());
         QCOMPARE(world.keeper.calls,
                  QStringList({u"restore"_s, u"prune"_s, u"restore"_s, u"snapshot"_s}));
         QVERIFY(world.isSignedIn());
@@ -343,7 +344,7 @@ private Q_SLOTS:
 
     void theAwardFlow() {
         World world;
-        world.batch({{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 1), Flow::award}});
+        world.batch({{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1), Flow::award}});
         settle();
         QCOMPARE(world.view.loaded.last().toString(),
                  u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=CPH"
@@ -399,11 +400,11 @@ private Q_SLOTS:
 
     void aCaptureIsEndedByANewerOneAndLateAnswersAreNobodys() {
         World world;
-        const Leg leg{u"OSL"_s, u"CPH"_s, QDate(2027, 3, 2)};
+        const Leg leg{{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 2)};
         QList<std::optional<Outcome>> older;
         QList<std::optional<Outcome>> newer;
         world.capture.capture(leg, 60s).then([&older](auto outcome) { older.append(outcome); });
-        world.capture.capture({u"OSL"_s, u"CPH"_s, QDate(2027, 3, 3)}, 60s)
+        world.capture.capture({{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 3)}, 60s)
             .then([&newer](auto outcome) { newer.append(outcome); });
         world.view.arrive();
         world.view.sendFromHook(offersAddress(u"20270302"_s), someBody);
@@ -421,7 +422,7 @@ private Q_SLOTS:
         world.state.setLoginWindowOpen(true);
         world.start(3);
         world.clock.advance(2500ms);
-        QCOMPARE(world.progress, QStringList(3, u"venter på innlogging"_s));
+        QCOMPARE(world.asides, QList<LegFetcher::Aside>(3, LegFetcher::Aside::waitsForSignIn));
         QVERIFY(world.keeper.calls.isEmpty());
         world.state.setLoginWindowOpen(false);
         world.airline = [](World& self, const QString& date) {
@@ -471,9 +472,9 @@ private Q_SLOTS:
         QTEST(world.kinds(), "kinds");
         QTEST(static_cast<int>(world.view.loaded.size()), "loads");
         QCOMPARE(world.keeper.calls.mid(3), QStringList({u"silent 12"_s, u"snapshot"_s}));
-        QCOMPARE(world.progress, QStringList{u"logger inn på nytt"_s});
+        QCOMPARE(world.asides, QList{LegFetcher::Aside::renewsSession});
         QVERIFY(world.clock.ticks() - *world.state.lastSessionRefresh < 2s);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QVERIFY(world.isSignedIn());
     }
 
@@ -507,19 +508,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("silent");
         QTest::addColumn<bool>("automatic");
         QTest::addColumn<bool>("hasDetails");
-        QTest::addColumn<QString>("prefix");
-        const QString failed =
-            u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s;
-        QTest::newRow("both renewals fail") << false << false << false << u""_s;
-        QTest::newRow("with details") << false << false << true << failed;
-        QTest::newRow("renewed, still empty") << true << false << false << u""_s;
-        QTest::newRow("signed in, still empty") << false << true << true << failed;
+        QTest::newRow("both renewals fail") << false << false << false;
+        QTest::newRow("with details") << false << false << true;
+        QTest::newRow("renewed, still empty") << true << false << false;
+        QTest::newRow("signed in, still empty") << false << true << true;
     }
     void whenNothingHelps() {
         QFETCH(bool, silent);
         QFETCH(bool, automatic);
         QFETCH(bool, hasDetails);
-        QFETCH(QString, prefix);
         World world;
         world.keeper.silent = {silent};
         world.keeper.automatic = {automatic};
@@ -532,10 +529,9 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.size(), silent || automatic ? 4 : 3);
         QCOMPARE(world.keeper.automatic.isEmpty(), !silent);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices, QStringList{u"⚠️ Logget ut av SAS: "_s + prefix +
-                                            u"Søkene får ingen data før du er innlogget igjen."_s});
+        QCOMPARE(world.signOuts, QList{hasDetails ? SignOut::autoLoginFailed : SignOut::plain});
         world.state.setLoggedOut(hasDetails);
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
     }
 
     void theThirdStrikeWithTheWindowOpen() {
@@ -547,7 +543,7 @@ private Q_SLOTS:
         };
         world.run(3);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QVERIFY(world.notices.value(0).contains(u"fullfør i innloggingsvinduet"_s));
+        QVERIFY(world.signOuts == QList{SignOut::windowWaits});
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
     }
 
@@ -564,7 +560,7 @@ private Q_SLOTS:
         QCOMPARE(world.verify(), Kind::unreachable);
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
         QVERIFY(world.clock.ticks() - began < 45s);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
 
         // It goes while the session is renewed.
         world.keeper.silent = {false};
@@ -573,7 +569,7 @@ private Q_SLOTS:
         world.airline = &World::askToSignIn;
         world.run(2);
         QCOMPARE(world.kinds(), QList<Kind>({Kind::signedOut, Kind::unreachable}));
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
 
         world.keeper.whileRenewing = {};
         world.airline = &World::answer;
@@ -609,7 +605,7 @@ private Q_SLOTS:
         QCOMPARE(world.kinds(),
                  QList<Kind>({Kind::answer, Kind::silent, Kind::answer, Kind::answer}));
         QVERIFY(!world.state.isSiteUnreachable());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QVERIFY(!world.keeper.calls.contains(u"silent 12"_s));
         QCOMPARE(world.clock.waiting(), 0);
 
@@ -662,11 +658,10 @@ private Q_SLOTS:
 
     void verification() {
         World world;
-        bool isRunning = true;
-        world.engine.setRoundQuestion([&isRunning] { return isRunning; });
+        world.isRoundRunning = true;
         QCOMPARE(world.verify(), std::nullopt);
         QVERIFY(world.view.loaded.isEmpty());
-        isRunning = false;
+        world.isRoundRunning = false;
 
         world.engine.verifyLogin();
         world.engine.verifyLogin();
@@ -682,7 +677,7 @@ private Q_SLOTS:
         world.clock.advance(45s);
         QCOMPARE(world.keeper.calls, QStringList({u"restore"_s, u"silent 12"_s, u"auto"_s}));
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
 
         // A batch that begins meanwhile waits for the verdict.
         QCOMPARE(world.view.unloads, 1);
@@ -714,7 +709,7 @@ private Q_SLOTS:
         };
         QCOMPARE(world.verify(), Kind::answer);
         QVERIFY(world.isSignedIn());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QCOMPARE(world.keeper.calls.contains(u"auto"_s), !silently);
         QCOMPARE(world.keeper.calls.last(), u"snapshot"_s);
         QCOMPARE(world.clock.ticks() - *world.state.lastSessionRefresh < 2s, silently);
@@ -729,7 +724,7 @@ private Q_SLOTS:
         settle();
         QCOMPARE(world.keeper.calls, QStringList{u"restore"_s});
         QVERIFY(world.engine.loginStatus().state == SASLoginStatus::Case::unknown);
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
         QCOMPARE(world.view.unloads, 0);
     }
 
@@ -765,7 +760,7 @@ private Q_SLOTS:
         QVERIFY(!world.engine.loginStatus().isLoggedOut());
         world.run(1);
         QVERIFY(world.engine.loginStatus().isLoggedOut());
-        QCOMPARE(world.notices.size(), 1);
+        QCOMPARE(world.signOuts.size(), 1);
     }
 
     void aRefusalWhileRenewingEndsIt_data() {
@@ -790,7 +785,7 @@ private Q_SLOTS:
         QVERIFY(world.standBack.isOn());
         QVERIFY(!world.keeper.calls.contains(u"auto"_s));
         QVERIFY(!world.engine.loginStatus().isLoggedOut());
-        QVERIFY(world.notices.isEmpty());
+        QVERIFY(world.signOuts.isEmpty());
     }
 
     void aVerificationKeepsItsPage() {
@@ -823,5 +818,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEngine)
+TINDRA_TEST(TestEngine)
 #include "test_engine.moc"

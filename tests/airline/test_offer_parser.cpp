@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airline/OfferParser.h"
+#include "core/DateFmt.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,18 +33,16 @@ QJsonObject json(const CabinNumbers& numbers) {
 }
 
 QJsonObject json(const Fare& f) {
-    return {{u"key"_s, f.key},
-            {u"origin"_s, f.origin},
-            {u"destination"_s, f.destination},
-            {u"route"_s, f.route},
+    return {{u"key"_s, f.key.text()},
+            {u"route"_s, f.key.route.text()},
             {u"fromCity"_s, f.fromCity},
             {u"toCity"_s, f.toCity},
-            {u"date"_s, f.date},
-            {u"numberOfStops"_s, f.numberOfStops},
-            {u"stops"_s, QJsonArray::fromStringList(f.stops)},
-            {u"flight"_s, f.flight},
-            {u"localDepart"_s, f.localDepart},
-            {u"localArrive"_s, f.localArrive},
+            {u"date"_s, DateFmt::iso(f.key.date)},
+            {u"numberOfStops"_s, f.stops.number},
+            {u"stops"_s, QJsonArray::fromStringList(f.stops.codes)},
+            {u"flight"_s, f.key.flights},
+            {u"localDepart"_s, f.localDepart.text()},
+            {u"localArrive"_s, f.localArrive.text()},
             {u"durationMinutes"_s, f.durationMinutes},
             {u"availability"_s, json(f.availability)},
             {u"saverPoints"_s, json(f.saverPoints)},
@@ -64,11 +64,12 @@ QByteArray dump(QList<Fare> fares) {
 class TestOfferParser : public QObject {
     Q_OBJECT
 
+    const Route route{u"OSL"_s, u"BKK"_s};
     OfferParser m_parser{Site{u"https://site.example"_s, {}, {}, {}}};
 
     std::optional<QList<Fare>> parse(const QString& name, const QByteArray& body) {
-        return name.startsWith(u"award") ? m_parser.parseAwardOffers(body, u"osl"_s, u"xyz"_s)
-                                         : m_parser.parseOffers(body, u"osl"_s, u"xyz"_s);
+        return name.startsWith(u"award") ? m_parser.parseAwardOffers(body, {u"osl"_s, u"xyz"_s})
+                                         : m_parser.parseOffers(body, {u"osl"_s, u"xyz"_s});
     }
 
 private Q_SLOTS:
@@ -106,38 +107,35 @@ private Q_SLOTS:
     void extremesAreNoData() {
         const QByteArray deep = QByteArray(R"({"outboundFlights":)") + QByteArray(10000, '[') +
                                 QByteArray(10000, ']') + '}';
-        QVERIFY(!m_parser.parseOffers(deep, u"OSL"_s, u"BKK"_s));
+        QVERIFY(!m_parser.parseOffers(deep, route));
         const QByteArray frame = R"({"outboundFlights":{"a":{}},"x":"%"})";
         const auto padded = [&frame](qsizetype size) {
             return QByteArray(frame).replace("%", QByteArray(size - frame.size() + 1, 'x'));
         };
-        QCOMPARE(m_parser.parseOffers(padded(largestBody), u"OSL"_s, u"BKK"_s)->size(), 1);
-        QVERIFY(!m_parser.parseOffers(padded(largestBody + 1), u"OSL"_s, u"BKK"_s));
+        QCOMPARE(m_parser.parseOffers(padded(largestBody), route)->size(), 1);
+        QVERIFY(!m_parser.parseOffers(padded(largestBody + 1), route));
     }
 
     void aByteOrderMarkIsPassedOver() {
         QCOMPARE(
-            m_parser
-                .parseOffers("\xEF\xBB\xBF{\"outboundFlights\":{\"a\":{}}}", u"OSL"_s, u"BKK"_s)
-                ->size(),
-            1);
+            m_parser.parseOffers("\xEF\xBB\xBF{\"outboundFlights\":{\"a\":{}}}", route)->size(), 1);
     }
 
     void onlyTheFlowsOwnShapeIsAnAnswer() {
         for (const QByteArray body :
              {"{}", R"({"outboundFlights":7})", R"({"outboundFlights":null})",
               R"({"outboundFlights":"none"})", R"({"errors":[{"code":"X"}]})"}) {
-            QVERIFY(!m_parser.parseOffers(body, u"OSL"_s, u"BKK"_s));
-            QVERIFY(!m_parser.parseAwardOffers(body, u"OSL"_s, u"BKK"_s));
+            QVERIFY(!m_parser.parseOffers(body, route));
+            QVERIFY(!m_parser.parseAwardOffers(body, route));
         }
         const QByteArray map = R"({"outboundFlights":{}})";
         const QByteArray list = R"({"outboundFlights":[]})";
-        QCOMPARE(m_parser.parseOffers(map, u"OSL"_s, u"BKK"_s), QList<Fare>());
-        QCOMPARE(m_parser.parseAwardOffers(list, u"OSL"_s, u"BKK"_s), QList<Fare>());
-        QVERIFY(!m_parser.parseOffers(list, u"OSL"_s, u"BKK"_s));
-        QVERIFY(!m_parser.parseAwardOffers(map, u"OSL"_s, u"BKK"_s));
+        QCOMPARE(m_parser.parseOffers(map, route), QList<Fare>());
+        QCOMPARE(m_parser.parseAwardOffers(list, route), QList<Fare>());
+        QVERIFY(!m_parser.parseOffers(list, route));
+        QVERIFY(!m_parser.parseAwardOffers(map, route));
     }
 };
 
-QTEST_GUILESS_MAIN(TestOfferParser)
+TINDRA_TEST(TestOfferParser)
 #include "test_offer_parser.moc"

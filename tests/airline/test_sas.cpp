@@ -2,6 +2,7 @@
 #include "airline/PageScripts.h"
 #include "airline/SAS.h"
 #include "core/Err.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -16,13 +17,13 @@ private Q_SLOTS:
         const QString page = u"http://site.localhost:8080/book/flights/"
                              u"?search=OW_OSL-BKK-20270301_a1c0i0y0&view=upsell&bookingFlow=points"
                              u"&sortBy=rec,rec&filterBy=all,all"_s;
-        QCOMPARE(SAS::bookingURL(site, u"osl"_s, u"bkk"_s, u"2027-03-01"_s), page);
-        QCOMPARE(SAS::bookingURL(site, u"OSL"_s, u"BKK"_s, u"20270301"_s), page);
-        QCOMPARE(SAS::bookingURL(site, u"OSL"_s, u""_s, u"20270301"_s), u""_s);
+        const QDate day(2027, 3, 1);
+        QCOMPARE(SAS::bookingURL(site, {u"osl"_s, u"bkk"_s}, day), page);
+        QCOMPARE(SAS::bookingURL(site, {u"OSL"_s, u""_s}, day), u""_s);
+        QCOMPARE(SAS::bookingURL(site, {u"OSL"_s, u"BKK"_s}, {}), u""_s);
         // A code from a response is not trusted to be one.
-        QVERIFY(SAS::bookingURL(site, u"O \"<"_s, u"BKK"_s, u"20270301"_s)
-                    .contains(u"O%20%22%3C-BKK"_s));
-        QCOMPARE(SAS::awardURL(site, u"osl"_s, u"ewr"_s, u"2027-03-01"_s),
+        QVERIFY(SAS::bookingURL(site, {u"O \"<"_s, u"BKK"_s}, day).contains(u"O%20%22%3C-BKK"_s));
+        QCOMPARE(SAS::awardURL(site, {u"osl"_s, u"ewr"_s}, day),
                  u"http://site.localhost:8080/booking/award/flights?origin=OSL&destination=EWR"
                  u"&outboundDate=2027-03-01&adults=1"_s);
     }
@@ -52,10 +53,10 @@ private Q_SLOTS:
         const QStringList prefixes{u"/api/offers/flights"_s,
                                    u"https://www.example.no/award-api/flights"_s};
         for (const QString& prefix : prefixes) {
-            QCOMPARE(SAS::offersURLMatches(prefix + query, u"OSL"_s, u"bkk"_s, u"20270301"_s),
-                     ordinary);
-            QCOMPARE(SAS::awardURLMatches(prefix + query, u"OSL"_s, u"bkk"_s, u"2027-03-01"_s),
-                     award);
+            Leg leg{{u"OSL"_s, u"bkk"_s}, QDate(2027, 3, 1)};
+            QCOMPARE(SAS::isRequestOf(leg, prefix + query), ordinary);
+            leg.flow = Flow::award;
+            QCOMPARE(SAS::isRequestOf(leg, prefix + query), award);
         }
     }
 
@@ -68,18 +69,14 @@ private Q_SLOTS:
                 dates.append(first.addDays(day));
             return dates;
         };
-        const auto expand = [](const QString& from, const QString& to, QDate earliest, int cap) {
-            return SAS::expandDates(from, to, earliest, cap);
-        };
-        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, today, 60), days({0, 1, 2, 3}));
-        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, today, 2), days({0, 1}));
-        QCOMPARE(expand(u"2027-03-30"_s, u"2027-03-01"_s, today, 60), days({0}));
-        QCOMPARE(expand(u"2027-03-30"_s, u"soon"_s, today, 60), days({0}));
-        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, first.addDays(2), 60), days({2, 3}));
-        QCOMPARE(expand(u"2027-03-30"_s, u"2027-04-02"_s, first.addDays(4), 60), days({}));
-        QCOMPARE(expand(u"2028-02-28"_s, u"2028-03-01"_s, today, 60).size(), 3);
-        QVERIFY(expand(u""_s, u"2027-04-02"_s, today, 60).isEmpty());
-        QVERIFY(expand(u"2027-02-30"_s, u"2027-04-02"_s, today, 60).isEmpty());
+        const QDate last = first.addDays(3);
+        QCOMPARE(SAS::expandDates(first, last, today, 60), days({0, 1, 2, 3}));
+        QCOMPARE(SAS::expandDates(first, last, today, 2), days({0, 1}));
+        QCOMPARE(SAS::expandDates(first, first.addDays(-30), today, 60), days({0}));
+        QCOMPARE(SAS::expandDates(first, {}, today, 60), days({0}));
+        QCOMPARE(SAS::expandDates(first, last, first.addDays(2), 60), days({2, 3}));
+        QCOMPARE(SAS::expandDates(first, last, first.addDays(4), 60), days({}));
+        QVERIFY(SAS::expandDates({}, last, today, 60).isEmpty());
     }
 
     void travelTimes_data() {
@@ -112,30 +109,30 @@ private Q_SLOTS:
 
     void whatSatisfies() {
         Fare fare;
-        fare.numberOfStops = 1;
+        fare.stops.number = 1;
         fare.availability = {{Cabin::economy, 0}, {Cabin::premeco, 1}, {Cabin::business, 3}};
-        const CabinSet all{u"economy"_s, u"premeco"_s, u"business"_s, u"first"_s, u"galley"_s};
-        using Seats = QMap<QString, int>;
-        QCOMPARE(SAS::matchingCabins(fare, all, 0, 1),
-                 (Seats{{u"premeco"_s, 1}, {u"business"_s, 3}}));
-        QCOMPARE(SAS::matchingCabins(fare, all, 2, 1), (Seats{{u"business"_s, 3}}));
-        QCOMPARE(SAS::matchingCabins(fare, {u"premeco"_s}, 2, 1), Seats());
-        QCOMPARE(SAS::matchingCabins(fare, all, 1, 0), Seats());
+        const CabinSet all{Cabin::economy, Cabin::premeco, Cabin::business, Cabin::first};
+        using Seats = CabinNumbers;
+        QVERIFY(SAS::matchingCabins(fare, all, 0, 1) ==
+                (Seats{{Cabin::premeco, 1}, {Cabin::business, 3}}));
+        QVERIFY(SAS::matchingCabins(fare, all, 2, 1) == (Seats{{Cabin::business, 3}}));
+        QVERIFY(SAS::matchingCabins(fare, {Cabin::premeco}, 2, 1).isEmpty());
+        QVERIFY(SAS::matchingCabins(fare, all, 1, 0).isEmpty());
     }
 
     void theHubStandsInForLongHaul() {
         for (const auto* code :
              {"HND", "NRT", "BKK", "SIN", "HKG", "PVG", "PEK", "PKX", "ICN", "DEL", "KUL", "SGN"}) {
             const QString destination = QString::fromLatin1(code);
-            QCOMPARE(SAS::searchedPair(u"OSL"_s, destination, false).text(),
+            QCOMPARE(SAS::searchedRoute({u"OSL"_s, destination}, false).text(),
                      u"CPH-"_s + destination);
         }
         QCOMPARE(SAS::hubAwardDests().size(), 12);
         // The way home is searched as it is asked for.
-        QCOMPARE(SAS::searchedPair(u"BKK"_s, u"OSL"_s, false).text(), u"BKK-OSL"_s);
-        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"BKK"_s, true).text(), u"OSL-BKK"_s);
-        QCOMPARE(SAS::searchedPair(u"CPH"_s, u"BKK"_s, false).text(), u"CPH-BKK"_s);
-        QCOMPARE(SAS::searchedPair(u"OSL"_s, u"EWR"_s, false).text(), u"OSL-EWR"_s);
+        QCOMPARE(SAS::searchedRoute({u"BKK"_s, u"OSL"_s}, false).text(), u"BKK-OSL"_s);
+        QCOMPARE(SAS::searchedRoute({u"OSL"_s, u"BKK"_s}, true).text(), u"OSL-BKK"_s);
+        QCOMPARE(SAS::searchedRoute({u"CPH"_s, u"BKK"_s}, false).text(), u"CPH-BKK"_s);
+        QCOMPARE(SAS::searchedRoute({u"OSL"_s, u"EWR"_s}, false).text(), u"OSL-EWR"_s);
     }
 
     void otherSites() {
@@ -200,5 +197,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSAS)
+TINDRA_TEST(TestSAS)
 #include "test_sas.moc"

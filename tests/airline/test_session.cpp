@@ -14,6 +14,7 @@
 #include "tests/support/FakeHostWindow.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -109,8 +110,7 @@ class TestSession : public QObject {
         StandBack standBack{database.safekeeping(), clock};
         LiveSession session{view,  hostWindow, clock,   database, keychain,
                             state, standBack,  capture, site};
-        /// For tests that make something of the session's themselves.
-        CookieVault vault{view.store, keychain, database.safekeeping(), clock, site};
+        NavHosts navHosts{view};
         std::optional<bool> result;
         int finished = 0;
         std::optional<std::optional<Outcome>> captured;
@@ -127,6 +127,10 @@ class TestSession : public QObject {
             TDLog::start({}, nullptr);
         }
 
+        /// For tests that make something of the session's themselves.
+        SignInContext with(CookieVault& vault) {
+            return {view, clock, state, capture, vault, navHosts, site};
+        }
         void keep(const Credentials& itsDetails) {
             secrets.items.insert(u"app.tindra.Tindra.eurobonus"_s,
                                  {itsDetails.user, itsDetails.password.toUtf8()});
@@ -342,11 +346,9 @@ private Q_SLOTS:
             {u"cookies"_s, StoredCookies::encode({cookie(u"session"_s, u"site.localhost"_s),
                                                   cookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
-        NavHosts navHosts(world.view);
         CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
                           world.site);
-        SignInWindow window(world.hostWindow, world.view, world.clock, world.state, world.capture,
-                            vault, navHosts, world.site);
+        SignInWindow window(world.hostWindow, world.with(vault));
         window.openLogin();
         settle();
         // What the vault brought is cleaned as well.
@@ -357,8 +359,7 @@ private Q_SLOTS:
         store.calls.clear();
         store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
         world.state.setLoginWindowOpen(false);
-        SingleSignOn singleSignOn(world.view, world.clock, world.state, world.capture, vault,
-                                  navHosts, world.site);
+        SingleSignOn singleSignOn(world.with(vault));
         singleSignOn.silentSSOAttempt(0);
         settle();
         QCOMPARE(store.calls, QStringList({u"1: all"_s, u"1: remove ad"_s}));
@@ -366,8 +367,8 @@ private Q_SLOTS:
 
         store.calls.clear();
         store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
-        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
-                            world.state, world.capture, vault, window, world.site);
+        AutoLogin autoLogin(world.with(vault), window, world.standBack, world.database.settings(),
+                            world.keychain);
         autoLogin.attemptAutoLogin();
         settle();
         QCOMPARE(store.calls, QStringList({u"2: all"_s, u"2: remove ad"_s}));
@@ -481,29 +482,20 @@ private Q_SLOTS:
 
     void signedOutIsSaidOnceAndWithItsReason() {
         World world;
-        QStringList bodies;
-        connect(&world.state, &SessionState::notice, &world.state,
-                [&bodies](const QString& title, const QString& body) {
-                    QCOMPARE(title, u"⚠️ Logget ut av SAS"_s);
-                    bodies.append(body);
-                });
-        const QString end = u"Søkene får ingen data før du er innlogget igjen."_s;
+        QList<SignOut> told;
+        connect(&world.state, &SessionState::signedOut, &world.state,
+                [&told](SignOut how) { told.append(how); });
         world.state.setLoggedOut(false);
         world.state.setLoggedOut(true);
         world.state.setLoginWindowOpen(true);
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies, QStringList{end});
+        QCOMPARE(told, QList{SignOut::plain});
         world.state.setLoginStatus(SASLoginStatus::checking());
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies.value(1), u"Automatisk innlogging trenger et dytt — fullfør i "
-                                  u"innloggingsvinduet som står åpent. "_s +
-                                      end);
         world.state.setLoginWindowOpen(false);
         world.state.setLoginStatus(SASLoginStatus::loggedIn(world.clock.now()));
         world.state.setLoggedOut(true);
-        QCOMPARE(bodies.value(2), u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i "
-                                  u"Innstillinger. "_s +
-                                      end);
+        QCOMPARE(told, QList({SignOut::plain, SignOut::windowWaits, SignOut::autoLoginFailed}));
     }
 
     // Automatic sign-in
@@ -607,8 +599,8 @@ private Q_SLOTS:
         NotingStore store(world.view);
         CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
                           world.site);
-        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
-                            world.state, world.capture, vault, world.session.window(), world.site);
+        AutoLogin autoLogin(world.with(vault), world.session.window(), world.standBack,
+                            world.database.settings(), world.keychain);
         const auto open = [&] {
             world.state.setLoginWindowOpen(true);
             world.state.setLoginWindowOpen(!closedAgain);
@@ -644,36 +636,28 @@ private Q_SLOTS:
 
     void nothingIsFilledInWhileTheAirlineRefuses() {
         World world;
-        bool refuses = true;
-        AutoLogin autoLogin(world.view, world.clock, world.database.settings(), world.keychain,
-                            world.state, world.capture, world.vault, world.session.window(),
-                            world.site, [&refuses] { return refuses; });
-        const auto attempt = [&] {
-            world.result.reset();
-            autoLogin.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
-        };
-        const QStringList skipped{u"auto-innlogging: hoppet over (SAS ber oss vente)"_s};
-        attempt();
+        const QString skipped = u"auto-innlogging: hoppet over (SAS ber oss vente)"_s;
+        world.standBack.refuse({}, 429);
+        world.attempt();
         // Not even the keychain is asked.
         QCOMPARE(world.result, false);
-        QCOMPARE(world.log(), skipped);
+        QCOMPARE(world.log().last(), skipped);
 
         // It begins to refuse while the keychain is asked.
-        refuses = false;
-        attempt();
-        refuses = true;
+        world.standBack.lift();
+        world.result.reset();
+        world.session.attemptAutoLogin().then([&](bool answer) { world.result = answer; });
+        world.standBack.refuse({}, 429);
         settle();
         QCOMPARE(world.result, false);
-        QCOMPARE(world.log(), skipped);
+        QCOMPARE(world.log().last(), skipped);
         QVERIFY(world.view.loaded.isEmpty());
 
         // Or at the form. To look where the way has led is allowed.
-        refuses = false;
-        attempt();
-        settle();
+        world.standBack.lift();
+        world.attempt();
         QCOMPARE(world.view.loaded.size(), 1);
-        world.log();
-        refuses = true;
+        world.standBack.refuse({}, 429);
         world.view.current = startPage;
         world.answer(u"waiting"_s, 2);
         QCOMPARE(world.view.evaluated.size(), 2);
@@ -681,7 +665,7 @@ private Q_SLOTS:
         world.view.current = form;
         world.clock.advance(step);
         QCOMPARE(world.result, false);
-        QCOMPARE(world.log(), skipped);
+        QCOMPARE(world.log().last(), skipped);
         QCOMPARE(world.view.evaluated.size(), 2);
         QVERIFY(!world.state.isLoginWindowOpen());
     }
@@ -908,5 +892,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSession)
+TINDRA_TEST(TestSession)
 #include "test_session.moc"

@@ -3,6 +3,7 @@
 #include "airline/StandBack.h"
 #include "core/Database.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDateTime>
 #include <QSignalSpy>
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestStandBack)
+TINDRA_TEST(TestStandBack)
 #include "test_stand_back.moc"

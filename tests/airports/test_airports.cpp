@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airports/Airports.h"
 #include "airports/Folding.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -246,5 +247,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AirportsTest)
+TINDRA_TEST(AirportsTest)
 #include "test_airports.moc"

@@ -2,106 +2,52 @@
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTest>
-#include <QUrlQuery>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
-
-QJsonObject find(const QString& key, double foundAt) {
-    return {{u"key"_s, key},
-            {u"cabin"_s, u"business"_s},
-            {u"route"_s, u"OSL-EWR"_s},
-            {u"fromCity"_s, u"Oslo"_s},
-            {u"toCity"_s, u"New York"_s},
-            {u"stopsText"_s, u"direkte"_s},
-            {u"flight"_s, u"SK907"_s},
-            {u"seats"_s, 2},
-            {u"points"_s, 60000},
-            {u"travelDate"_s, u"2027-03-05"_s},
-            {u"foundAt"_s, foundAt}};
-}
-
-HttpResponse answerOf(const QJsonArray& finds) {
-    const QJsonObject body{{u"hits"_s, finds}};
-    return {200, QJsonDocument(body).toJson()};
-}
-
-QStringList keys(const QList<Match>& matches) {
-    QStringList result;
-    for (const Match& match : matches)
-        result.append(match.key);
-    return result;
-}
-
-} // namespace
-
 class TestAppState : public QObject {
     Q_OBJECT
-
-    static void has(AppWorld& world, const QJsonArray& finds) {
-        world.http.answer = [finds](const HttpRequest&) { return answerOf(finds); };
-    }
 
 private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "UTC"); }
 
-    void watchedRoutesAreThoseOfEnabledWatchers() {
-        AppWorld world;
-        QVERIFY(world.state.watchedRoutes().isEmpty());
-        world.addWatcher(u"NYC"_s, [](Search& s) { s.origin = u"OSL,BGO"_s; });
-        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
-        // The same route twice, the way back, and a city that is searched from the hub.
-        world.addWatcher(u"nyc, BKK"_s, [](Search& s) { s.returnDateTo = u"2027-04-30"_s; });
-        QCOMPARE(world.state.watchedRoutes(), QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s,
-                                                           u"NYC-OSL"_s, u"OSL-NYC"_s}));
-        world.database.watchers().toggleSearch(2);
-        world.database.watchers().toggleSearch(1);
-        world.state.reload();
-        QVERIFY(world.state.watchedRoutes().isEmpty());
-    }
-
     void directionNeedsARoundTripThatStillExists() {
         AppWorld world;
-        world.addWatcher(u"NYC"_s, [](Search& s) { s.returnDateFrom = u"2027-04-30"_s; });
+        world.addWatcher(u"NYC"_s, [](Search& s) { s.returnDateFrom = QDate(2027, 4, 30); });
         world.addWatcher(u"NYC"_s);
-        const auto direction = [&](qint64 watcher, const QString& route, bool soldOut = false) {
+        const auto direction = [&](qint64 watcher, const QString& route) {
             Match match;
             match.searchId = watcher;
-            match.route = route;
-            match.soldOut = soldOut;
-            return world.state.direction(match).value_or(u"none"_s);
+            match.key.route = Route::fromText(route);
+            return world.state.direction(match);
         };
-        QCOMPARE(direction(1, u"OSL-NYC"_s), u"Utreise"_s);
-        QCOMPARE(direction(1, u"CPH-NYC"_s), u"Utreise"_s);
-        QCOMPARE(direction(1, u"NYC-OSL"_s), u"Hjemreise"_s);
-        QCOMPARE(direction(1, QString()), u"Hjemreise"_s);
-        QCOMPARE(direction(1, u"OSL-NYC"_s, true), u"none"_s);
-        QCOMPARE(direction(2, u"OSL-NYC"_s), u"none"_s);
-        QCOMPARE(direction(3, u"OSL-NYC"_s), u"none"_s);
-        QCOMPARE(direction(Match::communitySearchId, u"OSL-NYC"_s), u"none"_s);
+        QVERIFY(direction(1, u"OSL-NYC"_s) == Direction::out);
+        QVERIFY(direction(1, u"CPH-NYC"_s) == Direction::out);
+        QVERIFY(direction(1, u"NYC-OSL"_s) == Direction::home);
+        QVERIFY(direction(1, QString()) == Direction::home);
+        QVERIFY(!direction(2, u"OSL-NYC"_s));
+        QVERIFY(!direction(3, u"OSL-NYC"_s));
+        QVERIFY(!direction(Match::communitySearchId, u"OSL-NYC"_s));
     }
 
     void newTodayCountsTheCalendarDay() {
         AppWorld world; // noon
         world.addWatcher();
-        const auto add = [&](const QString& key, std::chrono::hours before, bool soldOut = false) {
+        const auto add = [&](const QString& flights, std::chrono::hours before) {
             world.addMatch([&](Match& m) {
-                m.key = key;
+                m.key.flights = flights;
                 m.foundAt = world.clock.now() - before;
-                m.soldOut = soldOut;
             });
         };
-        add(u"a-b-c-d-1"_s, 0h);
-        add(u"a-b-c-d-2"_s, 12h);
-        add(u"a-b-c-d-3"_s, 13h);
-        add(u"a-b-c-d-4"_s, 1h, true);
+        add(u"1"_s, 0h);
+        add(u"2"_s, 12h);
+        add(u"3"_s, 13h);
+        world.addSoldOut();
         QCOMPARE(world.state.newToday(), 2);
         // Midnight is told, without a round.
         settle();
@@ -125,8 +71,7 @@ private Q_SLOTS:
         world.state.finishOnboarding();
         world.state.finishOnboarding();
         QCOMPARE(onboarded.count(), 1);
-        QVERIFY(AppState(world.database, world.worker, world.community, world.notifier, world.clock)
-                    .onboarded());
+        QVERIFY(AppState(world.database, world.worker, world.finds, world.clock).onboarded());
     }
 
     void aNewWatcherIsCheckedAtOnceAndTheRoundIsShown() {
@@ -137,108 +82,13 @@ private Q_SLOTS:
         Search search;
         search.origin = u"OSL"_s;
         search.destination = u"LHR"_s;
-        search.dateFrom = search.dateTo = u"2027-03-01"_s;
+        search.dateFrom = search.dateTo = QDate(2027, 3, 1);
         world.state.addSearchAndRun(search);
         QVERIFY(!world.state.lastPoll());
         settle();
         QCOMPARE(world.airline.looked.size(), 1);
         QVERIFY(world.state.lastPoll());
         QVERIFY(world.state.searches().constFirst().lastChecked);
-    }
-
-    void communityFindsAreShownAndTheFreshAreStored() {
-        AppWorld world;
-        world.addWatcher();
-        world.addMatch([](Match& m) { m.key = u"own"_s; });
-        world.database.seen().upsertSeen(1, u"own"_s, {u"business"_s}, u"SK907"_s);
-        const double now = secondsSince1970(world.clock.now());
-        QJsonObject economy = find(u"cabin"_s, now);
-        economy[u"cabin"_s] = u"economy"_s;
-        has(world, {find(u"own"_s, now), find(u"old"_s, now - 1800), find(u"fresh"_s, now - 1799),
-                    economy, find(u"old too"_s, 0), find(u"fresh"_s, now)});
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(keys(world.state.communityHits()), QStringList({u"old"_s, u"old too"_s}));
-        QCOMPARE(world.center.posted.size(), 1);
-        QCOMPARE(keys(world.state.matches()), QStringList({u"fresh"_s, u"own"_s}));
-        const Match stored = world.state.matches().constFirst();
-        QCOMPARE(stored.searchId, Match::communitySearchId);
-        QVERIFY(stored.isCommunity);
-
-        // Not again, not even after a restart and after the offers were cleared; nor is what the
-        // user's own watcher had found.
-        world.database.offers().takeMatches();
-        AppState next(world.database, world.worker, world.community, world.notifier, world.clock);
-        awaited(next.refreshCommunity());
-        QCOMPARE(world.center.posted.size(), 1);
-        QCOMPARE(keys(next.communityHits()),
-                 QStringList({u"own"_s, u"old"_s, u"fresh"_s, u"old too"_s, u"fresh"_s}));
-    }
-
-    void pausedWatchersGetNothingAndSharingOffEmptiesTheList() {
-        AppWorld world;
-        world.addWatcher();
-        has(world, {find(u"k"_s, 0)});
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(world.state.communityHits().size(), 1);
-        const QUrlQuery query(world.http.sent.constFirst().url);
-        QCOMPARE(query.queryItemValue(u"routes"_s), u"OSL-EWR"_s);
-        QCOMPARE(world.http.sent.constFirst().url.path(), u"/v1/hits"_s);
-
-        world.database.settings().set(Setting::shareHits, false);
-        world.http.answer = nullptr;
-        awaited(world.state.refreshCommunity());
-        QVERIFY(world.state.communityHits().isEmpty());
-
-        world.database.settings().set(Setting::shareHits, true);
-        world.addWatcher(u"LHR"_s);
-        world.database.watchers().toggleSearch(1);
-        world.state.reload();
-        has(world, {find(u"k"_s, 0)});
-        awaited(world.state.refreshCommunity());
-        QVERIFY(world.state.communityHits().isEmpty());
-    }
-
-    void aLateAnswerSaysNothing() {
-        AppWorld world;
-        world.addWatcher();
-        const double now = secondsSince1970(world.clock.now());
-        OneShot<bool> older;
-        int asked = 0;
-        world.http.hold = [&] { return ++asked == 1 ? std::optional(older) : std::nullopt; };
-        world.http.answer = [&](const HttpRequest&) {
-            return answerOf(asked == 1 ? QJsonArray() : QJsonArray{find(u"k"_s, now)});
-        };
-        auto first = world.state.refreshCommunity();
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(keys(world.state.matches()), QStringList{u"k"_s});
-        world.http.answer = [](const HttpRequest&) { return answerOf({}); };
-        older.resolve(true);
-        awaited(std::move(first));
-        QCOMPARE(keys(world.state.matches()), QStringList{u"k"_s});
-    }
-
-    void aFloodIsAnnouncedByAndBy() {
-        AppWorld world;
-        world.addWatcher();
-        QJsonArray finds;
-        for (int i = 0; i < 25; ++i)
-            finds.append(find(u"k%1"_s.arg(i), secondsSince1970(world.clock.now())));
-        has(world, finds);
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(world.center.posted.size(), 20);
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(world.center.posted.size(), 25);
-    }
-
-    void nothingIsAnnouncedThatCannotBeStored() {
-        AppWorld world;
-        world.addWatcher();
-        has(world, {find(u"k"_s, secondsSince1970(world.clock.now()))});
-        runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON matches "
-                                "BEGIN SELECT RAISE(FAIL, 'disk full'); END");
-        awaited(world.state.refreshCommunity());
-        QCOMPARE(world.state.communityHits().size(), 1);
-        QVERIFY(world.center.posted.isEmpty());
     }
 
     void whatIsWrongWithStoringIsShown() {
@@ -294,7 +144,7 @@ private Q_SLOTS:
         QFile inTheWay(folder);
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         Database database(folder, world.clock);
-        AppState state(database, world.worker, world.community, world.notifier, world.clock);
+        AppState state(database, world.worker, world.finds, world.clock);
         QVERIFY(!state.storageProblem().isEmpty() && !state.onboarded() && state.notifyOn());
         const QSignalSpy onboarded(&state, &AppState::onboardedChanged);
         QVERIFY(inTheWay.remove());
@@ -308,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAppState)
+TINDRA_TEST(TestAppState)
 #include "test_app_state.moc"

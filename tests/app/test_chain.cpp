@@ -20,6 +20,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -62,9 +63,7 @@ private:
                 qFatal("%s", qPrintable(*error));
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &session, &SessionState::notice, &session,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&session, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             capture = std::make_unique<Capture>(*view, clock, site);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),
@@ -72,7 +71,8 @@ private:
             live = std::make_unique<LiveSession>(*view, *window, clock, database, keychain, session,
                                                  standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database.settings(), keychain,
-                                                 session, standBack, *capture, *live);
+                                                 session, standBack, *capture, *live,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             // Nobody signs in here.
             session.lastSessionRefresh = clock.ticks();
@@ -86,9 +86,9 @@ private:
             Search search;
             search.origin = u"OSL"_s;
             search.destination = destination;
-            search.cabins = {u"economy"_s, u"business"_s};
-            search.dateFrom = u"2027-03-01"_s;
-            search.dateTo = DateFmt::iso(QDate(2027, 3, 1).addDays(days - 1));
+            search.cabins = {Cabin::economy, Cabin::business};
+            search.dateFrom = QDate(2027, 3, 1);
+            search.dateTo = QDate(2027, 3, 1).addDays(days - 1);
             search.includePartners = partners;
             database.watchers().addSearch(search);
         }
@@ -126,11 +126,12 @@ private Q_SLOTS:
         const auto stored = world.database.offers().recentMatches(1000);
         QCOMPARE(stored.size(), first->newAlerts);
         QSet<qint64> watchers;
-        for (const Match& match : stored) {
+        for (const Hit& hit : stored) {
+            const auto& match = std::get<Match>(hit);
             watchers.insert(match.searchId);
             QVERIFY(match.bookingURL.startsWith(world.airline.siteOrigin()));
             QVERIFY(match.points > 0 && match.seats > 0 && match.durationMinutes > 0);
-            QVERIFY2(!match.flight.contains(u"XX1"_s), "a forged answer was believed");
+            QVERIFY2(!match.key.flights.contains(u"XX1"_s), "a forged answer was believed");
         }
         QCOMPARE(watchers, (QSet<qint64>{1, 2}));
         QVERIFY(world.engine->loginStatus().state == SASLoginStatus::Case::loggedIn);
@@ -184,7 +185,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestChain) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     if (!bus.startSecretService())

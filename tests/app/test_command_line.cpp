@@ -3,7 +3,9 @@
 #include "app/Demo.h"
 #include "app/HuntReport.h"
 #include "core/Err.h"
+#include "core/WatcherForm.h"
 #include "polling/Legs.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -42,7 +44,7 @@ private Q_SLOTS:
         for (const QString& option :
              {u"--once"_s, u"--json"_s, u"--demo"_s, u"--version"_s, u"--partners"_s, u"--csv"_s})
             QVERIFY(CommandLine::helpText().contains(option));
-        for (const int most : {Search::mostSeats, Search::mostStops})
+        for (const int most : {WatcherForm::mostSeats, WatcherForm::mostStops})
             QVERIFY(CommandLine::helpText().contains(u" til %1)"_s.arg(most)));
     }
 
@@ -83,15 +85,15 @@ private Q_SLOTS:
         Search watcher;
         watcher.origin = u"OSL"_s;
         watcher.destination = u"LHR"_s;
-        watcher.dateFrom = watcher.dateTo = u"2027-03-01"_s;
+        watcher.dateFrom = watcher.dateTo = QDate(2027, 3, 1);
         QCOMPARE(CommandLine::parse(least).data, DataCommand(AddWatcher{watcher}));
 
         watcher.origin = u"OSL,BGO"_s;
         watcher.destination = u"EWR,JFK"_s;
-        watcher.dateTo = u"2027-03-31"_s;
-        watcher.returnDateFrom = u"2027-04-01"_s;
-        watcher.returnDateTo = u"2027-04-20"_s;
-        watcher.cabins = {u"first"_s, u"premeco"_s};
+        watcher.dateTo = QDate(2027, 3, 31);
+        watcher.returnDateFrom = QDate(2027, 4, 1);
+        watcher.returnDateTo = QDate(2027, 4, 20);
+        watcher.cabins = {Cabin::first, Cabin::premeco};
         watcher.minSeats = 2;
         watcher.maxStops = 3;
         watcher.includePartners = true;
@@ -142,19 +144,15 @@ private Q_SLOTS:
     void reports() {
         Match match;
         match.id = 5;
-        match.key = u"k"_s;
-        match.route = u"CPH-BKK"_s;
-        match.travelDate = u"2027-03-01"_s;
-        match.cabin = u"premeco"_s;
+        match.key = FareKey::fromText(u"2027-03-01-CPH-BKK-SK1"_s);
+        match.cabin = Cabin::premeco;
         match.seats = 2;
         match.points = 54000;
-        match.flight = u"SK1"_s;
-        match.stopsText = u"direkte"_s;
+        match.stops = Stops();
         match.foundAt = instantFromSeconds(1.8e9);
-        Match gone;
-        gone.route = u"CPH-BKK 2027-03-01 · SK2"_s;
-        gone.cabin = u"business,economy"_s;
-        gone.soldOut = true;
+        SoldOut gone;
+        gone.label = u"CPH-BKK 2027-03-01 · SK2"_s;
+        gone.cabins = {Cabin::business, Cabin::economy};
         PollSummary summary;
         summary.newAlerts = 1;
         summary.errors = QStringList{u"søk 3: SAS-søk krever avreisedato."_s};
@@ -191,5 +189,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCommandLine)
+TINDRA_TEST(TestCommandLine)
 #include "test_command_line.moc"

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The commands on the data, on a real database. How they are spelt is tested with the command line.
 #include "app/CommandLine.h"
-#include "app/Hunt.h"
+#include "app/ExitCode.h"
 #include "app/MatchTable.h"
 #include "core/Err.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,7 +34,7 @@ private Q_SLOTS:
         QVERIFY(run(world, u"watchers list"_s).out.startsWith("Ingen overv"));
         const QString add = u"watchers add --from OSL --to %1 --out %2"_s;
         QCOMPARE(run(world, add.arg(u"EWR"_s, u"2027-01-10..2027-01-14"_s)).exitCode,
-                 Hunt::wrongUsage);
+                 ExitCode::wrongUsage);
         const auto added = run(world, add.arg(u"EWR,XQX"_s, u"2027-01-10..2027-01-15"_s));
         QCOMPARE(added.exitCode, 0);
         QVERIFY(added.out.contains("1 er lagret"));
@@ -56,7 +57,7 @@ private Q_SLOTS:
         run(world, u"watchers remove 1"_s);
         QCOMPARE(world.database.watchers().listSearches().size(), 1);
         for (const char* gone : {"watchers remove 1", "watchers pause 1", "hits --watcher 1"})
-            QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, Hunt::wrongUsage);
+            QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, ExitCode::wrongUsage);
     }
 
     void hitsAreFiltered() {
@@ -66,14 +67,10 @@ private Q_SLOTS:
         world.addMatch();
         world.addMatch([](Match& match) {
             match.searchId = 2;
-            match.route = u"OSL-LHR"_s;
             // As a stranger could have sent it.
-            match.flight = u"SK1\u001b[2J"_s;
+            match.key = {match.key.date, {u"OSL"_s, u"LHR"_s}, u"SK1\u001b[2J"_s};
         });
-        world.addMatch([](Match& match) {
-            match.soldOut = true;
-            match.route = u"OSL-EWR gone"_s;
-        });
+        world.addSoldOut({}, [](SoldOut& record) { record.label = u"OSL-EWR gone"_s; });
         QCOMPARE(json(run(world, u"hits --json"_s)).size(), 2);
         QCOMPARE(json(run(world, u"hits --json --all"_s)).size(), 3);
         const auto ofSecond = json(run(world, u"hits --json --watcher 2"_s));
@@ -87,11 +84,10 @@ private Q_SLOTS:
 
     void tablesAreSafeToOpen() {
         Match match;
-        match.route = u"=HYPERLINK(\"x\")"_s;
+        match.key = {{}, {u"=HYPERLINK(\"x\")"_s, {}}, u"a\r\nb"_s};
         match.fromCity = u"Tromsø, Norge"_s;
         match.toCity = u"-1"_s;
-        match.flight = u"a\r\nb"_s;
-        match.cabin = u"business"_s;
+        match.cabin = Cabin::business;
         match.bookingURL = u"https://evil.example/"_s;
         match.foundAt = instantFromSeconds(1.8e9);
         Match wild = match;
@@ -120,14 +116,14 @@ private Q_SLOTS:
         for (const QString& taken :
              {letter.fileName(), world.dir.path(), world.dir.path() + u"/tindra.sqlite"_s,
               world.dir.path() + u"/no/x"_s})
-            QVERIFY2(run(world, u"backup "_s + taken).exitCode == Hunt::cannotStart,
+            QVERIFY2(run(world, u"backup "_s + taken).exitCode == ExitCode::failed,
                      qPrintable(taken));
         QCOMPARE(letter.size(), 11);
 
         QTemporaryDir other;
         const auto restored = Restore{file}.run(other.path(), world.clock);
         QVERIFY(restored.out.startsWith("2 overv"));
-        QCOMPARE(Database(other.path(), world.clock).listSearches(),
+        QCOMPARE(Database(other.path(), world.clock).watchers().listSearches(),
                  world.database.watchers().listSearches());
     }
 
@@ -158,11 +154,11 @@ private Q_SLOTS:
         const DataContext context{guest, world.clock, Site{}};
         const auto line =
             CommandLine::parse(u"watchers add --from OSL --to EWR --out 2027-03-01"_s.split(u' '));
-        QCOMPARE(::run(*line.data, context).exitCode, Hunt::cannotStart);
+        QCOMPARE(::run(*line.data, context).exitCode, ExitCode::failed);
         QVERIFY(::run(*line.data, context).err.contains(u"ikke klar"_s));
         QVERIFY(ListHits{}.run(context).err.contains(u"ikke klar"_s));
     }
 };
 
-QTEST_GUILESS_MAIN(TestDataCommands)
+TINDRA_TEST(TestDataCommands)
 #include "test_data_commands.moc"

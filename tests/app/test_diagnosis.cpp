@@ -3,6 +3,7 @@
 #include "app/Diagnosis.h"
 #include "app/EngineAge.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -73,7 +74,7 @@ private Q_SLOTS:
         world.addWatcher(u"EWR"_s, [](Search& search) { search.name = u"Bestemor"_s; });
         world.database.watchers().toggleSearch(2);
         world.addMatch();
-        world.addMatch([](Match& match) { match.soldOut = true; });
+        world.addSoldOut();
         PollSummary poll;
         poll.at = world.clock.now();
         poll.errors = QStringList{u"Bestemor: feilet"_s};
@@ -127,5 +128,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDiagnosis)
+TINDRA_TEST(TestDiagnosis)
 #include "test_diagnosis.moc"

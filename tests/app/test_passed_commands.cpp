@@ -4,6 +4,7 @@
 #include "airline/LiveSession.h"
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
+#include "app/ExitCode.h"
 #include "app/PassedCommands.h"
 #include "app/SignIn.h"
 #include "core/Keychain.h"
@@ -12,6 +13,7 @@
 #include "tests/support/FakeHostWindow.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 
@@ -29,17 +31,17 @@ private Q_SLOTS:
             QTest::newRow(line) << QString::fromLatin1(line).split(u' ', Qt::SkipEmptyParts)
                                 << exitCode << done;
         };
-        row("", Hunt::roundEnded, {u"window"_s});
+        row("", ExitCode::done, {u"window"_s});
         // Started with the session while it runs already: nobody has asked for the window.
-        row("--hidden", Hunt::roundEnded);
-        row("watchers pause 1", Hunt::roundEnded, {u"data"_s});
-        row("watchers list", Hunt::wrongUsage);
-        row("hits --json", Hunt::wrongUsage);
-        row("backup /tmp/other", Hunt::wrongUsage);
-        row("restore /tmp/other", Hunt::wrongUsage);
-        row("--help", Hunt::wrongUsage);
-        row("fly", Hunt::wrongUsage);
-        row("hunt --once --picture x.png", Hunt::cannotStart);
+        row("--hidden", ExitCode::done);
+        row("watchers pause 1", ExitCode::done, {u"data"_s});
+        row("watchers list", ExitCode::wrongUsage);
+        row("hits --json", ExitCode::wrongUsage);
+        row("backup /tmp/other", ExitCode::wrongUsage);
+        row("restore /tmp/other", ExitCode::wrongUsage);
+        row("--help", ExitCode::wrongUsage);
+        row("fly", ExitCode::wrongUsage);
+        row("hunt --once --picture x.png", ExitCode::failed);
     }
 
     void onlyWhatConcernsTheOneThatRunsIsDone() {
@@ -71,9 +73,9 @@ private Q_SLOTS:
         QVERIFY(answer);
         QTEST(answer->exitCode, "exitCode");
         QTEST(done, "done");
-        QCOMPARE(answer->err.isEmpty(), answer->exitCode == Hunt::roundEnded);
+        QCOMPARE(answer->err.isEmpty(), answer->exitCode == ExitCode::done);
     }
 };
 
-QTEST_GUILESS_MAIN(TestPassedCommands)
+TINDRA_TEST(TestPassedCommands)
 #include "test_passed_commands.moc"

@@ -20,6 +20,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -65,9 +66,7 @@ private:
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
             const Site site{airline.siteOrigin(), airline.siteDomain(), airline.idpHost(),
                             airline.idpDomain()};
-            connect(
-                &state, &SessionState::notice, &state,
-                [this](const QString& title, const QString& body) { notifier.post(title, body); });
+            connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
             window = std::make_unique<GtkHostWindow>(
                 *view, GtkHostWindow::Texts{SignInWindow::title(), SignInWindow::instruction(),
                                             SignInWindow::button()});
@@ -75,14 +74,15 @@ private:
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
                                                     state, standBack, *capture, site);
             engine = std::make_unique<SASEngine>(*view, clock, database.settings(), keychain, state,
-                                                 standBack, *capture, *session);
+                                                 standBack, *capture, *session,
+                                                 [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"LHR"_s;
-            search.cabins = {u"first"_s};
-            search.dateFrom = clock.today().addDays(20).toString(Qt::ISODate);
-            search.dateTo = clock.today().addDays(20 + days - 1).toString(Qt::ISODate);
+            search.cabins = {Cabin::first};
+            search.dateFrom = clock.today().addDays(20);
+            search.dateTo = clock.today().addDays(20 + days - 1);
             database.watchers().addSearch(search);
             emptyStore();
             wait(keychain.clear());
@@ -337,7 +337,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestSessionChain) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     if (!bus.startSecretService())

@@ -15,6 +15,7 @@
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/FakeWebView.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -51,7 +52,7 @@ class TestSignIn : public QObject {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
-            search.dateFrom = u"2027-03-01"_s;
+            search.dateFrom = QDate(2027, 3, 1);
             database.watchers().addSearch(search);
         }
         void open() {
@@ -169,5 +170,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSignIn)
+TINDRA_TEST(TestSignIn)
 #include "test_sign_in.moc"

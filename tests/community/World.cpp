@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "World.h"
+#include "community/RedisStore.h"
+#include "community/SqliteStore.h"
 
 #include <QTest>
 
@@ -7,10 +9,13 @@ World::World(bool isRedis)
     : redis(isRedis ? std::make_unique<RedisServer>() : nullptr)
     , m_now(std::make_shared<std::atomic<std::int64_t>>(start)) {}
 
+std::string World::file() const {
+    return folder.filePath(QStringLiteral("a/b.sqlite")).toStdString();
+}
+
 community::Options World::options() const {
     community::Options options;
-    options.store =
-        redis ? redis->url() : folder.filePath(QStringLiteral("a/b.sqlite")).toStdString();
+    options.store = redis ? community::inRedis(redis->url()) : community::inSqlite(file());
     options.clock = [now = m_now] { return community::Time(std::chrono::milliseconds(*now)); };
     options.rateLimit = 0;
     return options;

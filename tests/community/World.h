@@ -19,6 +19,8 @@ public:
     /// A running service on the world's store and clock, without a limit of requests.
     std::unique_ptr<community::Service> service() const;
     community::Options options() const;
+    /// Of the SQLite store.
+    std::string file() const;
     static Http http(const community::Service& service) { return {service.port()}; }
 
     void pass(std::chrono::milliseconds time) { *m_now += time.count(); }

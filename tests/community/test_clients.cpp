@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Clients that stall, crowd or ask too much, and that others are served meanwhile.
 #include "World.h"
+#include "tests/support/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -40,7 +41,7 @@ private:
 
 void ClientsTest::serve(const std::function<void(community::Options&)>& change) {
     community::Options options = m_world.options();
-    options.store = ":memory:";
+    options.store = community::inSqlite(":memory:");
     change(options);
     m_service = std::make_unique<community::Service>(options);
     QVERIFY(!m_service->start());
@@ -168,5 +169,5 @@ void ClientsTest::sendersAreToldApart() {
     QCOMPARE(ask(second), isSame ? 429 : 200);
 }
 
-QTEST_GUILESS_MAIN(ClientsTest)
+TINDRA_TEST(ClientsTest)
 #include "test_clients.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "World.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -45,7 +46,7 @@ private:
 
 // Waits for the line that says where it listens.
 Http ProgramTest::started(QProcess& program, const QStringList& arguments) {
-    program.start(QStringLiteral(COMMUNITY_PROGRAM), QStringList{u"--port=0"_s} + arguments);
+    program.start(builtProgram(u"tindra-community"_s), QStringList{u"--port=0"_s} + arguments);
     program.waitForReadyRead(10'000);
     const QByteArray line = program.readLine();
     const QByteArray start = "tindra-community: listening on http://127.0.0.1:";
@@ -67,7 +68,7 @@ void ProgramTest::wrongCommandLines() {
     QFETCH(QString, argument);
     const QTemporaryDir folder;
     QProcess program;
-    program.start(QStringLiteral(COMMUNITY_PROGRAM), {u"--data="_s + folder.path(), argument});
+    program.start(builtProgram(u"tindra-community"_s), {u"--data="_s + folder.path(), argument});
     QVERIFY(program.waitForFinished());
     QTEST(program.exitCode(), "code");
     QCOMPARE(program.readAllStandardError().count('\n'), 1);
@@ -158,5 +159,5 @@ void ProgramTest::memoryUnderAttack() {
     QVERIFY(program.waitForFinished(5000));
 }
 
-QTEST_GUILESS_MAIN(ProgramTest)
+TINDRA_TEST(ProgramTest)
 #include "test_program.moc"

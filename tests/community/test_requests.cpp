@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is taken and what is refused, and with which status.
 #include "World.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -186,7 +187,7 @@ void RequestsTest::oneFaultyFindRefusesAll() {
 void RequestsTest::localBookingsWhereTheyAreWanted() {
     community::Options options = m_world.options();
     options.takesLocalBookings = true;
-    options.store = ":memory:";
+    options.store = community::inSqlite(":memory:");
     community::Service service(options);
     QVERIFY(!service.start());
     QJsonObject find = World::find();
@@ -199,5 +200,5 @@ void RequestsTest::localBookingsWhereTheyAreWanted() {
     }
 }
 
-QTEST_GUILESS_MAIN(RequestsTest)
+TINDRA_TEST(RequestsTest)
 #include "test_requests.moc"

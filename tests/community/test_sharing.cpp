@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is shared through the service, the same on both stores.
 #include "World.h"
+#include "tests/support/TestProgram.h"
 
 #include <sqlite3.h>
 
@@ -120,7 +121,7 @@ void SharingTest::findsExpireAndReportsRenewThem() {
                                 "if t > 0 and t <= 5400000 then n = n + 1 end end return n\" 0"),
             ":3\r\n");
     else
-        QCOMPARE(Sqlite(m_world->options().store).count(), 1);
+        QCOMPARE(Sqlite(m_world->file()).count(), 1);
 }
 
 void SharingTest::soldOutDropsOneCabin() {
@@ -195,7 +196,7 @@ void SharingTest::theStoreIsBounded() {
     if (m_world->redis) { // bounds each route; the rest is for its own maxmemory
         QCOMPARE(m_world->redis->ask("ZCARD tindra:{OSL-BKK}:finds"), ":1000\r\n");
     } else {
-        QCOMPARE(Sqlite(options.store).count(), 100);
+        QCOMPARE(Sqlite(m_world->file()).count(), 100);
         QCOMPARE(http.hits("OSL-BKK").last()[u"flight"_s].toString().left(3), u"SK5"_s);
     }
 }
@@ -214,7 +215,7 @@ void SharingTest::aStoreThatIsGone() {
     QCOMPARE(http.report({World::find()}), 204);
     QCOMPARE(http.get("/healthz").status, 200);
 
-    const Sqlite other(m_world->redis ? ":memory:" : options.store);
+    const Sqlite other(m_world->redis ? ":memory:" : m_world->file());
     if (m_world->redis)
         m_world->redis->stop();
     else
@@ -248,5 +249,5 @@ void SharingTest::aStoreThatIsGone() {
     QCOMPARE(lines.last(), "the store answers again");
 }
 
-QTEST_GUILESS_MAIN(SharingTest)
+TINDRA_TEST(SharingTest)
 #include "test_sharing.moc"

@@ -3,6 +3,7 @@
 #include "core/TDLog.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,32 +25,34 @@ Search watcher(const QString& origin, const QString& destination) {
     return search;
 }
 
-Match offer(qint64 searchId, const QString& key, const QString& travelDate = u"2027-03-01"_s) {
+FareKey fareKey(const QString& flights, QDate date = {2027, 3, 1}) {
+    return {date, {u"OSL"_s, u"BKK"_s}, flights};
+}
+
+Match offer(qint64 searchId, const QString& flights, QDate travelDate = {2027, 3, 1}) {
     Match match;
     match.searchId = searchId;
-    match.key = key;
-    match.route = u"OSL-BKK"_s;
+    match.key = fareKey(flights, travelDate);
     match.fromCity = u"Oslo"_s;
     match.toCity = u"Bangkok"_s;
-    match.depart = u"01.03 09:05"_s;
-    match.arrive = u"02.03 06:10"_s;
-    match.stopsText = u"1 stopp (CPH)"_s;
-    match.flight = u"SK1467,TG951"_s;
+    match.depart = {travelDate, {9, 5}};
+    match.arrive = {travelDate.addDays(1), {6, 10}};
+    match.stops = Stops{1, {u"CPH"_s}};
     match.durationMinutes = 785;
-    match.cabin = u"business"_s;
+    match.cabin = Cabin::business;
     match.seats = 2;
     match.points = 75000;
-    match.travelDate = travelDate;
     match.bookingURL = u"https://example.invalid/?a=1&b=ø"_s;
     match.foundAt = instantFromSeconds(1768478400.25);
     match.isCommunity = searchId == Match::communitySearchId;
     return match;
 }
 
-QStringList keys(const QList<Match>& matches) {
+/// The flights of each.
+QStringList keys(const QList<Hit>& hits) {
     QStringList keys;
-    for (const Match& match : matches)
-        keys.append(match.key);
+    for (const Hit& hit : hits)
+        keys.append(Hits::key(hit).flights);
     return keys;
 }
 
@@ -76,11 +79,11 @@ private Q_SLOTS:
     void watchersLiveThroughTheirEdits() {
         Search stored = watcher(u"OSL, bgo"_s, u"JFK"_s);
         stored.name = u"  Høst  "_s;
-        stored.cabins = {u"business"_s, u"economy"_s};
+        stored.cabins = {Cabin::business, Cabin::economy};
         stored.minSeats = 2;
         stored.maxStops = 0;
-        stored.dateFrom = u"2027-03-01"_s;
-        stored.returnDateTo = u"2027-04-01"_s;
+        stored.dateFrom = QDate(2027, 3, 1);
+        stored.returnDateTo = QDate(2027, 4, 1);
         stored.includePartners = true;
         stored.enabled = false;
         {
@@ -115,25 +118,27 @@ private Q_SLOTS:
     void offersComeBackAsTheyWereStored() {
         Database database(folder(), m_clock);
         database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
-        Match stored = offer(1, u"a"_s);
+        Match stored = offer(1, u"SK1467,TG951"_s, {2027, 12, 31});
         database.offers().recordMatch(stored);
-        database.offers().recordMatch(offer(Match::communitySearchId, u"b"_s, {}));
-        database.offers().recordMatch(offer(1, u"yesterday"_s, u"2027-01-14"_s));
-        database.offers().recordMatch(offer(1, u"today"_s, u"2027-01-15"_s));
-        Match gone = offer(1, u"gone"_s);
-        gone.soldOut = true;
-        database.offers().recordMatch(gone);
+        database.offers().recordMatch(offer(Match::communitySearchId, u"b"_s));
+        database.offers().recordMatch(offer(1, u"yesterday"_s, {2027, 1, 14}));
+        database.offers().recordMatch(offer(1, u"today"_s, {2027, 1, 15}));
+        SoldOut gone{0, 1, fareKey(u"gone"_s), {Cabin::business, Cabin::first}, u"merke"_s, {}};
+        database.offers().recordSoldOut(gone);
 
         const auto recent = database.offers().recentMatches(2000);
-        QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"a"_s}));
+        QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"SK1467,TG951"_s}));
         stored.id = 1;
-        QCOMPARE(recent.last(), stored);
-        QVERIFY(recent[2].isCommunity);
+        QVERIFY(recent.last() == Hit(stored));
+        QVERIFY(std::get<Match>(recent[2]).isCommunity);
+        gone.id = 5;
+        QVERIFY(recent.first() == Hit(gone));
         QCOMPARE(keys(database.offers().recentMatches(1)), QStringList{u"gone"_s});
         QCOMPARE(database.offers().activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 2}}));
 
-        database.seen().upsertSeen(1, u"a"_s, {u"first"_s, u"business"_s}, u"merke"_s);
-        database.seen().upsertSeen(1, u"a"_s, {u"first"_s}, u"merke"_s);
+        const FareKey a = fareKey(u"a"_s);
+        database.seen().upsertSeen(1, a, {{Cabin::first, Cabin::business}, u"merke"_s});
+        database.seen().upsertSeen(1, a, {{Cabin::first}, u"merke"_s});
         // What is taken can be put back exactly, past dates too, except for a deleted watcher's.
         database.watchers().addSearch(watcher(u"OSL"_s, u"NRT"_s));
         database.offers().recordMatch(offer(2, u"orphan"_s));
@@ -143,15 +148,15 @@ private Q_SLOTS:
         database.watchers().deleteSearch(2);
         QVERIFY(database.offers().restoreMatches());
         QVERIFY(!database.offers().restoreMatches());
-        QCOMPARE(database.offers().recentMatches(10).mid(1), recent);
+        QVERIFY(database.offers().recentMatches(10).mid(1) == recent);
         QCOMPARE(keys(database.offers().recentMatches(1)), QStringList{u"meanwhile"_s});
         m_clock.advance(-24h);
         QVERIFY(keys(database.offers().recentMatches(10)).contains(u"yesterday"_s));
         m_clock.advance(24h);
         QVERIFY(database.offers().takeMatches());
         QVERIFY(!database.offers().takeMatches());
-        QCOMPARE(database.seen().seenCabins(1),
-                 (QMap<QString, SeenStore::Seen>{{u"a"_s, {{u"first"_s}, u"merke"_s}}}));
+        QVERIFY(database.seen().seenCabins(1) ==
+                (QMap<FareKey, SeenStore::Seen>{{a, {{Cabin::first}, u"merke"_s}}}));
         database.offers().recordMatch(offer(1, u"a"_s));
         database.watchers().deleteSearch(1);
         QVERIFY(database.offers().recentMatches(10).isEmpty());
@@ -165,9 +170,9 @@ private Q_SLOTS:
             database.watchers().addSearch(watcher(u"OSL"_s, destination));
         for (const qint64 id : {1, 2}) {
             database.watchers().markChecked(id, 3);
-            database.seen().upsertSeen(id, u"a"_s, {u"business"_s}, u"merke"_s);
+            database.seen().upsertSeen(id, fareKey(u"a"_s), {{Cabin::business}, u"merke"_s});
             database.offers().recordMatch(offer(id, u"a"_s));
-            database.offers().recordMatch(offer(id, u"past"_s, u"2027-01-01"_s));
+            database.offers().recordMatch(offer(id, u"past"_s, {2027, 1, 1}));
         }
         database.watchers().toggleSearch(1);
         const auto watchers = database.watchers().listSearches();
@@ -175,7 +180,7 @@ private Q_SLOTS:
 
         QVERIFY(database.watchers().takeSearch(1));
         QCOMPARE(database.watchers().listSearches(), watchers.mid(1));
-        QCOMPARE(database.offers().recentMatches(10), offers.first(1));
+        QVERIFY(database.offers().recentMatches(10) == offers.first(1));
         QVERIFY(database.seen().seenCabins(1).isEmpty());
         QCOMPARE(database.seen().seenCabins(2).size(), 1);
         // What was stored meanwhile has its own ids.
@@ -184,8 +189,8 @@ private Q_SLOTS:
 
         QVERIFY(database.watchers().restoreSearch());
         QCOMPARE(database.watchers().listSearches().first(2), watchers);
-        QCOMPARE(database.offers().recentMatches(10), offers);
-        QCOMPARE(database.seen().seenCabins(1), database.seen().seenCabins(2));
+        QVERIFY(database.offers().recentMatches(10) == offers);
+        QVERIFY(database.seen().seenCabins(1) == database.seen().seenCabins(2));
         QVERIFY(!database.watchers().restoreSearch()); // once
 
         // Only the last one can come back, and a file that refuses loses nothing.
@@ -217,7 +222,7 @@ private Q_SLOTS:
         database.offers().recordMatch(offer(1, u"b"_s));
         QCOMPARE(told(), std::pair(1, 1));
         database.watchers().renameSearch(9, u"nobody"_s);
-        database.seen().upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        database.seen().upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
         database.safekeeping().note(Kept::toldBackground);
         QCOMPARE(told(), std::pair(0, 0));
         database.watchers().takeSearch(1);
@@ -334,9 +339,10 @@ private Q_SLOTS:
                                   u"half a route"_s, u"wrong, sold out"_s, u"right"_s}));
             QCOMPARE(database.offers().activeMatchCounts(),
                      (QMap<qint64, int>{{-1, 1}, {1, 4}, {2, 1}}));
-            QCOMPARE(database.seen().seenCabins(1).keys(), QStringList{u"right"_s});
+            QVERIFY(database.seen().seenCabins(1).keys() == QList{FareKey::fromText(u"right"_s)});
             QVERIFY(database.seen().seenCabins(2).isEmpty());
-            QCOMPARE(database.offers().recentMatches(100).first().durationMinutes, 0);
+            QCOMPARE(std::get<Match>(database.offers().recentMatches(100).first()).durationMinutes,
+                     0);
             QVERIFY(!database.watchers().listSearches().first().includePartners);
         }
         runOn(folder(), insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
@@ -360,18 +366,18 @@ private Q_SLOTS:
         Database database(folder(), m_clock);
         QVERIFY(database.transaction([&] {
             database.offers().recordMatch(offer(1, u"a"_s));
-            database.seen().upsertSeen(1, u"a"_s, {u"business"_s}, {});
+            database.seen().upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
         }));
         runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON seen BEGIN "
                         "SELECT RAISE(ABORT, 'no room'); END;");
         QVERIFY(!database.transaction([&] {
             database.offers().recordMatch(offer(1, u"b"_s));
-            database.seen().upsertSeen(1, u"b"_s, {u"business"_s}, {});
+            database.seen().upsertSeen(1, fareKey(u"b"_s), {{Cabin::business}, {}});
         }));
         QCOMPARE(keys(database.offers().recentMatches(10)), QStringList{u"a"_s});
         QVERIFY(log().contains("no room"));
         // A failure that goes on is logged once, one after a success again.
-        QVERIFY(!database.transaction([&] { database.seen().upsertSeen(1, u"d"_s, {}, {}); }));
+        QVERIFY(!database.transaction([&] { database.seen().upsertSeen(1, fareKey(u"d"_s), {}); }));
         QCOMPARE(log().count("no room"), 1);
         QVERIFY(database.problem());
         runOn(folder(), "DROP TRIGGER refuse;");
@@ -432,5 +438,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDatabase)
+TINDRA_TEST(TestDatabase)
 #include "test_database.moc"

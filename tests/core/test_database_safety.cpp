@@ -8,6 +8,7 @@
 #include "core/TDLog.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -438,5 +439,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDatabaseSafety)
+TINDRA_TEST(TestDatabaseSafety)
 #include "test_database_safety.moc"

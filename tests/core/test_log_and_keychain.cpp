@@ -4,6 +4,7 @@
 #include "platform/MemorySecretStore.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -57,5 +58,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLogAndKeychain)
+TINDRA_TEST(TestLogAndKeychain)
 #include "test_log_and_keychain.moc"

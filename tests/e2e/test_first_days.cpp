@@ -5,6 +5,7 @@
 #include "tests/e2e/Desktop.h"
 #include "tests/support/NotificationService.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -35,7 +36,7 @@ private:
         environment.insert(u"TINDRA_IDP_DOMAIN"_s, m_airline->idpDomain());
         m_program.setProcessEnvironment(environment);
         m_program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_program.start(QStringLiteral(TINDRA_PROGRAM), {u"--demo"_s});
+        m_program.start(builtProgram(u"tindra"_s), {u"--demo"_s});
     }
     int stop() {
         m_program.terminate();
@@ -200,7 +201,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestFirstDays) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     TestFirstDays test(bus);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/XdgAutostart.h"
+#include "tests/support/TestProgram.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -75,5 +76,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAutostart)
+TINDRA_TEST(TestAutostart)
 #include "test_autostart.moc"

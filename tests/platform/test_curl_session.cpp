@@ -2,6 +2,7 @@
 // Requests against real servers that mean no good.
 #include "platform/linux/CurlSession.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -250,5 +251,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCurlSession)
+TINDRA_TEST(TestCurlSession)
 #include "test_curl_session.moc"

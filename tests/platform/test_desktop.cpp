@@ -10,6 +10,7 @@
 #include "tests/support/NotificationService.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -233,7 +234,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestDesktop) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     TestDesktop test(bus);

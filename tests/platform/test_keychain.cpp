@@ -10,6 +10,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -220,7 +221,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestKeychain) {
     TestBus bus;
     const QCoreApplication application(argc, argv);
     TestKeychain test(bus);

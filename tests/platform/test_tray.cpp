@@ -3,6 +3,7 @@
 // in X11's own tray.
 #include "platform/linux/QtTray.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QApplication>
 #include <QDBusMessage>
@@ -120,7 +121,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestTray) {
     TestBus bus;
     const QApplication application(argc, argv);
     TestTray test;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "core/DateFmt.h"
 #include "core/Err.h"
 #include "polling/FareComparison.h"
 #include "polling/Legs.h"
 #include "polling/Matching.h"
 #include "polling/PollSummary.h"
+#include "polling/Routes.h"
 #include "polling/Turn.h"
+#include "tests/support/TestProgram.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -18,25 +21,22 @@ Search watcher() {
     search.id = 7;
     search.origin = u"OSL"_s;
     search.destination = u"BKK"_s;
-    search.cabins = {u"economy"_s, u"business"_s};
-    search.dateFrom = u"2027-03-01"_s;
-    search.dateTo = u"2027-03-31"_s;
+    search.cabins = {Cabin::economy, Cabin::business};
+    search.dateFrom = QDate(2027, 3, 1);
+    search.dateTo = QDate(2027, 3, 31);
     return search;
 }
 
-Fare fare(const QString& flight, int economy, int business, const QString& date = u"2027-03-01"_s) {
+const Route route{u"CPH"_s, u"BKK"_s};
+
+Fare fare(const QString& flight, int economy, int business, QDate date = {2027, 3, 1}) {
     Fare fare;
-    fare.origin = u"CPH"_s;
-    fare.destination = u"BKK"_s;
-    fare.route = u"CPH-BKK"_s;
+    fare.key = {date, route, flight};
     fare.fromCity = u"København"_s;
     fare.toCity = u"Bangkok"_s;
-    fare.date = date;
-    fare.flight = flight;
-    fare.numberOfStops = 1;
-    fare.stops = QStringList{u"ARN"_s};
-    fare.localDepart = date + u"T09:05:00"_s;
-    fare.localArrive = u"2027-03-02T06:10:00"_s;
+    fare.stops = {1, {u"ARN"_s}};
+    fare.localDepart = {date, {9, 5}};
+    fare.localArrive = {{2027, 3, 2}, {6, 10}};
     fare.durationMinutes = 785;
     fare.availability = {{Cabin::economy, economy},
                          {Cabin::premeco, 0},
@@ -44,16 +44,21 @@ Fare fare(const QString& flight, int economy, int business, const QString& date 
                          {Cabin::first, 0}};
     fare.saverPoints = {{Cabin::business, 75000}};
     fare.bookingURL = u"https://site.example/"_s;
-    fare.key = date + u"-CPH-BKK-"_s + flight;
     return fare;
 }
 
-const Leg leg{u"CPH"_s, u"BKK"_s, QDate(2027, 3, 1)};
+const Leg leg{route, QDate(2027, 3, 1)};
 const Instant now = instantFromSeconds(1.8e9);
-using Seen = QMap<QString, SeenStore::Seen>;
 
 SeenStore::Seen seen(const CabinSet& cabins, const QString& flight) {
     return {cabins, u"CPH-BKK 2027-03-01 · "_s + flight};
+}
+
+QStringList texts(const QList<Route>& routes) {
+    QStringList texts;
+    for (const Route& one : routes)
+        texts.append(one.text());
+    return texts;
 }
 
 } // namespace
@@ -70,29 +75,26 @@ private Q_SLOTS:
         QCOMPARE(news[0].found.size(), 2);
         Match match;
         match.searchId = 7;
-        match.key = u"2027-03-01-CPH-BKK-SK1,SK2"_s;
-        match.route = u"CPH-BKK"_s;
+        match.key = {leg.date, route, u"SK1,SK2"_s};
         match.fromCity = u"København"_s;
         match.toCity = u"Bangkok"_s;
-        match.depart = u"01.03 09:05"_s;
-        match.arrive = u"02.03 06:10"_s;
-        match.stopsText = u"1 stopp (ARN)"_s;
-        match.flight = u"SK1,SK2"_s;
+        match.depart = {leg.date, {9, 5}};
+        match.arrive = {{2027, 3, 2}, {6, 10}};
+        match.stops = Stops{1, {u"ARN"_s}};
         match.durationMinutes = 785;
-        match.cabin = u"business"_s;
+        match.cabin = Cabin::business;
         match.seats = 2;
         match.points = 75000;
-        match.travelDate = u"2027-03-01"_s;
         match.bookingURL = u"https://site.example/"_s;
         match.foundAt = now;
         QCOMPARE(news[0].found[0], match);
-        QCOMPARE(news[0].found[1].cabin, u"economy"_s);
+        QCOMPARE(news[0].found[1].cabin, Cabin::economy);
         QCOMPARE(news[0].found[1].points, 0);
-        QCOMPARE(news[0].seen, seen({u"economy"_s, u"business"_s}, u"SK1,SK2"_s));
+        QCOMPARE(news[0].seen, seen({Cabin::economy, Cabin::business}, u"SK1,SK2"_s));
         QVERIFY(!news[0].soldOut);
         QCOMPARE(comparison.satisfied(), 2);
         // The same fare in another leg's answer is no news.
-        const Leg other{u"CPH"_s, u"BKK"_s, QDate(2027, 3, 2)};
+        const Leg other{route, QDate(2027, 3, 2)};
         QVERIFY(comparison.compare(other, {fare(u"SK1,SK2"_s, 4, 2)}, now).isEmpty());
     }
 
@@ -102,7 +104,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("found");
         QTest::addColumn<QString>("gone");
         QTest::addColumn<QString>("seen");
-        const CabinSet both{u"economy"_s, u"business"_s};
+        const CabinSet both{Cabin::economy, Cabin::business};
         const auto row = [](const char* name, const CabinSet& before, const QList<Fare>& fares,
                             const QString& found, const QString& gone, const QString& seen) {
             QTest::newRow(name) << before << fares << found << gone << seen;
@@ -112,17 +114,17 @@ private Q_SLOTS:
         row("in pieces", both, {fare(u"SK1"_s, 1, 0), fare(u"SK1"_s, 0, 1)}, {}, {},
             u"business,economy"_s);
         row("one cabin gone", both, {fare(u"SK1"_s, 4, 0)}, {}, u"business"_s, u"economy"_s);
-        row("one gone, one new", {u"business"_s}, {fare(u"SK1"_s, 4, 0)}, u"economy"_s,
+        row("one gone, one new", {Cabin::business}, {fare(u"SK1"_s, 4, 0)}, u"economy"_s,
             u"business"_s, u"economy"_s);
         row("all gone", both, {}, {}, u"business,economy"_s, u""_s);
-        row("no longer wanted", {u"first"_s}, {}, {}, {}, u""_s);
+        row("no longer wanted", {Cabin::first}, {}, {}, {}, u""_s);
         row("gone before", {}, {}, {}, {}, u"-"_s);
         row("back again", {}, {fare(u"SK1"_s, 1, 0)}, u"economy"_s, {}, u"economy"_s);
     }
     void whatWasSeenBefore() {
         QFETCH(const CabinSet, before);
         QFETCH(const QList<Fare>, fares);
-        const QString key = u"2027-03-01-CPH-BKK-SK1"_s;
+        const FareKey key{leg.date, route, u"SK1"_s};
         FareComparison comparison(watcher(), {{key, seen(before, u"SK1"_s)}});
         const auto news = comparison.compare(leg, fares, now);
         // All that one fare says is stored together.
@@ -132,53 +134,37 @@ private Q_SLOTS:
         for (const Match& match : one.found)
             found.insert(match.cabin);
         QTEST(encodeCabins(found), "found");
-        QTEST(encodeCabins(one.gone), "gone");
+        QTEST(encodeCabins(one.soldOut.value_or(SoldOut()).cabins), "gone");
         QTEST(one.seen ? encodeCabins(one.seen->cabins) : u"-"_s, "seen");
-        QCOMPARE(one.soldOut.has_value(), !one.gone.isEmpty());
         if (!one.soldOut)
             return;
-        Match record;
-        record.searchId = 7;
-        record.key = key + u":soldout"_s;
-        record.route = u"CPH-BKK 2027-03-01 · SK1"_s;
-        record.cabin = encodeCabins(one.gone);
-        record.travelDate = u"2027-03-01"_s;
-        record.soldOut = true;
-        record.foundAt = now;
-        QCOMPARE(*one.soldOut, record);
+        const SoldOut record{0, 7, key, one.soldOut->cabins, u"CPH-BKK 2027-03-01 · SK1"_s, now};
+        QVERIFY(one.soldOut == record && !record.cabins.isEmpty());
         // Told once.
         QVERIFY(comparison.compare(leg, fares, now).isEmpty());
     }
 
     void onlyTheLegItselfSellsOut() {
-        const QString far = u"2027-03-02-CPH-BKK-SK1"_s;
-        FareComparison comparison(watcher(),
-                                  {{far, {{u"business"_s}, u"CPH-BKK 2027-03-02 · SK1"_s}},
-                                   {u"2027-03-01-CPH-HND-SK1"_s, seen({u"business"_s}, u"SK1"_s)},
-                                   {u"no key"_s, seen({u"business"_s}, u"SK1"_s)}});
+        const QDate next(2027, 3, 2);
+        const CabinSet business{Cabin::business};
+        FareComparison comparison(
+            watcher(), {{{next, route, u"SK1"_s}, {business, u"CPH-BKK 2027-03-02 · SK1"_s}},
+                        {{leg.date, {u"CPH"_s, u"HND"_s}, u"SK1"_s}, seen(business, u"SK1"_s)},
+                        {FareKey::fromText(u"no key"_s), seen(business, u"SK1"_s)}});
         // What another leg's answer has shown in this round is not gone.
-        QVERIFY(comparison.compare(leg, {fare(u"SK1"_s, 0, 1, u"2027-03-02"_s)}, now).isEmpty());
-        QVERIFY(comparison.compare({u"CPH"_s, u"BKK"_s, QDate(2027, 3, 2)}, {}, now).isEmpty());
-    }
-
-    void stopTexts() {
-        QCOMPARE(Matching::stopsText(0, {}), u"direkte"_s);
-        QCOMPARE(Matching::stopsText(2, {u"CPH"_s, u"BKK"_s}), u"2 stopp (CPH,BKK)"_s);
-        QCOMPARE(Matching::stopsCount(u"2 stopp (CPH,BKK)"_s), 2);
-        QCOMPARE(Matching::stopsCount(u"direkte"_s), 0);
-        QCOMPARE(Matching::stopsCount(u""_s), 0);
-        QCOMPARE(Matching::stopsCount(u"stopp 3"_s), 0);
+        QVERIFY(comparison.compare(leg, {fare(u"SK1"_s, 0, 1, next)}, now).isEmpty());
+        QVERIFY(comparison.compare({route, next}, {}, now).isEmpty());
     }
 
     void offersOfOthers_data() {
         QTest::addColumn<QString>("route");
         QTest::addColumn<QString>("date");
-        QTest::addColumn<QString>("cabin");
+        QTest::addColumn<Cabin>("cabin");
         QTest::addColumn<int>("seats");
         QTest::addColumn<QString>("stops");
         QTest::addColumn<bool>("fits");
         const QString in = u"2027-03-10"_s;
-        const QString business = u"business"_s;
+        const Cabin business = Cabin::business;
         const QString one = u"1 stopp (ARN)"_s;
         QTest::newRow("fits") << u"CPH-BKK"_s << in << business << 2 << one << true;
         QTest::newRow("not from the hub") << u"OSL-BKK"_s << in << business << 2 << one << false;
@@ -195,7 +181,7 @@ private Q_SLOTS:
         QTest::newRow("before") << u"CPH-BKK"_s << u"2027-02-28"_s << business << 2 << one << false;
         QTest::newRow("after") << u"CPH-BKK"_s << u"2027-04-01"_s << business << 2 << one << false;
         QTest::newRow("no date") << u"CPH-BKK"_s << u""_s << business << 2 << one << false;
-        QTest::newRow("cabin") << u"CPH-BKK"_s << in << u"first"_s << 2 << one << false;
+        QTest::newRow("cabin") << u"CPH-BKK"_s << in << Cabin::first << 2 << one << false;
         QTest::newRow("seats") << u"CPH-BKK"_s << in << business << 1 << one << false;
         QTest::newRow("seats unknown") << u"CPH-BKK"_s << in << business << 0 << one << true;
         QTest::newRow("stops") << u"CPH-BKK"_s << in << business << 2 << u"3 stopp (A)"_s << false;
@@ -203,17 +189,16 @@ private Q_SLOTS:
     void offersOfOthers() {
         QFETCH(QString, route);
         QFETCH(QString, date);
-        QFETCH(QString, cabin);
+        QFETCH(Cabin, cabin);
         QFETCH(int, seats);
         QFETCH(QString, stops);
         Match match;
-        match.route = route;
-        match.travelDate = date;
+        match.key = {DateFmt::dateFromIso(date), Route::fromText(route), u"SK1"_s};
         match.cabin = cabin;
         match.seats = seats;
-        match.stopsText = stops;
+        match.stops = Stops::fromText(stops);
         Search search = watcher();
-        search.returnDateFrom = u"2027-04-15"_s;
+        search.returnDateFrom = QDate(2027, 4, 15);
         search.minSeats = 2;
         Search other = watcher();
         other.origin = u"BGO"_s;
@@ -226,19 +211,18 @@ private Q_SLOTS:
         Search search = watcher();
         search.origin = u"OSL,BGO"_s;
         search.destination = u"HND, bkk"_s;
-        search.dateTo = u"2027-03-02"_s;
-        search.returnDateFrom = u"2027-03-09"_s;
+        search.dateTo = QDate(2027, 3, 2);
+        search.returnDateFrom = QDate(2027, 3, 9);
         const QDate today(2027, 1, 15);
         const QDate first(2027, 3, 1);
         const QDate back(2027, 3, 9);
         const QList<Leg> legs = Legs::slice(Legs::ofWatcher(search, today), 0);
         QCOMPARE(legs, (QList<Leg>{{u"CPH"_s, u"BKK"_s, first},
-                                   {u"CPH"_s, u"BKK"_s, first.addDays(1)},
-                                   {u"CPH"_s, u"HND"_s, first},
-                                   {u"CPH"_s, u"HND"_s, first.addDays(1)},
-                                   {u"BKK"_s, u"CPH"_s, back},
-                                   {u"HND"_s, u"CPH"_s, back}}));
-        QCOMPARE(legs.last().keyPrefix(), u"2027-03-09-HND-CPH-"_s);
+                                   {{u"CPH"_s, u"BKK"_s}, first.addDays(1)},
+                                   {{u"CPH"_s, u"HND"_s}, first},
+                                   {{u"CPH"_s, u"HND"_s}, first.addDays(1)},
+                                   {{u"BKK"_s, u"CPH"_s}, back},
+                                   {{u"HND"_s, u"CPH"_s}, back}}));
         // The hub among the origins, and codes that come twice, add nothing.
         Search twice = search;
         twice.origin = u"OSL,CPH,osl,BGO"_s;
@@ -249,17 +233,17 @@ private Q_SLOTS:
         QCOMPARE(Legs::ofWatcher(search, back).size(), 2);
         QCOMPARE(Legs::ofWatcher(search, back.addDays(1)).size(), 0);
         Search lasting = search;
-        lasting.dateTo = u"2029-01-01"_s;
+        lasting.dateTo = QDate(2029, 1, 1);
         QCOMPARE(Legs::ofWatcher(lasting, QDate(2027, 12, 1)).outbound.last(),
                  QDate(2027, 12, 1).addDays(329));
         search.includePartners = true;
         const auto all = Legs::ofWatcher(search, today);
         QCOMPARE(all.size(), 12);
-        QCOMPARE(all[2].origin + all[2].destination, u"OSLHND"_s);
+        QCOMPARE(all[2].route.text(), u"OSL-HND"_s);
         for (qsizetype i = 0; i < all.size(); ++i)
             QVERIFY(all.contains(all[i]));
-        QVERIFY(!all.contains({u"OSL"_s, u"HND"_s, first, Flow::points}));
-        QVERIFY(!all.contains({u"HND"_s, u"OSL"_s, first, Flow::award}));
+        QVERIFY(!all.contains({{u"OSL"_s, u"HND"_s}, first, Flow::points}));
+        QVERIFY(!all.contains({{u"HND"_s, u"OSL"_s}, first, Flow::award}));
 
         const auto errorOf = [](const Search& wrong) {
             try {
@@ -269,7 +253,7 @@ private Q_SLOTS:
             }
             return QString();
         };
-        search.dateFrom.clear();
+        search.dateFrom = QDate();
         QCOMPARE(errorOf(search), u"SAS-søk krever avreisedato."_s);
         search.destination = u" ,"_s;
         QCOMPARE(errorOf(search), u"Søket mangler destinasjon."_s);
@@ -277,11 +261,28 @@ private Q_SLOTS:
         QCOMPARE(errorOf(search), u"Søket mangler avreisested."_s);
     }
 
+    void watchedRoutes() {
+        Search one = watcher();
+        one.origin = u"OSL,BGO"_s;
+        one.destination = u"NYC"_s;
+        QCOMPARE(texts(Routes::watched({one})), QStringList({u"BGO-NYC"_s, u"OSL-NYC"_s}));
+        // The same route twice, the way back, and a city that is searched from the hub.
+        Search other = watcher();
+        other.origin = u"OSL"_s;
+        other.destination = u"nyc, BKK"_s;
+        other.includePartners = true;
+        other.returnDateTo = QDate(2027, 4, 30);
+        QCOMPARE(
+            texts(Routes::watched({one, other})),
+            QStringList({u"BGO-NYC"_s, u"BKK-CPH"_s, u"CPH-BKK"_s, u"NYC-OSL"_s, u"OSL-NYC"_s}));
+        QVERIFY(Routes::watched({}).isEmpty());
+    }
+
     void longWatchersTakeTurns() {
         Search search = watcher();
-        search.dateTo = u"2027-03-30"_s;
-        search.returnDateFrom = u"2027-04-01"_s;
-        search.returnDateTo = u"2027-04-30"_s;
+        search.dateTo = QDate(2027, 3, 30);
+        search.returnDateFrom = QDate(2027, 4, 1);
+        search.returnDateTo = QDate(2027, 4, 30);
         const QDate today(2027, 1, 15);
         const auto sixty = Legs::ofWatcher(search, today);
         QCOMPARE(sixty.size(), 60);
@@ -289,7 +290,7 @@ private Q_SLOTS:
         QCOMPARE(all.size(), 60);
         QCOMPARE(Legs::slice(sixty, 7), all);
         QVERIFY(!Turn(sixty, 7).cursor());
-        search.returnDateTo = u"2027-05-01"_s;
+        search.returnDateTo = QDate(2027, 5, 1);
         const auto more = Legs::ofWatcher(search, today);
         QCOMPARE(Legs::slice(more, 0), all);
         const QList<Leg> wrapped = Legs::slice(more, 60);
@@ -313,5 +314,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMatching)
+TINDRA_TEST(TestMatching)
 #include "test_matching.moc"

@@ -4,6 +4,8 @@
 #include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
+#include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -24,17 +26,25 @@ class TestNotifier : public QObject {
 
     static Match offer() {
         Match match;
-        match.key = u"2027-03-14-OSL-BKK-SK1467"_s;
+        match.key = FareKey::fromText(u"2027-03-14-OSL-BKK-SK1467"_s);
         match.fromCity = u"Oslo"_s;
         match.toCity = u"Bangkok"_s;
-        match.cabin = u"business"_s;
+        match.cabin = Cabin::business;
         match.seats = 2;
         match.points = 75000;
-        match.depart = u"14.03 09:05"_s;
-        match.arrive = u"15.03 06:10"_s;
-        match.stopsText = u"1 stopp (CPH)"_s;
+        match.depart = {{2027, 3, 14}, {9, 5}};
+        match.arrive = {{2027, 3, 15}, {6, 10}};
+        match.stops = Stops{1, {u"CPH"_s}};
         match.bookingURL = u"https://www.sas.no/book"_s;
         return match;
+    }
+
+    static SoldOut gone(CabinSet cabins) {
+        SoldOut record;
+        record.key = offer().key;
+        record.cabins = cabins;
+        record.label = u"OSL-BKK 2027-03-14 · SK1467"_s;
+        return record;
     }
 
 private Q_SLOTS:
@@ -56,19 +66,33 @@ private Q_SLOTS:
                                u"2027-03-14-OSL-BKK-SK1467#business"_s,
                                {}}));
 
-        world.notifier.notifySoldOut(u"OSL-BKK 2025-03-01 · SK1467,TG955"_s,
-                                     {u"economy"_s, u"business"_s, u"PREMIUM"_s});
+        world.notifier.notifySoldOut(gone({Cabin::economy, Cabin::business, Cabin::premeco}));
         QCOMPARE(world.center.posted.last(),
                  (Notification{u"🔴 Utsolgt"_s,
-                               u"OSL-BKK 2025-03-01 · SK1467,TG955\n"
-                               u"Business, PREMIUM, Økonomi er ikke lenger tilgjengelig"_s}));
+                               u"OSL-BKK 2027-03-14 · SK1467\n"
+                               u"Business, Premium, Økonomi er ikke lenger tilgjengelig"_s}));
 
         Match cheap = offer();
-        cheap.cabin = u"economy"_s;
+        cheap.cabin = Cabin::economy;
         cheap.points = 0;
         cheap.seats = 4;
         world.notifier.notifyNewFare(cheap);
         QCOMPARE(world.center.posted.last().body.section(u'\n', 0, 0), u"Økonomi · 4 seter"_s);
+
+        const QString end = u"Søkene får ingen data før du er innlogget igjen."_s;
+        const auto told = [&world](SignOut how) {
+            world.notifier.notifySignedOut(how);
+            return world.center.posted.last().body;
+        };
+        QCOMPARE(told(SignOut::plain), end);
+        QCOMPARE(world.center.posted.last().title, u"⚠️ Logget ut av SAS"_s);
+        QCOMPARE(told(SignOut::windowWaits),
+                 u"Automatisk innlogging trenger et dytt — fullfør i innloggingsvinduet som står "
+                 u"åpent. "_s +
+                     end);
+        QCOMPARE(told(SignOut::autoLoginFailed),
+                 u"Automatisk innlogging feilet — sjekk EuroBonus-detaljene i Innstillinger. "_s +
+                     end);
     }
 
     void repeats() {
@@ -78,7 +102,7 @@ private Q_SLOTS:
         world.notifier.notifyNewFare(offer());
         QCOMPARE(world.center.posted.size(), 1);
         Match other = offer();
-        other.cabin = u"first"_s;
+        other.cabin = Cabin::first;
         world.notifier.notifyNewFare(other);
         QCOMPARE(world.center.posted.size(), 2);
         world.clock.advance(1ms);
@@ -89,7 +113,7 @@ private Q_SLOTS:
             Match unbookable = offer();
             unbookable.bookingURL.clear();
             world.notifier.notifyCommunityFare(unbookable);
-            world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+            world.notifier.notifySoldOut(gone({Cabin::first}));
         }
         QCOMPARE(world.center.posted.size(), 7);
     }
@@ -97,7 +121,7 @@ private Q_SLOTS:
     void settings() {
         World world;
         world.database.settings().set(Setting::notifySoldOut, false);
-        world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+        world.notifier.notifySoldOut(gone({Cabin::first}));
         QVERIFY(world.center.posted.isEmpty());
         world.notifier.notifyNewFare(offer());
         QCOMPARE(world.center.posted.size(), 1);
@@ -105,9 +129,9 @@ private Q_SLOTS:
         world.database.settings().set(Setting::nativeNotify, false);
         world.database.settings().set(Setting::notifySoldOut, true);
         Match other = offer();
-        other.cabin = u"first"_s;
+        other.cabin = Cabin::first;
         world.notifier.notifyNewFare(other);
-        world.notifier.notifySoldOut(u"x"_s, {u"first"_s});
+        world.notifier.notifySoldOut(gone({Cabin::first}));
         Match unbookable = offer();
         unbookable.bookingURL.clear();
         world.notifier.notifyCommunityFare(unbookable);
@@ -123,11 +147,11 @@ private Q_SLOTS:
         QTest::addColumn<CabinSet>("seenSince");
         QTest::addColumn<bool>("isSoldOut");
         QTest::addColumn<bool>("isTold");
-        const CabinSet business{u"business"_s};
+        const CabinSet business{Cabin::business};
         QTest::newRow("a find that still stands") << 179min << business << false << true;
         QTest::newRow("too old") << 181min << business << false << false;
-        QTest::newRow("gone meanwhile") << 5min << CabinSet{u"economy"_s} << false << false;
-        QTest::newRow("sold out") << 5min << CabinSet{u"economy"_s} << true << true;
+        QTest::newRow("gone meanwhile") << 5min << CabinSet{Cabin::economy} << false << false;
+        QTest::newRow("sold out") << 5min << CabinSet{Cabin::economy} << true << true;
         QTest::newRow("sold out, and back") << 5min << business << true << false;
     }
     void whatACrashLeftUntold() {
@@ -140,19 +164,22 @@ private Q_SLOTS:
         Match match = offer();
         match.searchId = 1;
         match.foundAt = world.clock.now();
-        if (isSoldOut) {
-            match.key += u":soldout"_s;
-            match.soldOut = true;
-        }
-        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
-        world.database.seen().upsertSeen(1, offer().key, seenSince, {});
+        SoldOut record = gone({match.cabin});
+        record.searchId = 1;
+        record.foundAt = match.foundAt;
+        constexpr auto isDue = OfferStore::Telling::isDue;
+        if (isSoldOut)
+            record.id = world.database.offers().recordSoldOut(record, isDue);
+        else
+            match.id = world.database.offers().recordMatch(match, isDue);
+        world.database.seen().upsertSeen(1, offer().key, {seenSince, {}});
         // The process dies before the desktop has answered.
         world.center.answers = false;
         Notifier dead(world.database, world.center, world.clock);
-        isSoldOut ? dead.notifySoldOut(match.route, {match.cabin}, match.id)
-                  : dead.notifyNewFare(match);
+        isSoldOut ? dead.notifySoldOut(record) : dead.notifyNewFare(match);
         settle();
-        QCOMPARE(world.database.offers().untold(), QList<Match>{match});
+        QVERIFY(world.database.offers().untold() ==
+                QList<Hit>{isSoldOut ? Hit(record) : Hit(match)});
 
         world.center.answers = true;
         world.center.posted.clear();
@@ -167,6 +194,28 @@ private Q_SLOTS:
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
     }
 
+    void whoeverWaitsKnowsItIsMarked() {
+        World world;
+        world.database.watchers().addSearch(Search());
+        Match match = offer();
+        match.searchId = 1;
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
+        world.notifier.notifyNewFare(match);
+        awaited(world.notifier.settled());
+        QVERIFY(world.database.offers().untold().isEmpty());
+        awaited(world.notifier.settled());
+        // A desktop that says nothing holds nobody up for long.
+        world.center.answers = false;
+        match.cabin = Cabin::first;
+        world.notifier.notifyNewFare(match);
+        bool isOver = false;
+        world.notifier.settled().then([&isOver] { isOver = true; });
+        world.clock.advance(99ms);
+        QVERIFY(!isOver);
+        world.clock.advance(1ms);
+        QVERIFY(isOver);
+    }
+
     void whatTheDesktopDoesNotTakeStaysUntold() {
         World world;
         world.database.watchers().addSearch(Search());
@@ -174,7 +223,7 @@ private Q_SLOTS:
         match.searchId = 1;
         match.foundAt = world.clock.now();
         match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
-        world.database.seen().upsertSeen(1, match.key, {match.cabin}, {});
+        world.database.seen().upsertSeen(1, match.key, {{match.cabin}, {}});
         world.center.isThere = false;
         world.notifier.notifyNewFare(match);
         settle();
@@ -192,7 +241,7 @@ private Q_SLOTS:
         runOn(world.dir.path(), "DROP TRIGGER refuse;");
         world.notifier.tellRest();
         QCOMPARE(world.center.posted.size(), 1);
-        match.cabin = u"first"_s;
+        match.cabin = Cabin::first;
         match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         world.notifier.notifyNewFare(match);
         settle();
@@ -207,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNotifier)
+TINDRA_TEST(TestNotifier)
 #include "test_notifier.moc"

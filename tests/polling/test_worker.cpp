@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "airline/SAS.h"
+#include "core/DateFmt.h"
 #include "core/TDLog.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
@@ -8,6 +9,7 @@
 #include "tests/support/ManualClock.h"
 #include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
+#include "tests/support/TestProgram.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -63,8 +65,8 @@ class TestWorker : public QObject {
         }
         ~World() { settle(); }
 
-        void add(const QString& destination = u"CPH"_s, const QString& from = u"2027-03-01"_s,
-                 const QString& to = u"2027-03-02"_s) {
+        void add(const QString& destination = u"CPH"_s, QDate from = {2027, 3, 1},
+                 QDate to = {2027, 3, 2}) {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = destination;
@@ -96,9 +98,8 @@ class TestWorker : public QObject {
     static Outcome outcomeOf(const Leg& leg, int seats) {
         OfferParser parser{Site{}};
         const QByteArray body =
-            offers(leg.origin, leg.destination, leg.date.toString(u"yyyyMMdd"), seats);
-        return {
-            Outcome::Kind::answer, 200, {}, *parser.parseOffers(body, leg.origin, leg.destination)};
+            offers(leg.route.origin, leg.route.destination, DateFmt::compact(leg.date), seats);
+        return {Outcome::Kind::answer, 200, {}, *parser.parseOffers(body, leg.route)};
     }
 
 private Q_SLOTS:
@@ -115,7 +116,8 @@ private Q_SLOTS:
         QCOMPARE(world.center.posted.size(), 2);
         QCOMPARE(world.found.size(), 2);
         QCOMPARE(world.database.offers().recentMatches(10).size(), 2);
-        QCOMPARE(world.database.offers().recentMatches(10).last().id, world.found.first().id);
+        QCOMPARE(std::get<Match>(world.database.offers().recentMatches(10).last()).id,
+                 world.found.first().id);
         QCOMPARE(world.database.watchers().listSearches().first().lastFound, 2);
         QVERIFY(statuses.contains(u"Sjekker OSL → CPH…"_s));
         QVERIFY(statuses.contains(u"Sjekker OSL → CPH — OSL→CPH"_s));
@@ -131,17 +133,16 @@ private Q_SLOTS:
         QVERIFY(world.found.isEmpty());
 
         world.hasSeats(0);
-        QList<std::pair<QString, CabinSet>> gone;
+        QList<SoldOut> gone;
         connect(&world.worker, &Worker::soldOut, &world.worker,
-                [&](const Match&, const QString& key, const CabinSet& cabins) {
-                    gone.append({key, cabins});
-                });
+                [&](const SoldOut& record) { gone.append(record); });
         const PollSummary third = world.round();
         QCOMPARE(third.soldOut, 2);
         QCOMPARE(world.database.watchers().listSearches().first().lastFound, 0);
-        QCOMPARE(gone.first(), std::pair(u"2027-03-01-OSL-CPH-SK1"_s, CabinSet{u"business"_s}));
+        QCOMPARE(gone.first().key.text(), u"2027-03-01-OSL-CPH-SK1"_s);
+        QVERIFY(gone.first().cabins == CabinSet{Cabin::business});
         QCOMPARE(world.center.posted.last().title, u"🔴 Utsolgt"_s);
-        QVERIFY(world.database.offers().recentMatches(10).first().soldOut);
+        QVERIFY(Hits::isSoldOut(world.database.offers().recentMatches(10).first()));
         QCOMPARE(world.round().soldOut, 0);
 
         world.hasSeats(1);
@@ -150,7 +151,7 @@ private Q_SLOTS:
 
     void rotationOver61Legs() {
         World world;
-        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-04-30"_s);
+        world.add(u"CPH"_s, {2027, 3, 1}, {2027, 4, 30});
         world.hasSeats(0);
         QCOMPARE(world.round().fetched, 60);
         QCOMPARE(world.worker.rotationTotal(), 61);
@@ -183,7 +184,7 @@ private Q_SLOTS:
 
     void failuresOfOneWatcherLeaveTheOthers() {
         World world;
-        world.add(u"CPH"_s, u""_s);
+        world.add(u"CPH"_s, {});
         world.add(u"LHR"_s);
         world.add(u"ARN"_s);
         world.airline.answer = [](const QString& origin, const QString& destination,
@@ -274,7 +275,7 @@ private Q_SLOTS:
         const Cuts everySecond = [](const Leg&, int look) { return look % 2 == 0; };
         const Cuts aDate = [](const Leg& leg, int) { return leg.date.day() == 3; };
         const Cuts theFirst = [](const Leg& leg, int) {
-            return leg.destination == u"CPH" && leg.date.day() == 1;
+            return leg.route.destination == u"CPH" && leg.date.day() == 1;
         };
         constexpr auto refused = Outcome::Kind::refused;
         constexpr auto unreachable = Outcome::Kind::unreachable;
@@ -288,8 +289,8 @@ private Q_SLOTS:
         QFETCH(const std::function<bool(const Leg&, int)>, cuts);
         QFETCH(const Outcome::Kind, kind);
         World world;
-        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-03-06"_s);
-        world.add(u"LHR"_s, u"2027-03-01"_s, u"2027-03-06"_s);
+        world.add(u"CPH"_s, {2027, 3, 1}, {2027, 3, 6});
+        world.add(u"LHR"_s, {2027, 3, 1}, {2027, 3, 6});
         int looks = 0;
         QSet<Leg> answered;
         world.airline.outcome = [&](const Leg& leg) {
@@ -311,18 +312,18 @@ private Q_SLOTS:
     void noLookTwiceAndNoneInVain() {
         World world;
         world.add();
-        world.add(u"LHR,CPH"_s, u"2027-03-02"_s, u"2027-03-03"_s);
+        world.add(u"LHR,CPH"_s, {2027, 3, 2}, {2027, 3, 3});
         Search partners = world.database.watchers().listSearches().first();
         partners.includePartners = true;
         world.database.watchers().addSearch(partners);
         // Today is 15 January.
-        world.add(u"ARN"_s, u"2027-01-10"_s, u"2027-01-16"_s);
-        world.add(u"HEL"_s, u"2026-12-01"_s, u"2027-01-14"_s);
+        world.add(u"ARN"_s, {2027, 1, 10}, {2027, 1, 16});
+        world.add(u"HEL"_s, {2026, 12, 1}, {2027, 1, 14});
         world.airline.outcome = [](const Leg& leg) { return outcomeOf(leg, 1); };
         const PollSummary summary = world.round();
         QStringList looked;
         for (const Leg& leg : world.airline.looked)
-            looked.append(leg.destination + leg.date.toString(u" MMdd"));
+            looked.append(leg.route.destination + leg.date.toString(u" MMdd"));
         QCOMPARE(looked, QStringList({u"CPH 0301"_s, u"CPH 0302"_s, u"CPH 0303"_s, u"LHR 0302"_s,
                                       u"LHR 0303"_s, u"CPH 0301"_s, u"CPH 0302"_s, u"ARN 0115"_s,
                                       u"ARN 0116"_s}));
@@ -335,13 +336,13 @@ private Q_SLOTS:
 
     void watchersThatChangeInTheMiddle() {
         World world;
-        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-03-04"_s);
+        world.add(u"CPH"_s, {2027, 3, 1}, {2027, 3, 4});
         world.airline.outcome = [&world](const Leg& leg) {
             const auto look = world.airline.looked.size();
             if (look == 2) {
                 Search edited = world.database.watchers().listSearches().first();
                 edited.minSeats = 2;
-                edited.dateTo = u"2027-03-03"_s;
+                edited.dateTo = QDate(2027, 3, 3);
                 world.database.watchers().updateSearch(edited);
                 world.add(u"LHR"_s);
             }
@@ -352,7 +353,7 @@ private Q_SLOTS:
         QCOMPARE(world.days(), QList<int>({1, 2, 3, 1, 2}));
         QStringList found;
         for (const Match& match : std::as_const(world.found))
-            found.append(match.key);
+            found.append(match.key.text());
         QCOMPARE(found, QStringList({u"2027-03-01-OSL-CPH-SK1"_s, u"2027-03-03-OSL-CPH-SK1"_s,
                                      u"2027-03-01-OSL-LHR-SK1"_s, u"2027-03-02-OSL-LHR-SK1"_s}));
         QCOMPARE(summary.searches, 2);
@@ -361,12 +362,12 @@ private Q_SLOTS:
 
     void aWindowThatIsMovedInTheMiddle() {
         World world;
-        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-03-04"_s);
+        world.add(u"CPH"_s, {2027, 3, 1}, {2027, 3, 4});
         world.airline.outcome = [&world](const Leg& leg) {
             if (world.airline.looked.size() == 2) {
                 Search edited = world.database.watchers().listSearches().first();
-                edited.dateFrom = u"2027-03-10"_s;
-                edited.dateTo = u"2027-03-12"_s;
+                edited.dateFrom = QDate(2027, 3, 10);
+                edited.dateTo = QDate(2027, 3, 12);
                 world.database.watchers().updateSearch(edited);
             }
             return outcomeOf(leg, 1);
@@ -375,7 +376,7 @@ private Q_SLOTS:
         QCOMPARE(world.days(), QList<int>({1, 2, 10, 11, 12}));
         // What was looked at meanwhile is not wanted any more.
         QCOMPARE(world.found.size(), 4);
-        QCOMPARE(world.found[1].travelDate, u"2027-03-10"_s);
+        QCOMPARE(world.found[1].travelDate(), QDate(2027, 3, 10));
         QCOMPARE(world.worker.lookupDone(), 5);
         QCOMPARE(world.worker.lookupTotal(), 5);
     }
@@ -688,8 +689,8 @@ private Q_SLOTS:
     void nothingMoreIsStoredOnceTheWatcherIsGone() {
         World world;
         // More finds than one step takes: two cabins on sixty dates.
-        world.add(u"CPH"_s, u"2027-03-01"_s, u"2027-04-29"_s);
-        world.add(u"LHR"_s, u"2027-03-01"_s, u"2027-04-29"_s);
+        world.add(u"CPH"_s, {2027, 3, 1}, {2027, 4, 29});
+        world.add(u"LHR"_s, {2027, 3, 1}, {2027, 4, 29});
         world.hasSeats(1);
         connect(&world.worker, &Worker::matchFound, &world.worker, [&world](const Match& match) {
             if (match.searchId == 1)
@@ -728,5 +729,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWorker)
+TINDRA_TEST(TestWorker)
 #include "test_worker.moc"

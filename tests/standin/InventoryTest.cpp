@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "standin/Inventory.h"
+#include "tests/support/TestProgram.h"
 
 #include <QTest>
 #include <QTimeZone>
@@ -141,5 +142,5 @@ void InventoryTest::sameSeedSameFlights() {
     QVERIFY(fingerprint(7) != fingerprint(8));
 }
 
-QTEST_GUILESS_MAIN(InventoryTest)
+TINDRA_TEST(InventoryTest)
 #include "InventoryTest.moc"

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/TestProgram.h"
+
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -25,7 +27,7 @@ void ProgramTest::wrongCommandLines_data() {
 void ProgramTest::wrongCommandLines() {
     QFETCH(QStringList, arguments);
     QProcess program;
-    program.start(QStringLiteral(STANDIN_PROGRAM), arguments);
+    program.start(builtProgram(QStringLiteral("tindra-standin")), arguments);
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 2);
     QCOMPARE(program.readAllStandardError().count('\n'), 1);
@@ -34,7 +36,7 @@ void ProgramTest::wrongCommandLines() {
 
 void ProgramTest::saysWhereItIsAndEndsOrderly() {
     QProcess program;
-    program.start(QStringLiteral(STANDIN_PROGRAM),
+    program.start(builtProgram(QStringLiteral("tindra-standin")),
                   {QStringLiteral("--misbehave=*=status:429:Wed, 21 Oct 2026 07:28:00 GMT"),
                    QStringLiteral("--refuse-after=3"), QStringLiteral("--refuse-for=5"),
                    QStringLiteral("--seed=3")});
@@ -50,5 +52,5 @@ void ProgramTest::saysWhereItIsAndEndsOrderly() {
     QCOMPARE(program.exitCode(), 0);
 }
 
-QTEST_GUILESS_MAIN(ProgramTest)
+TINDRA_TEST(ProgramTest)
 #include "ProgramTest.moc"

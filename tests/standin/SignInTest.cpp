@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "standin/StandIn.h"
+#include "tests/support/TestProgram.h"
 
 #include "Client.h"
 
@@ -401,5 +402,5 @@ void SignInTest::sessionsSurviveARestart() {
     QCOMPARE(standIn.counters().silentSignIns, 1);
 }
 
-QTEST_GUILESS_MAIN(SignInTest)
+TINDRA_TEST(SignInTest)
 #include "SignInTest.moc"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "standin/StandIn.h"
+#include "tests/support/TestProgram.h"
 
 #include "Client.h"
 
@@ -532,5 +533,5 @@ void StandInTest::answersOnBothLoopbacks() {
     QCOMPARE(client.raw(request, QStringLiteral("::1")).startsWith("HTTP/1.1 200"), hasIPv6);
 }
 
-QTEST_GUILESS_MAIN(StandInTest)
+TINDRA_TEST(StandInTest)
 #include "StandInTest.moc"

@@ -3,9 +3,10 @@
 
 #include "app/AppState.h"
 #include "core/Database.h"
-#include "polling/Community.h"
 #include "polling/Notifier.h"
 #include "polling/Worker.h"
+#include "sharing/Community.h"
+#include "sharing/OthersFinds.h"
 #include "tests/support/FakeHttpSession.h"
 #include "tests/support/FakeLegFetcher.h"
 #include "tests/support/FakeNotificationCenter.h"
@@ -26,7 +27,8 @@ struct AppWorld {
     FakeHttpSession http;
     Community community{database.settings(), http, clock, Site{},
                         QStringLiteral("https://community.test")};
-    AppState state{database, worker, community, notifier, clock};
+    OthersFinds finds{database, community, notifier, clock};
+    AppState state{database, worker, finds, clock};
 
     AppWorld() = default;
     ~AppWorld() {
@@ -42,8 +44,8 @@ struct AppWorld {
         Search search;
         search.origin = QStringLiteral("OSL");
         search.destination = destination;
-        search.dateFrom = QStringLiteral("2027-03-01");
-        search.dateTo = QStringLiteral("2027-03-31");
+        search.dateFrom = QDate(2027, 3, 1);
+        search.dateTo = QDate(2027, 3, 31);
         if (change)
             change(search);
         database.watchers().addSearch(search);
@@ -51,23 +53,30 @@ struct AppWorld {
         return state.searches().constLast();
     }
 
+    /// Stores the record that watcher 1's fare has gone, just now, and reloads.
+    void addSoldOut(const QString& key = QStringLiteral("2027-03-05-OSL-EWR-SK907"),
+                    const std::function<void(SoldOut&)>& change = {}) {
+        SoldOut record{0, 1, FareKey::fromText(key), {Cabin::business}, key, clock.now()};
+        if (change)
+            change(record);
+        database.offers().recordSoldOut(record);
+        state.reload();
+    }
+
     /// Stores an offer, found just now for watcher 1, and reloads.
     Match addMatch(const std::function<void(Match&)>& change = {}) {
         Match match;
         match.searchId = 1;
-        match.key = QStringLiteral("2027-03-05-OSL-EWR-SK907");
-        match.route = QStringLiteral("OSL-EWR");
+        match.key = FareKey::fromText(QStringLiteral("2027-03-05-OSL-EWR-SK907"));
         match.fromCity = QStringLiteral("Oslo");
         match.toCity = QStringLiteral("New York");
-        match.depart = QStringLiteral("05.03 11:00");
-        match.arrive = QStringLiteral("05.03 13:10");
-        match.stopsText = QStringLiteral("direkte");
-        match.flight = QStringLiteral("SK907");
+        match.depart = LocalTime::fromText(QStringLiteral("05.03 11:00"), {2027, 3, 1});
+        match.arrive = LocalTime::fromText(QStringLiteral("05.03 13:10"), {2027, 3, 1});
+        match.stops = Stops();
         match.durationMinutes = 490;
-        match.cabin = QStringLiteral("business");
+        match.cabin = Cabin::business;
         match.seats = 2;
         match.points = 60000;
-        match.travelDate = QStringLiteral("2027-03-05");
         match.bookingURL = QStringLiteral("https://www.sas.no/book/flights/?search=OW_OSL-EWR");
         match.foundAt = clock.now();
         if (change)

@@ -34,7 +34,7 @@ QCoro::Task<std::optional<Outcome>> FakeLegFetcher::fetchLeg(Leg leg, Progress) 
         QTest::qFail("nobody expected a lookup", __FILE__, __LINE__);
     std::optional<QByteArray> body;
     if (answer)
-        body = answer(leg.origin, leg.destination, leg.date.toString(u"yyyyMMdd"));
+        body = answer(leg.route.origin, leg.route.destination, leg.date.toString(u"yyyyMMdd"));
     if (body) {
         const Verdict::Response response{200, {}, *body};
         result = Verdict::ofResponse(response, leg, m_parser);

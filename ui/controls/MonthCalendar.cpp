@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/MonthCalendar.h"
 
-#include <QLocale>
-
-using namespace Qt::StringLiterals;
+#include "core/Norwegian.h"
 
 namespace {
 
 constexpr int daysShown = 42;
-
-const QLocale& norwegian() {
-    static const QLocale locale(u"nb_NO"_s);
-    return locale;
-}
 
 QDate firstOfMonth(QDate day) {
     return {day.year(), day.month(), 1};
@@ -58,18 +51,18 @@ void MonthCalendar::setPicks(int end) {
 }
 
 QString MonthCalendar::title() const {
-    return norwegian().toString(m_month, u"MMMM yyyy"_s);
+    return Norwegian::monthAndYear(m_month);
 }
 
 QStringList MonthCalendar::weekdays() const {
     QStringList names;
     for (int day = Qt::Monday; day <= Qt::Sunday; ++day)
-        names.append(norwegian().standaloneDayName(day, QLocale::ShortFormat));
+        names.append(Norwegian::weekday(day));
     return names;
 }
 
 QString MonthCalendar::cursorText() const {
-    return norwegian().toString(m_cursor, u"dddd d. MMMM yyyy"_s);
+    return Norwegian::fullDate(m_cursor);
 }
 
 bool MonthCalendar::hasPrevious() const {
@@ -88,7 +81,7 @@ QVariant MonthCalendar::data(const QModelIndex& index, int role) const {
     case DayRole:
         return day.day();
     case NameRole:
-        return norwegian().toString(day, u"dddd d. MMMM yyyy"_s);
+        return Norwegian::fullDate(day);
     case InMonthRole:
         return firstOfMonth(day) == m_month;
     case PickableRole:

@@ -54,7 +54,7 @@ public:
 
     /// Such as "mars 2027".
     QString title() const;
-    /// Such as "ma.", from Monday.
+    /// Such as "man.", from Monday.
     QStringList weekdays() const;
     /// The day that the arrow keys have reached, in full.
     QString cursorText() const;

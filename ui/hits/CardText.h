@@ -11,8 +11,6 @@ namespace CardText {
 
 /// In UTC.
 QDateTime utc(Instant instant);
-/// Numbers with Norwegian digit grouping, such as "60 000".
-QString number(int value);
 /// How long ago or when an offer was found, such as "Funnet i dag 09:13". `today` is the date of
 /// `now` in the user's time zone.
 QString found(Instant foundAt, Instant now, QDate today);
@@ -22,7 +20,7 @@ QString fare(const Match& match);
 /// Such as "7t 35m · direkte".
 QString duration(const Match& match);
 /// What has sold out, such as "Business er ikke lenger tilgjengelig".
-QString soldOut(const Match& match);
+QString soldOut(const SoldOut& record);
 
 /// One end of a flight.
 struct Endpoint {
@@ -43,6 +41,6 @@ enum class Freshness { hour, sixHours, older };
 Freshness freshness(Instant foundAt, Instant now);
 enum class Border { none, fresh, soldOut };
 /// `fresh` for a find of the last twelve hours.
-Border border(const Match& match, Instant now);
+Border border(const Hit& hit, Instant now);
 
 } // namespace CardText

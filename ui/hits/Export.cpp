@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/Export.h"
 
-#include "core/Cabin.h"
-#include "core/DateFmt.h"
+#include "TindraVersion.h"
 #include "ui/hits/CardText.h"
 
 #include <QDateTime>
@@ -20,29 +19,12 @@ QString address(const Match& match, const Site& site) {
 
 /// Departure and arrival, flight and address.
 QStringList details(const Match& match, const Site& site) {
-    QStringList flight{CardText::duration(match), match.flight};
+    QStringList flight{CardText::duration(match), match.key.flights};
     flight.removeAll(QString());
-    QStringList lines{u"%1 – %2"_s.arg(match.depart, match.arrive), flight.join(u" · "_s),
-                      CardText::fare(match), address(match, site)};
+    QStringList lines{u"%1 – %2"_s.arg(match.depart.text(), match.arrive.text()),
+                      flight.join(u" · "_s), CardText::fare(match), address(match, site)};
     lines.removeAll(QString());
     return lines;
-}
-
-/// The local time of a text such as "14.03 09:05" on the first such day from the one before
-/// `earliest` on; invalid when the text is of another form.
-QDateTime timeOf(const QString& text, QDate earliest) {
-    const QStringList pieces = text.split(u' ', Qt::SkipEmptyParts);
-    const QTime time = pieces.size() == 2 ? QTime::fromString(pieces[1], u"HH:mm"_s) : QTime();
-    if (!time.isValid())
-        return {};
-    const QDate start = earliest.addDays(-1);
-    for (int year = start.year(); year <= start.year() + 1; ++year) {
-        const QDate date =
-            QDate::fromString(pieces[0] + u'.' + QString::number(year), u"dd.MM.yyyy"_s);
-        if (date.isValid() && date >= start)
-            return {date, time, Qt::UTC};
-    }
-    return {};
 }
 
 class CalendarFile {
@@ -76,15 +58,15 @@ private:
 
 void addTimes(CalendarFile& file, const Match& match, QDate travelDate) {
     const QString floating = u"yyyyMMdd'T'HHmmss"_s;
-    const QDateTime start = timeOf(match.depart, travelDate);
-    if (!start.isValid()) {
+    const QDateTime start(match.depart.date(), match.depart.time(), Qt::UTC);
+    if (!match.depart.isKnown()) {
         file.add(u"DTSTART;VALUE=DATE:"_s + travelDate.toString(u"yyyyMMdd"_s));
         return;
     }
     file.add(u"DTSTART:"_s + start.toString(floating));
     // Across the date line one may land before one left, by the local clocks.
-    const QDateTime end = timeOf(match.arrive, start.date());
-    if (end > start)
+    const QDateTime end(match.arrive.date(), match.arrive.time(), Qt::UTC);
+    if (match.arrive.isKnown() && end > start)
         file.add(u"DTEND:"_s + end.toString(floating));
     else if (match.durationMinutes > 0)
         file.add(u"DURATION:PT%1M"_s.arg(match.durationMinutes));
@@ -96,29 +78,29 @@ namespace Export {
 
 QString text(const Match& match, const Site& site) {
     QStringList lines = details(match, site);
-    lines.prepend(u"%1 (%2)"_s.arg(match.places(), match.route));
+    lines.prepend(u"%1 (%2)"_s.arg(match.places(), match.route().text()));
     return lines.join(u'\n');
 }
 
 QByteArray calendar(const JourneyGroup& journey, const Site& site, Instant now) {
     const QString stamp = CardText::utc(now).toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
     // Two watchers may have found the same offer.
-    QSet<QString> written;
+    QSet<OfferId> written;
     CalendarFile file;
     file.add(u"BEGIN:VCALENDAR"_s);
     file.add(u"VERSION:2.0"_s);
     file.add(u"PRODID:-//Tindra//" TINDRA_VERSION "//NO"_s);
-    for (const Match& match : journey.out + journey.ret) {
-        const auto travelDate = DateFmt::parseIso(match.travelDate);
-        const QString uid = u"%1#%2@tindra.app"_s.arg(match.key, match.cabin);
-        if (match.soldOut || !travelDate || written.contains(uid))
+    for (const Hit& hit : journey.out + journey.ret) {
+        const auto* offer = std::get_if<Match>(&hit);
+        if (!offer || !offer->travelDate().isValid() || written.contains(offer->offer()))
             continue;
-        written.insert(uid);
+        const Match& match = *offer;
+        written.insert(match.offer());
         file.add(u"BEGIN:VEVENT"_s);
-        file.addText(u"UID"_s, uid);
+        file.addText(u"UID"_s, match.offer().text() + u"@tindra.app"_s);
         file.add(u"DTSTAMP:"_s + stamp);
-        addTimes(file, match, *travelDate);
-        file.addText(u"SUMMARY"_s, u"%1 · %2"_s.arg(match.places(), cabinLabel(match.cabin)));
+        addTimes(file, match, match.travelDate());
+        file.addText(u"SUMMARY"_s, u"%1 · %2"_s.arg(match.places(), label(match.cabin)));
         file.addText(u"DESCRIPTION"_s, details(match, site).join(u'\n'));
         if (const QString url = address(match, site); !url.isEmpty())
             file.add(u"URL:"_s + url);

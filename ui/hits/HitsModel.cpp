@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/hits/HitsModel.h"
 
+#include "core/Norwegian.h"
 #include "platform/Clock.h"
 #include "ui/hits/TripCard.h"
 
@@ -104,13 +105,20 @@ void HitsModel::refreshAges() {
 }
 
 const Match* HitsModel::offer(int row, int column) const {
-    if (row < 0 || row >= m_rows.size() || column < 0 || column >= m_rows[row].offers.size())
+    if (row < 0 || row >= m_rows.size() || column < 0 || column >= m_rows[row].cards.size())
         return nullptr;
-    return &m_rows[row].offers[column].match;
+    return std::get_if<Match>(&m_rows[row].cards[column].hit);
 }
 
 std::optional<QUrl> HitsModel::bookingAddress(const Match& match) const {
     return m_site.bookingAddress(match.bookingURL);
+}
+
+TripCard HitsModel::tripCard(const Card& card) const {
+    if (const auto* record = std::get_if<SoldOut>(&card.hit))
+        return TripCard::of(*record);
+    const auto& match = std::get<Match>(card.hit);
+    return TripCard::of(match, card.direction, bookingAddress(match).has_value());
 }
 
 int HitsModel::rowCount(const QModelIndex& parent) const {
@@ -134,7 +142,7 @@ QVariant HitsModel::data(const QModelIndex& index, int role) const {
     case SoldOutRole:
         return row.soldOut > 0 ? u"%1 utsolgt"_s.arg(row.soldOut) : QString();
     case CheapestRole:
-        return row.cheapest ? u"fra %1 poeng"_s.arg(CardText::number(*row.cheapest)) : QString();
+        return row.cheapest ? u"fra %1 poeng"_s.arg(Norwegian::number(*row.cheapest)) : QString();
     case DatesRole:
         return row.dates;
     case IsOpenRole:
@@ -142,16 +150,12 @@ QVariant HitsModel::data(const QModelIndex& index, int role) const {
     case IsLastRole:
         return row.isLast;
     case CardsRole:
-        for (const CardOffer& offer : row.offers) {
-            const bool isBookable = bookingAddress(offer.match).has_value();
-            list.append(
-                QVariant::fromValue(TripCard::of(offer.match, offer.direction, isBookable)));
-        }
+        for (const Card& card : row.cards)
+            list.append(QVariant::fromValue(tripCard(card)));
         return list;
     case AgesRole:
-        for (const CardOffer& offer : row.offers)
-            list.append(
-                QVariant::fromValue(TripAge::of(offer.match, m_clock.now(), m_clock.today())));
+        for (const Card& card : row.cards)
+            list.append(QVariant::fromValue(TripAge::of(card.hit, m_clock.now(), m_clock.today())));
         return list;
     default:
         return {};

@@ -8,6 +8,7 @@
 #include <QtQml/qqmlregistration.h>
 
 class Clock;
+struct TripCard;
 
 /// The rows of the hits page. New rows come in by the smallest change, so that whoever looks at
 /// the list keeps their place; texts are made when they are shown.
@@ -42,7 +43,7 @@ public:
     /// Has the ages of all cards told anew.
     void refreshAges();
 
-    /// The offer of a card; null when there is none.
+    /// The offer of a card; null when there is none, or only the record that it has gone.
     const Match* offer(int row, int column) const;
     /// The address where an offer can be booked; absent when it may not be opened.
     std::optional<QUrl> bookingAddress(const Match& match) const;
@@ -52,6 +53,8 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 private:
+    TripCard tripCard(const Card& card) const;
+
     const Clock& m_clock;
     Site m_site;
     QList<HitsRow> m_rows;

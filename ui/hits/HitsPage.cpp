@@ -6,7 +6,6 @@
 #include "core/DateFmt.h"
 #include "core/OfferStore.h"
 #include "platform/Desktop.h"
-#include "polling/CommunityFind.h"
 #include "ui/hits/Export.h"
 
 #include <algorithm>
@@ -124,16 +123,15 @@ void HitsPage::regroup() {
     m_filtered = Journeys::filtered(m_state.matches(), m_state.communityHits(), m_filter);
     m_journeys =
         Journeys::grouped(m_filtered, m_sortOrder, m_cardOrder, [this](const Match& match) {
-            return m_state.direction(match) == u"Utreise"_s;
+            return m_state.direction(match) == Direction::out;
         });
     layOut();
     Q_EMIT contentChanged();
 }
 
 void HitsPage::layOut() {
-    m_rows.setRows(hitsRows(m_journeys, m_layout, [this](const Match& match) {
-        return m_state.direction(match).value_or(QString());
-    }));
+    m_rows.setRows(hitsRows(m_journeys, m_layout,
+                            [this](const Match& match) { return m_state.direction(match); }));
 }
 
 QString HitsPage::countText() const {
@@ -184,8 +182,10 @@ void HitsPage::say(const QString& text, bool canUndo) {
 }
 
 void HitsPage::reveal(const QString& subject) {
-    const auto holds = [&subject](const Match& match) {
-        return !match.soldOut && CommunityFind::identity(match) == subject;
+    const auto offer = OfferId::fromText(subject);
+    const auto holds = [&offer](const Hit& hit) {
+        const auto* match = std::get_if<Match>(&hit);
+        return match && match->offer() == offer;
     };
     const auto isThere = [this, &holds] {
         return std::any_of(m_filtered.begin(), m_filtered.end(), holds);
@@ -207,8 +207,8 @@ void HitsPage::reveal(const QString& subject) {
     layOut();
     const auto& rows = m_rows.rows();
     const auto row = std::find_if(rows.begin(), rows.end(), [&holds](const HitsRow& one) {
-        return std::any_of(one.offers.begin(), one.offers.end(),
-                           [&holds](const CardOffer& offer) { return holds(offer.match); });
+        return std::any_of(one.cards.begin(), one.cards.end(),
+                           [&holds](const Card& card) { return holds(card.hit); });
     });
     Q_EMIT revealed(static_cast<int>(row - rows.begin()));
 }

@@ -59,7 +59,7 @@ public:
     void setColumns(int columns);
 
     /// The offers that pass the filter bar.
-    const QList<Match>& filtered() const { return m_filtered; }
+    const QList<Hit>& filtered() const { return m_filtered; }
     /// These, grouped and sorted.
     const QList<JourneyGroup>& journeys() const { return m_journeys; }
     QString countText() const;
@@ -132,7 +132,7 @@ private:
     Journeys::CardOrder m_cardOrder = Journeys::CardOrder::travel;
     HitsLayout m_layout;
     QStringList m_watcherNames;
-    QList<Match> m_filtered;
+    QList<Hit> m_filtered;
     QList<JourneyGroup> m_journeys;
     HitsModel m_rows;
     bool m_isStale = true;

@@ -9,7 +9,7 @@ namespace {
 
 class Builder {
 public:
-    Builder(const HitsLayout& layout, const std::function<QString(const Match&)>& direction)
+    Builder(const HitsLayout& layout, const DirectionOf& direction)
         : m_layout(layout), m_direction(direction) {}
 
     void addRegion(Airports::Region region) {
@@ -47,33 +47,38 @@ private:
         return row;
     }
 
-    void addDirection(const JourneyGroup& group, const QString& title, const QList<Match>& offers) {
-        if (offers.isEmpty())
+    void addDirection(const JourneyGroup& group, const QString& title, const QList<Hit>& hits) {
+        if (hits.isEmpty())
             return;
         HitsRow heading = start(HitsRow::Kind::direction, group, title);
         heading.title = title;
-        heading.count = static_cast<int>(offers.size());
+        heading.count = static_cast<int>(hits.size());
         // Only the first heading of a journey offers what concerns all of it.
         heading.isOpen = m_rows.last().kind == HitsRow::Kind::journey && group.activeCount() > 0;
         m_rows.append(std::move(heading));
-        for (qsizetype first = 0; first < offers.size(); first += m_layout.columns) {
+        for (qsizetype first = 0; first < hits.size(); first += m_layout.columns) {
             HitsRow row = start(HitsRow::Kind::cards, group, title + QString::number(first));
-            const qsizetype end = std::min<qsizetype>(first + m_layout.columns, offers.size());
+            const qsizetype end = std::min<qsizetype>(first + m_layout.columns, hits.size());
             for (qsizetype i = first; i < end; ++i)
-                row.offers.append({offers[i], m_direction(offers[i])});
+                row.cards.append(card(hits[i]));
             m_rows.append(std::move(row));
         }
     }
 
+    Card card(const Hit& hit) const {
+        const auto* match = std::get_if<Match>(&hit);
+        return {hit, match ? m_direction(*match) : std::nullopt};
+    }
+
     const HitsLayout& m_layout;
-    const std::function<QString(const Match&)>& m_direction;
+    const DirectionOf& m_direction;
     QList<HitsRow> m_rows;
 };
 
 } // namespace
 
 QList<HitsRow> hitsRows(const QList<JourneyGroup>& journeys, const HitsLayout& layout,
-                        const std::function<QString(const Match&)>& direction) {
+                        const DirectionOf& direction) {
     Builder builder(layout, direction);
     if (layout.hasRegions) {
         const auto sections = Journeys::regionSections(journeys);

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AppState.h"
 #include "ui/hits/Journeys.h"
 
 #include <QSet>
 
 #include <functional>
 
-/// An offer with what its card says of its direction: "Utreise", "Hjemreise" or nothing.
-struct CardOffer {
-    Match match;
-    QString direction;
-    bool operator==(const CardOffer&) const = default;
+/// Tells which way of a round trip an offer is; absent for others.
+using DirectionOf = std::function<std::optional<Direction>(const Match&)>;
+
+/// What one card shows.
+struct Card {
+    Hit hit;
+    std::optional<Direction> direction;
+    bool operator==(const Card&) const = default;
 };
 
 /// One line of the page's list, from edge to edge.
@@ -34,7 +38,7 @@ struct HitsRow {
     bool isOpen = false;
     /// The last row of its journey.
     bool isLast = false;
-    QList<CardOffer> offers;
+    QList<Card> cards;
 
     bool operator==(const HitsRow&) const = default;
 };
@@ -51,4 +55,4 @@ struct HitsLayout {
 
 /// The rows of `journeys`, from top to bottom. `direction` is asked for shown offers only.
 QList<HitsRow> hitsRows(const QList<JourneyGroup>& journeys, const HitsLayout& layout,
-                        const std::function<QString(const Match&)>& direction);
+                        const DirectionOf& direction);

@@ -7,33 +7,33 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Calls `visit` with the offers that can still be had.
 template<typename Visitor>
-void forEach(const JourneyGroup& group, Visitor visit) {
-    std::for_each(group.out.begin(), group.out.end(), visit);
-    std::for_each(group.ret.begin(), group.ret.end(), visit);
-}
-
-QString dayAndMonth(const QString& date) {
-    const QStringList pieces = date.split(u'-');
-    return pieces.size() == 3 ? pieces[2] + u'.' + pieces[1] : date;
+void forEachOffer(const JourneyGroup& group, Visitor visit) {
+    for (const QList<Hit>* hits : {&group.out, &group.ret}) {
+        for (const Hit& hit : *hits) {
+            if (const auto* match = std::get_if<Match>(&hit))
+                visit(*match);
+        }
+    }
 }
 
 } // namespace
 
 int JourneyGroup::activeCount() const {
-    return static_cast<int>(out.size() + ret.size()) - soldOutCount();
+    int count = 0;
+    forEachOffer(*this, [&count](const Match&) { ++count; });
+    return count;
 }
 
 int JourneyGroup::soldOutCount() const {
-    int count = 0;
-    forEach(*this, [&count](const Match& match) { count += match.soldOut ? 1 : 0; });
-    return count;
+    return static_cast<int>(out.size() + ret.size()) - activeCount();
 }
 
 std::optional<int> JourneyGroup::cheapest() const {
     std::optional<int> least;
-    forEach(*this, [&least](const Match& match) {
-        if (!match.soldOut && match.points >= 1)
+    forEachOffer(*this, [&least](const Match& match) {
+        if (match.points >= 1)
             least = std::min(least.value_or(match.points), match.points);
     });
     return least;
@@ -41,24 +41,30 @@ std::optional<int> JourneyGroup::cheapest() const {
 
 std::optional<Instant> JourneyGroup::newest() const {
     std::optional<Instant> latest;
-    forEach(*this, [&latest](const Match& match) {
-        latest = std::max(latest.value_or(match.foundAt), match.foundAt);
-    });
+    for (const QList<Hit>* hits : {&out, &ret}) {
+        for (const Hit& hit : *hits) {
+            const Instant found = Hits::foundAt(hit);
+            latest = std::max(latest.value_or(found), found);
+        }
+    }
     return latest;
 }
 
 std::optional<QString> JourneyGroup::dateSpan() const {
-    QString first;
-    QString last;
-    forEach(*this, [&first, &last](const Match& match) {
-        if (match.soldOut || match.travelDate.isEmpty())
+    QDate first;
+    QDate last;
+    forEachOffer(*this, [&first, &last](const Match& match) {
+        const QDate date = match.travelDate();
+        if (!date.isValid())
             return;
-        if (first.isEmpty() || match.travelDate < first)
-            first = match.travelDate;
-        if (match.travelDate > last)
-            last = match.travelDate;
+        if (!first.isValid() || date < first)
+            first = date;
+        if (date > last)
+            last = date;
     });
-    if (first.isEmpty())
+    if (!first.isValid())
         return std::nullopt;
-    return first == last ? dayAndMonth(first) : dayAndMonth(first) + u" – "_s + dayAndMonth(last);
+    const QString form = u"dd.MM"_s;
+    return first == last ? first.toString(form)
+                         : first.toString(form) + u" – "_s + last.toString(form);
 }

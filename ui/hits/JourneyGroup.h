@@ -16,9 +16,9 @@ struct JourneyGroup {
     QString title;
     Airports::Region region = Airports::Region::other;
     /// In card order.
-    QList<Match> out;
+    QList<Hit> out;
     /// The opposite direction, in card order.
-    QList<Match> ret;
+    QList<Hit> ret;
 
     bool operator==(const JourneyGroup&) const = default;
 

@@ -2,7 +2,6 @@
 #include "ui/hits/Journeys.h"
 
 #include "airports/Airports.h"
-#include "core/DateFmt.h"
 
 #include <QHash>
 #include <QMap>
@@ -14,60 +13,68 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype fewestKeyPieces = 5;
+constexpr qsizetype codeLength = 3;
 
 struct Pair {
-    QStringList codes;
+    Route codes;
     QString directed;
 };
 
 struct Bucket {
-    QList<const Match*> offers;
+    QList<const Hit*> hits;
     QList<Pair> pairs;
 };
 
-/// Sorted by pointer: an offer is a big value to move about.
-QList<Match> sorted(QList<const Match*> offers, Journeys::CardOrder order) {
-    std::stable_sort(offers.begin(), offers.end(), [order](const Match* a, const Match* b) {
-        return order == Journeys::CardOrder::travel ? a->travelDate < b->travelDate
-                                                    : a->foundAt > b->foundAt;
+/// Sorted by pointer: a hit is a big value to move about.
+QList<Hit> sorted(QList<const Hit*> hits, Journeys::CardOrder order) {
+    std::stable_sort(hits.begin(), hits.end(), [order](const Hit* a, const Hit* b) {
+        return order == Journeys::CardOrder::travel ? Hits::key(*a).date < Hits::key(*b).date
+                                                    : Hits::foundAt(*a) > Hits::foundAt(*b);
     });
-    QList<Match> result;
-    result.reserve(offers.size());
-    for (const Match* offer : offers)
-        result.append(*offer);
+    QList<Hit> result;
+    result.reserve(hits.size());
+    for (const Hit* hit : hits)
+        result.append(*hit);
     return result;
 }
 
-/// The offer that says which direction is out.
-qsizetype anchorOf(const QList<const Match*>& offers, const Journeys::IsOutbound& isOutbound) {
-    const auto index = [&offers](auto&& test) {
-        return std::find_if(offers.begin(), offers.end(), test) - offers.begin();
+/// The hit that says which direction is out.
+qsizetype anchorOf(const QList<const Hit*>& hits, const Journeys::IsOutbound& isOutbound) {
+    const auto index = [&hits](auto&& test) {
+        return std::find_if(hits.begin(), hits.end(),
+                            [&test](const Hit* hit) {
+                                const auto* match = std::get_if<Match>(hit);
+                                return match && test(*match);
+                            }) -
+               hits.begin();
     };
-    const qsizetype outbound = index([&](const Match* offer) { return isOutbound(*offer); });
-    if (outbound < offers.size())
+    const qsizetype outbound = index(isOutbound);
+    if (outbound < hits.size())
         return outbound;
-    const qsizetype active = index([](const Match* offer) { return !offer->soldOut; });
-    return active < offers.size() ? active : 0;
+    const qsizetype active = index([](const Match&) { return true; });
+    return active < hits.size() ? active : 0;
 }
 
 JourneyGroup journey(const QString& id, const Bucket& bucket, Journeys::CardOrder order,
                      const Journeys::IsOutbound& isOutbound) {
-    const qsizetype anchorIndex = anchorOf(bucket.offers, isOutbound);
-    const Match& anchor = *bucket.offers[anchorIndex];
+    const qsizetype anchorIndex = anchorOf(bucket.hits, isOutbound);
+    const auto* anchor = std::get_if<Match>(bucket.hits[anchorIndex]);
     const Pair& pair = bucket.pairs[anchorIndex];
-    QList<const Match*> out;
-    QList<const Match*> ret;
-    for (qsizetype i = 0; i < bucket.offers.size(); ++i)
-        (bucket.pairs[i].directed == pair.directed ? out : ret).append(bucket.offers[i]);
+    QList<const Hit*> out;
+    QList<const Hit*> ret;
+    for (qsizetype i = 0; i < bucket.hits.size(); ++i)
+        (bucket.pairs[i].directed == pair.directed ? out : ret).append(bucket.hits[i]);
 
-    const QString from = anchor.fromCity.isEmpty() ? pair.codes.first() : anchor.fromCity;
-    const QString to = anchor.toCity.isEmpty() ? pair.codes.last() : anchor.toCity;
+    const auto name = [anchor](const QString Match::* city, const QString& code) {
+        return anchor && !(anchor->*city).isEmpty() ? anchor->*city : code;
+    };
+    const QString from = name(&Match::fromCity, pair.codes.origin);
+    const QString to = name(&Match::toCity, pair.codes.destination);
     JourneyGroup group;
     group.id = id;
     group.title = from + (ret.isEmpty() ? u" → "_s : u" ⇄ "_s) + to;
     group.region =
-        std::min(Airports::region(pair.codes.first()), Airports::region(pair.codes.last()));
+        std::min(Airports::region(pair.codes.origin), Airports::region(pair.codes.destination));
     group.out = sorted(std::move(out), order);
     group.ret = sorted(std::move(ret), order);
     return group;
@@ -77,69 +84,58 @@ JourneyGroup journey(const QString& id, const Bucket& bucket, Journeys::CardOrde
 
 namespace Journeys {
 
-QList<Match> filtered(const QList<Match>& matches, const QList<Match>& communityHits,
-                      const Filter& filter) {
-    QList<Match> result = filter.watcher ? matches : matches + communityHits;
+QList<Hit> filtered(const QList<Hit>& matches, const QList<Match>& communityHits,
+                    const Filter& filter) {
+    QList<Hit> result = matches;
+    if (!filter.watcher)
+        std::copy(communityHits.begin(), communityHits.end(), std::back_inserter(result));
     if (filter.watcher || filter.hideSoldOut) {
-        result.removeIf([&filter](const Match& match) {
-            return (filter.watcher && match.searchId != *filter.watcher) ||
-                   (filter.hideSoldOut && match.soldOut);
+        result.removeIf([&filter](const Hit& hit) {
+            return (filter.watcher && Hits::searchId(hit) != *filter.watcher) ||
+                   (filter.hideSoldOut && Hits::isSoldOut(hit));
         });
     }
     return result;
 }
 
-std::optional<QStringList> pairCodes(const Match& match) {
-    QStringList codes;
-    if (match.soldOut) {
-        codes = match.key.split(u'-', Qt::SkipEmptyParts);
-        if (codes.size() < fewestKeyPieces)
-            return std::nullopt;
-        // A fare key begins with its date; older records begin with the codes.
-        const qsizetype start = DateFmt::parseIso(codes.mid(0, 3).join(u'-')) ? 3 : 0;
-        codes = codes.mid(start, 2);
-    } else {
-        codes = match.route.split(u'-', Qt::SkipEmptyParts);
-    }
-    const bool isPair = codes.size() == 2 && codes[0].size() == 3 && codes[1].size() == 3;
-    return isPair ? std::optional(codes) : std::nullopt;
+std::optional<Route> pairCodes(const Hit& hit) {
+    const Route& route = Hits::key(hit).route;
+    const bool isPair = route.origin.size() == codeLength && route.destination.size() == codeLength;
+    return isPair ? std::optional(route) : std::nullopt;
 }
 
-QString pairKey(const QStringList& codes) {
-    QStringList names;
-    std::transform(codes.begin(), codes.end(), std::back_inserter(names), Airports::metro);
-    names.sort();
-    return names.join(u'|');
+QString pairKey(const Route& codes) {
+    const QString from = Airports::metro(codes.origin);
+    const QString to = Airports::metro(codes.destination);
+    return std::min(from, to) + u'|' + std::max(from, to);
 }
 
-QString pairKeyDirected(const QStringList& codes) {
-    QStringList names;
-    std::transform(codes.begin(), codes.end(), std::back_inserter(names), Airports::metro);
-    return names.join(u'>');
+QString pairKeyDirected(const Route& codes) {
+    return Airports::metro(codes.origin) + u'>' + Airports::metro(codes.destination);
 }
 
-QList<JourneyGroup> grouped(const QList<Match>& offers, SortOrder sortOrder, CardOrder cardOrder,
+QList<JourneyGroup> grouped(const QList<Hit>& hits, SortOrder sortOrder, CardOrder cardOrder,
                             const IsOutbound& isOutbound) {
     // Sorted by key, which is the order of what compares equal later.
     QMap<QString, Bucket> buckets;
-    QList<const Match*> others;
-    // Many offers share few code pairs, and looking a pair up takes a while.
+    QList<const Hit*> others;
+    // Many hits share few code pairs, and looking a pair up takes a while.
     struct Known {
         QString key;
         Pair pair;
     };
-    QHash<QStringList, Known> known;
-    for (const Match& offer : offers) {
-        const auto codes = pairCodes(offer);
+    QHash<Route, Known> known;
+    for (const Hit& hit : hits) {
+        const auto codes = pairCodes(hit);
         if (!codes) {
-            others.append(&offer);
+            others.append(&hit);
             continue;
         }
         auto entry = known.constFind(*codes);
         if (entry == known.cend())
             entry = known.insert(*codes, {pairKey(*codes), {*codes, pairKeyDirected(*codes)}});
         Bucket& bucket = buckets[entry->key];
-        bucket.offers.append(&offer);
+        bucket.hits.append(&hit);
         bucket.pairs.append(entry->pair);
     }
 

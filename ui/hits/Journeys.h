@@ -3,8 +3,6 @@
 
 #include "ui/hits/JourneyGroup.h"
 
-#include <QStringList>
-
 #include <functional>
 #include <optional>
 #include <utility>
@@ -25,23 +23,22 @@ struct Filter {
 };
 
 /// The offers that pass, in their order, the community's last. Those belong to no watcher.
-QList<Match> filtered(const QList<Match>& matches, const QList<Match>& communityHits,
-                      const Filter& filter);
+QList<Hit> filtered(const QList<Hit>& matches, const QList<Match>& communityHits,
+                    const Filter& filter);
 
-/// The two airport codes of an offer, origin first; absent when its texts do not give two codes of
-/// three characters.
-std::optional<QStringList> pairCodes(const Match& match);
+/// The two airport codes of a hit; absent when they are not two codes of three characters.
+std::optional<Route> pairCodes(const Hit& hit);
 /// Names a city pair whatever the direction, such as "New York|Oslo".
-QString pairKey(const QStringList& codes);
+QString pairKey(const Route& codes);
 /// Names a city pair with its direction, such as "Oslo>New York".
-QString pairKeyDirected(const QStringList& codes);
+QString pairKeyDirected(const Route& codes);
 
 /// Tells whether an offer is the outbound leg of a round trip.
 using IsOutbound = std::function<bool(const Match&)>;
 
-/// The journeys of `offers` in the wanted order. What compares equal is ordered by pair key, so
+/// The journeys of `hits` in the wanted order. What compares equal is ordered by pair key, so
 /// that news does not shuffle it; offers without codes make a last journey "annet".
-QList<JourneyGroup> grouped(const QList<Match>& offers, SortOrder sortOrder, CardOrder cardOrder,
+QList<JourneyGroup> grouped(const QList<Hit>& hits, SortOrder sortOrder, CardOrder cardOrder,
                             const IsOutbound& isOutbound);
 
 /// Whether `a` goes before `b`.

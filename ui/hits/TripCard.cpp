@@ -3,19 +3,24 @@
 
 using namespace Qt::StringLiterals;
 
-TripCard TripCard::of(const Match& match, const QString& direction, bool isBookable) {
+TripCard TripCard::of(const SoldOut& record) {
     TripCard card;
-    card.soldOut = match.soldOut;
-    if (match.soldOut) {
-        card.title = match.route;
-        card.badge = u"UTSOLGT"_s;
-        card.goneText = CardText::soldOut(match);
-        return card;
-    }
+    card.soldOut = true;
+    card.title = record.label;
+    card.badge = u"UTSOLGT"_s;
+    card.goneText = CardText::soldOut(record);
+    return card;
+}
+
+TripCard TripCard::of(const Match& match, std::optional<Direction> direction, bool isBookable) {
+    TripCard card;
     card.title = match.places();
-    card.badge = match.isCommunity ? u"FELLESSKAP"_s : direction;
-    card.isHomebound = !match.isCommunity && direction == u"Hjemreise";
-    card.flight = match.flight;
+    if (match.isCommunity)
+        card.badge = u"FELLESSKAP"_s;
+    else if (direction)
+        card.badge = *direction == Direction::out ? u"Utreise"_s : u"Hjemreise"_s;
+    card.isHomebound = !match.isCommunity && direction == Direction::home;
+    card.flight = match.key.flights;
     const auto departure = CardText::departure(match);
     card.departTime = departure.time;
     card.departPlace = departure.place;
@@ -29,8 +34,9 @@ TripCard TripCard::of(const Match& match, const QString& direction, bool isBooka
     return card;
 }
 
-TripAge TripAge::of(const Match& match, Instant now, QDate today) {
-    return {CardText::found(match.foundAt, now, today),
-            static_cast<int>(CardText::freshness(match.foundAt, now)),
-            static_cast<int>(CardText::border(match, now))};
+TripAge TripAge::of(const Hit& hit, Instant now, QDate today) {
+    const Instant foundAt = Hits::foundAt(hit);
+    return {CardText::found(foundAt, now, today),
+            static_cast<int>(CardText::freshness(foundAt, now)),
+            static_cast<int>(CardText::border(hit, now))};
 }

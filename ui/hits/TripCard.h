@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AppState.h"
 #include "ui/hits/CardText.h"
 
 #include <QObject>
@@ -24,7 +25,8 @@ struct TripCard {
     Q_PROPERTY(QString goneText MEMBER goneText)
     Q_PROPERTY(bool isBookable MEMBER isBookable)
 public:
-    static TripCard of(const Match& match, const QString& direction, bool isBookable);
+    static TripCard of(const Match& match, std::optional<Direction> direction, bool isBookable);
+    static TripCard of(const SoldOut& record);
 
     bool soldOut = false;
     QString title;
@@ -54,7 +56,7 @@ struct TripAge {
     /// Value of CardText::Border.
     Q_PROPERTY(int border MEMBER border)
 public:
-    static TripAge of(const Match& match, Instant now, QDate today);
+    static TripAge of(const Hit& hit, Instant now, QDate today);
 
     QString found;
     int freshness = 0;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/onboarding/OnboardingPreset.h"
 
-#include "core/DateFmt.h"
-
 using namespace Qt::StringLiterals;
 
 const QList<OnboardingPreset>& OnboardingPreset::all() {
@@ -20,11 +18,11 @@ Search Onboarding::watcher(const QString& name, const QString& origin, const QSt
     search.name = name;
     search.origin = origin;
     search.destination = dests;
-    search.cabins = {u"business"_s};
+    search.cabins = {Cabin::business};
     search.minSeats = 1;
     search.maxStops = 2;
-    search.dateFrom = DateFmt::iso(today.addDays(1));
-    search.dateTo = DateFmt::iso(today.addDays(60));
+    search.dateFrom = today.addDays(1);
+    search.dateTo = today.addDays(60);
     search.returnDateFrom = search.dateFrom;
     search.returnDateTo = search.dateTo;
     search.includePartners = false;

@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "ui/onboarding/OnboardingView.h"
 
-#include "airline/SessionState.h"
 #include "app/AppState.h"
 #include "platform/Clock.h"
 #include "ui/onboarding/OnboardingPreset.h"
+#include "ui/session/SessionModel.h"
 
-OnboardingView::OnboardingView(AppState& state, SessionState& session, Clock& clock,
-                               std::function<void()> openLogin)
-    : m_state(state), m_session(session), m_clock(clock), m_openLogin(std::move(openLogin)) {
+OnboardingView::OnboardingView(AppState& state, SessionModel& session, Clock& clock)
+    : m_state(state), m_session(session), m_clock(clock) {
     connect(&state, &AppState::searchesChanged, this, &OnboardingView::stepsChanged);
-    connect(&session, &SessionState::loginStatusChanged, this, &OnboardingView::stepsChanged);
+    connect(&session, &SessionModel::changed, this, &OnboardingView::stepsChanged);
 }
 
 OnboardingStep OnboardingView::connectionStep() const {
-    return OnboardingStep::connection(m_loginOpened && m_session.loginStatus().state ==
-                                                           SASLoginStatus::Case::loggedIn);
+    return OnboardingStep::connection(m_loginOpened && m_session.isLoggedIn());
 }
 
 OnboardingStep OnboardingView::routeStep() const {
@@ -32,7 +30,7 @@ QStringList OnboardingView::presetLabels() const {
 void OnboardingView::openLogin() {
     m_loginOpened = true;
     Q_EMIT stepsChanged();
-    m_openLogin();
+    m_session.openLogin();
 }
 
 void OnboardingView::choosePreset(int index) {

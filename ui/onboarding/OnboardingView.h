@@ -7,11 +7,9 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include <functional>
-
 class AppState;
 class Clock;
-class SessionState;
+class SessionModel;
 
 /// The screen before the first hunt: sign in, pick a first route, begin.
 class OnboardingView : public QObject {
@@ -23,9 +21,8 @@ class OnboardingView : public QObject {
     Q_PROPERTY(OnboardingStep notificationStep READ notificationStep CONSTANT)
     Q_PROPERTY(QStringList presetLabels READ presetLabels CONSTANT)
 public:
-    /// All must outlive the view; `openLogin` shows the sign-in window.
-    OnboardingView(AppState& state, SessionState& session, Clock& clock,
-                   std::function<void()> openLogin);
+    /// All must outlive the view.
+    OnboardingView(AppState& state, SessionModel& session, Clock& clock);
 
     OnboardingStep connectionStep() const;
     OnboardingStep routeStep() const;
@@ -43,9 +40,8 @@ Q_SIGNALS:
 
 private:
     AppState& m_state;
-    SessionState& m_session;
+    SessionModel& m_session;
     Clock& m_clock;
-    std::function<void()> m_openLogin;
     /// A session from before does not count until the user has seen where it comes from.
     bool m_loginOpened = false;
 };

@@ -2,7 +2,6 @@
 #include "ui/search/BoardingPassSearchCard.h"
 
 #include "app/AppState.h"
-#include "core/DateFmt.h"
 #include "core/TDLog.h"
 #include "ui/search/CodeList.h"
 #include "ui/search/DateText.h"
@@ -69,7 +68,7 @@ QStringList BoardingPassSearchCard::presetLabels() const {
 }
 
 bool BoardingPassSearchCard::canSearch() const {
-    return !m_origin.code().isEmpty() && !m_destination.code().isEmpty();
+    return form().isComplete();
 }
 
 void BoardingPassSearchCard::followDay() {
@@ -108,6 +107,16 @@ QString BoardingPassSearchCard::caption() const {
     return u"Legger til overvåker og sjekker med én gang"_s;
 }
 
+WatcherForm BoardingPassSearchCard::form() const {
+    WatcherForm form{
+        m_name,     m_origin.code(), m_destination.code(), m_cabins.cabins(),
+        m_minSeats, m_maxStops,      m_includePartners,    {m_outbound.from(), m_outbound.to()},
+        {}};
+    if (m_roundTrip)
+        form.home = {m_homebound.from(), m_homebound.to()};
+    return form;
+}
+
 void BoardingPassSearchCard::submit() {
     if (!canSearch())
         return;
@@ -130,21 +139,7 @@ void BoardingPassSearchCard::submit() {
 }
 
 void BoardingPassSearchCard::save() {
-    Search search;
-    search.name = m_name;
-    search.origin = CodeList::stored(m_origin.code());
-    search.destination = CodeList::stored(m_destination.code());
-    search.cabins = m_cabins.cabinsToStore();
-    search.minSeats = m_minSeats;
-    search.maxStops = m_maxStops;
-    search.includePartners = m_includePartners;
-    search.dateFrom = DateFmt::iso(m_outbound.from());
-    search.dateTo = DateFmt::iso(m_outbound.to());
-    if (m_roundTrip) {
-        search.returnDateFrom = DateFmt::iso(m_homebound.from());
-        search.returnDateTo = DateFmt::iso(m_homebound.to());
-    }
-    m_state.addSearchAndRun(search);
+    m_state.addSearchAndRun(form().applied());
 
     m_name.clear();
     m_destination.setCode({});
@@ -178,7 +173,7 @@ void BoardingPassSearchCard::applyPreset(const QString& name, const QString& ori
                                          const QString& dests) {
     m_origin.setCode(origin);
     m_destination.setCode(dests);
-    m_cabins.setCabins(CabinChips::usual());
+    m_cabins.setCabins(WatcherForm::usualCabins);
     m_name = name;
     m_roundTrip = true;
     Q_EMIT changed();

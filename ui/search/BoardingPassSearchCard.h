@@ -57,14 +57,14 @@ public:
     void setRoundTrip(bool roundTrip) { set(m_roundTrip, roundTrip); }
     const QString& name() const { return m_name; }
     void setName(const QString& name) { set(m_name, name); }
-    static int mostSeats() { return Search::mostSeats; }
-    static int mostStops() { return Search::mostStops; }
-    /// 1 to `Search::mostSeats`.
+    static int mostSeats() { return WatcherForm::mostSeats; }
+    static int mostStops() { return WatcherForm::mostStops; }
+    /// 1 to `mostSeats`.
     int minSeats() const { return m_minSeats; }
-    void setMinSeats(int seats) { set(m_minSeats, std::clamp(seats, 1, Search::mostSeats)); }
-    /// 0 to `Search::mostStops`.
+    void setMinSeats(int seats) { set(m_minSeats, WatcherForm::seats(seats)); }
+    /// 0 to `mostStops`.
     int maxStops() const { return m_maxStops; }
-    void setMaxStops(int stops) { set(m_maxStops, std::clamp(stops, 0, Search::mostStops)); }
+    void setMaxStops(int stops) { set(m_maxStops, WatcherForm::stops(stops)); }
     bool includePartners() const { return m_includePartners; }
     void setIncludePartners(bool include) { set(m_includePartners, include); }
     bool swapSpin() const { return m_swapSpin; }
@@ -97,6 +97,7 @@ Q_SIGNALS:
 private:
     enum class Warning { none, onlyReturnChosen, past };
 
+    WatcherForm form() const;
     bool hasPastWindow() const;
     void followDay();
 

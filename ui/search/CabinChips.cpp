@@ -2,9 +2,9 @@
 #include "ui/search/CabinChips.h"
 
 CabinChips::CabinChips(CabinSet cabins, QObject* parent)
-    : QAbstractListModel(parent), m_cabins(std::move(cabins)) {}
+    : QAbstractListModel(parent), m_cabins(cabins) {}
 
-void CabinChips::setCabins(const CabinSet& cabins) {
+void CabinChips::setCabins(CabinSet cabins) {
     if (m_cabins == cabins)
         return;
     m_cabins = cabins;
@@ -13,8 +13,10 @@ void CabinChips::setCabins(const CabinSet& cabins) {
 
 void CabinChips::toggle(int row) {
     CabinSet cabins = m_cabins;
-    const QString cabin = rawValue(allCabins.at(static_cast<size_t>(row)));
-    if (!cabins.remove(cabin))
+    const Cabin cabin = allCabins.at(static_cast<size_t>(row));
+    if (cabins.contains(cabin))
+        cabins.remove(cabin);
+    else
         cabins.insert(cabin);
     setCabins(cabins);
 }
@@ -31,7 +33,7 @@ QVariant CabinChips::data(const QModelIndex& index, int role) const {
     case LabelRole:
         return label(cabin);
     case IsChosenRole:
-        return m_cabins.contains(rawValue(cabin));
+        return m_cabins.contains(cabin);
     default:
         return {};
     }

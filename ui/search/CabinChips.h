@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Cabin.h"
+#include "core/WatcherForm.h"
 
 #include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
@@ -16,16 +16,11 @@ class CabinChips : public QAbstractListModel {
 public:
     enum Role { LabelRole = Qt::UserRole, IsChosenRole };
 
-    explicit CabinChips(CabinSet cabins = usual(), QObject* parent = nullptr);
+    explicit CabinChips(CabinSet cabins = WatcherForm::usualCabins, QObject* parent = nullptr);
 
-    /// What is chosen; texts that are no cabin stay as they were given.
-    const CabinSet& cabins() const { return m_cabins; }
-    void setCabins(const CabinSet& cabins);
-    /// What a watcher stores: what is chosen, or business where nothing is.
-    CabinSet cabinsToStore() const { return m_cabins.isEmpty() ? usual() : m_cabins; }
+    CabinSet cabins() const { return m_cabins; }
+    void setCabins(CabinSet cabins);
     Q_INVOKABLE void toggle(int row);
-
-    static CabinSet usual() { return {rawValue(Cabin::business)}; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

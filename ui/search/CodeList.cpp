@@ -49,10 +49,6 @@ QString cityNames(const QString& text) {
     return cities.join(u" · "_s);
 }
 
-QString stored(const QString& text) {
-    return text.toUpper().remove(u' ');
-}
-
 Ends swapped(const Ends& ends) {
     QStringList pieces = trimmedPieces(ends.destination, Qt::SkipEmptyParts);
     const QString origin = pieces.isEmpty() ? QString() : pieces.takeFirst();

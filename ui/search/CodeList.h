@@ -18,8 +18,6 @@ QList<Airports::Airport> suggestions(const QString& token);
 QString picked(const QString& text, const QString& code, bool multi);
 /// The cities of all known codes in the text, in its order: "Oslo · Bergen".
 QString cityNames(const QString& text);
-/// The text as a watcher stores it: in upper case, without spaces.
-QString stored(const QString& text);
 
 struct Ends {
     QString origin;

@@ -2,8 +2,8 @@
 #include "ui/search/DateText.h"
 
 #include "core/DateFmt.h"
+#include "core/Norwegian.h"
 
-#include <QLocale>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -12,11 +12,6 @@ namespace {
 
 /// From one 29 February to the next it can take eight years.
 constexpr int yearsToTheNextLeapDay = 8;
-
-QString dayAndMonth(QDate date) {
-    static const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
-    return norwegian.toString(date, u"d. MMM"_s);
-}
 
 QDate nextOccurrence(int day, int month, QDate today) {
     for (int year = today.year(); year <= today.year() + yearsToTheNextLeapDay; ++year) {
@@ -32,7 +27,8 @@ QDate nextOccurrence(int day, int month, QDate today) {
 namespace DateText {
 
 QString window(QDate from, QDate to) {
-    return dayAndMonth(from) + u" – "_s + dayAndMonth(to) + u' ' + QString::number(to.year());
+    return Norwegian::dayAndMonth(from) + u" – "_s + Norwegian::dayAndMonth(to) + u' ' +
+           QString::number(to.year());
 }
 
 QString typed(QDate date) {

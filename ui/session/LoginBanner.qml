@@ -9,7 +9,7 @@ import Tindra.Theme
 TDCard {
     id: banner
 
-    required property SASLoginPillModel model
+    required property SessionModel model
 
     visible: model.bannerTitle !== ""
     readonly property color tone: model.isLoggedOut ? TD.danger : TD.warn

@@ -9,7 +9,7 @@ import Tindra.Theme
 TDCard {
     id: card
 
-    required property SASLoginPillModel model
+    required property SessionModel model
 
     visible: model.bannerTitle !== ""
     padding: TD.m

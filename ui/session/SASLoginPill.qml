@@ -9,9 +9,9 @@ import Tindra.Theme
 RowLayout {
     id: pill
 
-    required property SASLoginPillModel model
+    required property SessionModel model
 
-    readonly property color tone: model.isLoggedIn ? TD.success : model.isLoggedOut ? TD.danger : model.isRefused ? TD.warn : TD.textSecondary
+    readonly property color tone: model.isWell ? TD.success : model.isLoggedOut ? TD.danger : model.isRefused ? TD.warn : TD.textSecondary
 
     spacing: 6
     TDStatusDot {

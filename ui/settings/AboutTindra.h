@@ -34,7 +34,7 @@ public:
     /// `desktop` must outlive this.
     AboutTindra(Desktop& desktop, Sources sources);
 
-    QString version() const { return QStringLiteral(TINDRA_VERSION); }
+    QString version() const;
     const QString& engineVersion() const { return m_sources.engineVersion; }
     const QString& dataFolder() const { return m_sources.dataFolder; }
     QString engineWarning() const { return m_sources.engineWarning().value_or(QString()); }

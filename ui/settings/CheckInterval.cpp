@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/settings/CheckInterval.h"
 
+#include "core/Norwegian.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -15,6 +17,5 @@ QList<double> CheckInterval::choices(double current) {
 }
 
 QString CheckInterval::label(double minutes) {
-    const QLocale norwegian(QLocale::NorwegianBokmal, QLocale::Norway);
-    return norwegian.toString(minutes, 'f', QLocale::FloatingPointShortest) + u" min"_s;
+    return Norwegian::decimal(minutes) + u" min"_s;
 }

@@ -11,7 +11,7 @@
 using namespace Qt::StringLiterals;
 
 SettingsView::SettingsView(AppState& state, Settings& settings, LegFetcher& airline,
-                           Notifier& notifier, Autostart* autostart, SASLoginPill& pill,
+                           Notifier& notifier, Autostart* autostart, SessionModel& pill,
                            SignInDetails& details, AboutTindra& about)
     : m_state(state)
     , m_settings(settings)

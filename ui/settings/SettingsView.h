@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/Settings.h"
-#include "ui/session/SASLoginPill.h"
+#include "ui/session/SessionModel.h"
 #include "ui/settings/AboutTindra.h"
 #include "ui/settings/SignInDetails.h"
 
@@ -19,7 +19,7 @@ class SettingsView : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(SettingsViewModel)
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(SASLoginPill* pill READ pill CONSTANT)
+    Q_PROPERTY(SessionModel* pill READ pill CONSTANT)
     Q_PROPERTY(SignInDetails* details READ details CONSTANT)
     Q_PROPERTY(AboutTindra* about READ about CONSTANT)
     Q_PROPERTY(bool autoLoginOn READ autoLoginOn WRITE setAutoLoginOn NOTIFY changed)
@@ -36,10 +36,10 @@ class SettingsView : public QObject {
 public:
     /// All must outlive the view. `autostart` is null where nothing may start by itself.
     SettingsView(AppState& state, Settings& settings, LegFetcher& airline, Notifier& notifier,
-                 Autostart* autostart, SASLoginPill& pill, SignInDetails& details,
+                 Autostart* autostart, SessionModel& pill, SignInDetails& details,
                  AboutTindra& about);
 
-    SASLoginPill* pill() const { return &m_pill; }
+    SessionModel* pill() const { return &m_pill; }
     SignInDetails* details() const { return &m_details; }
     AboutTindra* about() const { return &m_about; }
     bool autoLoginOn() const;
@@ -80,7 +80,7 @@ private:
     LegFetcher& m_airline;
     Notifier& m_notifier;
     Autostart* m_autostart;
-    SASLoginPill& m_pill;
+    SessionModel& m_pill;
     SignInDetails& m_details;
     AboutTindra& m_about;
     QString m_autostartProblem;

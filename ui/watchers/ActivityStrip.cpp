@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ui/watchers/ActivityStrip.h"
 
-#include "app/AppState.h"
-#include "polling/Legs.h"
+#include "core/Norwegian.h"
 #include "polling/Worker.h"
-#include "ui/watchers/Numbers.h"
 
 using namespace Qt::StringLiterals;
 
-ActivityStrip::ActivityStrip(const AppState& state, const Worker& worker, const Clock& clock,
-                             QObject* parent)
-    : QObject(parent), m_state(state), m_worker(worker), m_clock(clock) {
+ActivityStrip::ActivityStrip(const Worker& worker, const Clock& clock, QObject* parent)
+    : QObject(parent), m_worker(worker), m_clock(clock) {
     connect(&worker, &Worker::changed, this, &ActivityStrip::follow);
     follow();
 }
@@ -20,19 +17,9 @@ void ActivityStrip::follow() {
         m_pace.reset();
         m_minutesLeft.reset();
     } else {
-        if (!m_pace) {
-            // The round keeps to the watchers that were on when it began.
-            QList<int> planned;
-            for (const Search& watcher : m_state.searches()) {
-                if (watcher.enabled)
-                    planned.append(Legs::countOfRound(watcher, m_clock.today()));
-            }
-            const auto total = std::max(0, m_worker.progress().total);
-            m_pace.emplace(planned.last(std::min<qsizetype>(total, planned.size())));
-        }
-        // Watchers may have been added since, and the rest of a round leaves out the first ones.
-        m_pace->grow(m_worker.progress().total);
-        m_pace->note(m_worker.progress().done, m_worker.lookupDone(), m_worker.lookupTotal(),
+        if (!m_pace)
+            m_pace.emplace();
+        m_pace->note(m_worker.planned(), m_worker.progress().done, m_worker.lookupDone(),
                      m_clock.ticks());
         if (const auto left = m_pace->left())
             m_minutesLeft = steadyMinutes(m_minutesLeft, *left);
@@ -55,8 +42,9 @@ QString ActivityStrip::lookupsText() const {
 QString ActivityStrip::lookupsText(int done, int total, int rotation) {
     if (total < 1)
         return {};
-    const QString text = u"%1 av %2 oppslag"_s.arg(norwegian(done), norwegian(total));
-    return rotation < 1 ? text : text + u" · roterer over "_s + norwegian(rotation);
+    const QString text =
+        u"%1 av %2 oppslag"_s.arg(Norwegian::number(done), Norwegian::number(total));
+    return rotation < 1 ? text : text + u" · roterer over "_s + Norwegian::number(rotation);
 }
 
 double ActivityStrip::fraction() const {
@@ -66,8 +54,8 @@ double ActivityStrip::fraction() const {
 QString ActivityStrip::roundText() const {
     QStringList texts;
     if (const auto watchers = m_worker.progress(); running() && watchers.total > 1)
-        texts.append(
-            u"Overvåker %1 av %2"_s.arg(norwegian(watchers.done + 1), norwegian(watchers.total)));
+        texts.append(u"Overvåker %1 av %2"_s.arg(Norwegian::number(watchers.done + 1),
+                                                 Norwegian::number(watchers.total)));
     if (m_minutesLeft)
         texts.append(timeLeftText(*m_minutesLeft));
     return texts.join(u" · "_s);

@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-class AppState;
 class Worker;
 
 /// What the worker is doing right now.
@@ -24,9 +23,8 @@ class ActivityStrip : public QObject {
     /// "Overvåker 2 av 3 · ca. 6 min igjen", of the round; empty while there is nothing to tell.
     Q_PROPERTY(QString roundText READ roundText NOTIFY changed)
 public:
-    /// All must outlive the strip.
-    ActivityStrip(const AppState& state, const Worker& worker, const Clock& clock,
-                  QObject* parent = nullptr);
+    /// Both must outlive the strip.
+    ActivityStrip(const Worker& worker, const Clock& clock, QObject* parent = nullptr);
 
     bool running() const;
     QString statusText() const;
@@ -43,7 +41,6 @@ Q_SIGNALS:
 private:
     void follow();
 
-    const AppState& m_state;
     const Worker& m_worker;
     const Clock& m_clock;
     /// Absent between rounds.

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/watchers/EditWatcherSheet.h"
 
-#include "core/DateFmt.h"
-#include "core/Text.h"
 #include "core/WatcherStore.h"
-#include "ui/search/CodeList.h"
 #include "ui/watchers/WatcherCard.h"
 
 using namespace Qt::StringLiterals;
@@ -17,20 +14,19 @@ constexpr int usualDays = 60;
 
 EditedWindows EditedWindows::of(const Search& watcher, QDate today) {
     EditedWindows windows;
-    windows.dateFrom = DateFmt::parseIso(watcher.dateFrom).value_or(today);
-    windows.dateTo =
-        DateFmt::parseIso(watcher.dateTo).value_or(windows.dateFrom.addDays(usualDays));
-    windows.retFrom = DateFmt::parseIso(watcher.returnDateFrom).value_or(windows.dateFrom);
-    windows.retTo =
-        DateFmt::parseIso(watcher.returnDateTo).value_or(windows.retFrom.addDays(usualDays));
+    const auto orElse = [](QDate date, QDate other) { return date.isValid() ? date : other; };
+    windows.dateFrom = orElse(watcher.dateFrom, today);
+    windows.dateTo = orElse(watcher.dateTo, windows.dateFrom.addDays(usualDays));
+    windows.retFrom = orElse(watcher.returnDateFrom, windows.dateFrom);
+    windows.retTo = orElse(watcher.returnDateTo, windows.retFrom.addDays(usualDays));
     return windows;
 }
 
 EditedWindows EditedWindows::moved(const Search& watcher, QDate today) {
     Search closed = watcher;
-    if (closed.dateTo.isEmpty())
+    if (!closed.dateTo.isValid())
         closed.dateTo = closed.dateFrom;
-    if (closed.returnDateTo.isEmpty())
+    if (!closed.returnDateTo.isValid())
         closed.returnDateTo = closed.returnDateFrom;
     EditedWindows windows = of(closed, today);
     const qint64 days = windows.dateFrom.daysTo(today);
@@ -46,8 +42,8 @@ EditWatcherSheet::EditWatcherSheet(WatcherStore& store, const Clock& clock, cons
     , m_original(original)
     , m_name(original.name)
     , m_cabins(original.cabins)
-    , m_minSeats(std::clamp(original.minSeats, 1, Search::mostSeats))
-    , m_maxStops(std::clamp(original.maxStops, 0, Search::mostStops))
+    , m_minSeats(WatcherForm::seats(original.minSeats))
+    , m_maxStops(WatcherForm::stops(original.maxStops))
     , m_includePartners(original.includePartners)
     , m_roundTrip(original.isRoundTrip())
     , m_outbound(u"AVREISE-VINDU"_s, clock)
@@ -65,34 +61,31 @@ QString EditWatcherSheet::title() const {
 }
 
 void EditWatcherSheet::setMinSeats(int seats) {
-    m_minSeats = std::clamp(seats, 1, Search::mostSeats);
+    m_minSeats = WatcherForm::seats(seats);
     Q_EMIT changed();
 }
 
 void EditWatcherSheet::setMaxStops(int stops) {
-    m_maxStops = std::clamp(stops, 0, Search::mostStops);
+    m_maxStops = WatcherForm::stops(stops);
     Q_EMIT changed();
 }
 
 bool EditWatcherSheet::canSave() const {
-    return !trimmedBlanks(m_origin.code()).isEmpty() &&
-           !trimmedBlanks(m_destination.code()).isEmpty();
+    return form().isComplete();
+}
+
+WatcherForm EditWatcherSheet::form() const {
+    WatcherForm form{
+        m_name,     m_origin.code(), m_destination.code(), m_cabins.cabins(),
+        m_minSeats, m_maxStops,      m_includePartners,    {m_outbound.from(), m_outbound.to()},
+        {}};
+    if (m_roundTrip)
+        form.home = {m_homebound.from(), m_homebound.to()};
+    return form;
 }
 
 Search EditWatcherSheet::edited() const {
-    Search search = m_original;
-    search.name = m_name;
-    search.origin = CodeList::stored(m_origin.code());
-    search.destination = CodeList::stored(m_destination.code());
-    search.cabins = m_cabins.cabinsToStore();
-    search.minSeats = m_minSeats;
-    search.maxStops = m_maxStops;
-    search.includePartners = m_includePartners;
-    search.dateFrom = DateFmt::iso(m_outbound.from());
-    search.dateTo = DateFmt::iso(m_outbound.to());
-    search.returnDateFrom = m_roundTrip ? DateFmt::iso(m_homebound.from()) : QString();
-    search.returnDateTo = m_roundTrip ? DateFmt::iso(m_homebound.to()) : QString();
-    return search;
+    return form().applied(m_original);
 }
 
 void EditWatcherSheet::save() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Search.h"
+#include "core/WatcherForm.h"
 #include "ui/search/AirportField.h"
 #include "ui/search/CabinChips.h"
 #include "ui/search/DateWindowField.h"
@@ -65,8 +65,8 @@ public:
     DateWindowField* outbound() { return &m_outbound; }
     DateWindowField* homebound() { return &m_homebound; }
     CabinChips* cabins() { return &m_cabins; }
-    static int mostSeats() { return Search::mostSeats; }
-    static int mostStops() { return Search::mostStops; }
+    static int mostSeats() { return WatcherForm::mostSeats; }
+    static int mostStops() { return WatcherForm::mostStops; }
     int minSeats() const { return m_minSeats; }
     void setMinSeats(int seats);
     int maxStops() const { return m_maxStops; }
@@ -83,6 +83,8 @@ Q_SIGNALS:
     void finished();
 
 private:
+    WatcherForm form() const;
+
     WatcherStore& m_store;
     const Search m_original;
     QString m_name;

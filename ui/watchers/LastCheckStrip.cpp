@@ -2,16 +2,14 @@
 #include "ui/watchers/LastCheckStrip.h"
 
 #include "app/AppState.h"
-#include "ui/watchers/Numbers.h"
-
-#include <QDateTime>
+#include "core/Norwegian.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 QString countText(int count, const QString& label) {
-    return count >= 1 ? norwegian(count) + label : QString();
+    return count >= 1 ? Norwegian::number(count) + label : QString();
 }
 
 } // namespace
@@ -30,16 +28,15 @@ bool LastCheckStrip::present() const {
 }
 
 QString LastCheckStrip::heading() const {
-    const double seconds = secondsSince1970(poll().at);
     // What had to be cut is damaged.
-    if (seconds >= latestSecond)
+    if (secondsSince1970(poll().at) >= latestSecond)
         return u"SISTE SJEKK"_s;
-    const QTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds)).time();
-    return u"SISTE SJEKK · "_s + norwegian().toString(time, QLocale::ShortFormat);
+    return u"SISTE SJEKK · "_s + Norwegian::time(poll().at);
 }
 
 QStringList LastCheckStrip::figures() const {
-    return {norwegian(poll().searches), norwegian(poll().fetched), norwegian(poll().matches)};
+    return {Norwegian::number(poll().searches), Norwegian::number(poll().fetched),
+            Norwegian::number(poll().matches)};
 }
 
 QString LastCheckStrip::alertsText() const {

@@ -13,9 +13,10 @@ constexpr int fewestToTell = 3;
 
 } // namespace
 
-void RoundPace::note(int watcher, int lookup, int total, Ticks at) {
-    if (watcher < 0 || watcher >= m_planned.size())
+void RoundPace::note(const QList<int>& planned, int watcher, int lookup, Ticks at) {
+    if (watcher < 0 || watcher >= planned.size())
         return;
+    m_planned = planned;
     const bool isNews = watcher != m_watcher || lookup != m_lookup;
     if (isNews && m_began) {
         ++m_done;
@@ -26,9 +27,6 @@ void RoundPace::note(int watcher, int lookup, int total, Ticks at) {
         m_began = at;
     m_watcher = watcher;
     m_lookup = lookup;
-    // The total is the watcher's own only once its lookups have begun.
-    if (lookup > 0)
-        m_planned[watcher] = std::max(lookup, total);
 }
 
 int RoundPace::before() const {

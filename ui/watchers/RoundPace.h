@@ -12,16 +12,10 @@
 /// are numbered from 0, the lookups of one watcher from 1; 0 stands before the first.
 class RoundPace {
 public:
-    /// `planned` lookups of each watcher of the round.
-    explicit RoundPace(QList<int> planned) : m_planned(std::move(planned)) {}
-
-    /// There are `watchers` now, none of the later ones with lookups that are known.
-    void grow(int watchers) { m_planned.resize(watchers); }
-
-    /// At `at` the round is at `lookup` of the `total` of `watcher`. A note that says nothing new
-    /// means that the round stands still, for instance until the user has signed in: that time does
-    /// not count.
-    void note(int watcher, int lookup, int total, Ticks at);
+    /// At `at` the round is at `lookup` of `watcher`, and has as many lookups of each watcher as
+    /// `planned` says. A note that says nothing new means that the round stands still, for instance
+    /// until the user has signed in: that time does not count.
+    void note(const QList<int>& planned, int watcher, int lookup, Ticks at);
 
     /// 0 to 1.
     double fraction() const;

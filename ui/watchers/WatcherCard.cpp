@@ -2,7 +2,7 @@
 #include "ui/watchers/WatcherCard.h"
 
 #include "core/DateFmt.h"
-#include "ui/watchers/Numbers.h"
+#include "core/Norwegian.h"
 
 #include <QStringList>
 
@@ -17,8 +17,8 @@ QString pretty(const QString& codes) {
     return codes.split(u',', Qt::SkipEmptyParts).join(u", "_s);
 }
 
-QString window(const QString& label, const QString& from, const QString& to) {
-    if (from.isEmpty() && to.isEmpty())
+QString window(const QString& label, QDate from, QDate to) {
+    if (!from.isValid() && !to.isValid())
         return {};
     return label + u' ' + DateFmt::shortDate(from) + u" – "_s + DateFmt::shortDate(to);
 }
@@ -43,10 +43,8 @@ QString WatcherCard::prettyDests() const {
 
 QString WatcherCard::cabinsLabel() const {
     QStringList labels;
-    for (const QString& raw : search.cabins) {
-        if (const auto cabin = cabinFromRaw(raw))
-            labels.append(label(*cabin));
-    }
+    for (const Cabin cabin : search.cabins)
+        labels.append(label(cabin));
     labels.sort();
     return labels.join(u" · "_s);
 }
@@ -68,7 +66,7 @@ QString WatcherCard::homebound() const {
 }
 
 QString WatcherCard::hitsText() const {
-    return norwegian(hits) + u" treff"_s;
+    return Norwegian::number(hits) + u" treff"_s;
 }
 
 QString WatcherCard::quotedTitle() const {

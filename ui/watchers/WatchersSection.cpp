@@ -2,9 +2,9 @@
 #include "ui/watchers/WatchersSection.h"
 
 #include "app/AppState.h"
+#include "core/Norwegian.h"
 #include "core/WatcherStore.h"
 #include "polling/Worker.h"
-#include "ui/watchers/Numbers.h"
 
 #include <QPointer>
 
@@ -18,7 +18,7 @@ WatchersSection::WatchersSection(AppState& state, Worker& worker, WatcherStore& 
     , m_worker(worker)
     , m_store(store)
     , m_clock(clock)
-    , m_activity(state, worker, clock)
+    , m_activity(worker, clock)
     , m_lastCheck(state) {
     connect(&state, &AppState::searchesChanged, this, &WatchersSection::refresh);
     connect(&state, &AppState::matchCountsChanged, this, &WatchersSection::refresh);
@@ -55,7 +55,7 @@ int WatchersSection::active() const {
 }
 
 QString WatchersSection::activeText() const {
-    return norwegian(active()) + u" aktive"_s;
+    return Norwegian::number(active()) + u" aktive"_s;
 }
 
 bool WatchersSection::isEmpty() const {

@@ -1,24 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "ui/window/DashboardView.h"
 
-#include "airline/SessionState.h"
 #include "app/AppState.h"
-#include "ui/window/Norwegian.h"
-
-#include <algorithm>
+#include "core/Norwegian.h"
+#include "ui/session/SessionModel.h"
 
 using namespace Qt::StringLiterals;
 
-DashboardView::DashboardView(AppState& state, SessionState& session)
+DashboardView::DashboardView(AppState& state, SessionModel& session)
     : m_state(state), m_session(session) {
     connect(&state, &AppState::searchesChanged, this, &DashboardView::changed);
     connect(&state, &AppState::reloaded, this, &DashboardView::changed);
     connect(&state, &AppState::lastPollChanged, this, &DashboardView::changed);
-    connect(&session, &SessionState::loginStatusChanged, this, &DashboardView::changed);
+    connect(&session, &SessionModel::changed, this, &DashboardView::changed);
 }
 
 QString DashboardView::errorText() const {
-    if (!m_state.lastPoll() || m_session.loginStatus().isLoggedOut())
+    if (!m_state.lastPoll() || m_session.isLoggedOut())
         return {};
     const QStringList& errors = m_state.lastPoll()->errors;
     if (errors.isEmpty())
@@ -29,11 +27,11 @@ QString DashboardView::errorText() const {
 }
 
 QString DashboardView::watchersValue() const {
-    return Norwegian::number(enabledCount(m_state.searches()));
+    return Norwegian::number(enabledOf(m_state.searches()).size());
 }
 
 QString DashboardView::pausedText() const {
-    const auto paused = m_state.searches().size() - enabledCount(m_state.searches());
+    const auto paused = m_state.searches().size() - enabledOf(m_state.searches()).size();
     return paused == 0 ? u"aktive"_s : u"aktive · %1 pauset"_s.arg(paused);
 }
 

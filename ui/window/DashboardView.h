@@ -5,7 +5,7 @@
 #include <QtQml/qqmlregistration.h>
 
 class AppState;
-class SessionState;
+class SessionModel;
 
 /// The dashboard's figures and its notice, read from the state that the screens share.
 class DashboardView : public QObject {
@@ -24,7 +24,7 @@ class DashboardView : public QObject {
     Q_PROPERTY(QString lastCheckSub READ lastCheckSub NOTIFY changed)
 public:
     /// Both must outlive the view.
-    DashboardView(AppState& state, SessionState& session);
+    DashboardView(AppState& state, SessionModel& session);
 
     QString errorText() const;
     QString watchersValue() const;
@@ -43,5 +43,5 @@ Q_SIGNALS:
 
 private:
     AppState& m_state;
-    SessionState& m_session;
+    SessionModel& m_session;
 };

@@ -13,7 +13,7 @@ FocusScope {
 
     required property DashboardViewModel figures
     required property BoardingPassSearchCardModel form
-    required property SASLoginPillModel login
+    required property SessionModel login
     signal selected(int section)
 
     TDScrollPage {

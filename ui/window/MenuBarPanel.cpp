@@ -3,16 +3,16 @@
 
 #include "app/AppState.h"
 #include "core/Cabin.h"
+#include "core/Norwegian.h"
 #include "platform/Desktop.h"
 #include "polling/Worker.h"
-#include "ui/session/SASLoginPill.h"
-#include "ui/window/Norwegian.h"
+#include "ui/session/SessionModel.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login, Desktop& desktop,
+MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SessionModel& login, Desktop& desktop,
                            Site site)
     : m_state(state)
     , m_worker(worker)
@@ -22,11 +22,11 @@ MenuBarPanel::MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login,
     connect(&state, &AppState::searchesChanged, this, &MenuBarPanel::changed);
     connect(&state, &AppState::matchesChanged, this, &MenuBarPanel::changed);
     connect(&worker, &Worker::changed, this, &MenuBarPanel::changed);
-    connect(&login, &SASLoginPill::changed, this, &MenuBarPanel::changed);
+    connect(&login, &SessionModel::changed, this, &MenuBarPanel::changed);
 }
 
 bool MenuBarPanel::isHunting() const {
-    return enabledCount(m_state.searches()) > 0;
+    return !enabledOf(m_state.searches()).isEmpty();
 }
 
 QString MenuBarPanel::headline() const {
@@ -34,7 +34,7 @@ QString MenuBarPanel::headline() const {
 }
 
 QString MenuBarPanel::countText() const {
-    const auto active = enabledCount(m_state.searches());
+    const auto active = enabledOf(m_state.searches()).size();
     QString text = Norwegian::number(active) + (active == 1 ? u" overvåker"_s : u" overvåkere"_s);
     if (m_worker.isRunning())
         text += u" · sjekker nå…"_s;
@@ -62,8 +62,7 @@ QString MenuBarPanel::latestText() const {
     const Match* match = latest();
     if (!match)
         return {};
-    return u"%1 · %2 seter · %3 poeng"_s.arg(cabinLabel(match->cabin),
-                                             Norwegian::number(match->seats),
+    return u"%1 · %2 seter · %3 poeng"_s.arg(label(match->cabin), Norwegian::number(match->seats),
                                              Norwegian::number(match->points));
 }
 
@@ -81,10 +80,11 @@ void MenuBarPanel::checkNow() {
 }
 
 const Match* MenuBarPanel::latest() const {
-    const auto& matches = m_state.matches();
-    const auto match =
-        std::find_if(matches.begin(), matches.end(), [](const Match& one) { return !one.soldOut; });
-    return match == matches.end() ? nullptr : &*match;
+    for (const Hit& hit : m_state.matches()) {
+        if (const auto* match = std::get_if<Match>(&hit))
+            return match;
+    }
+    return nullptr;
 }
 
 std::optional<QUrl> MenuBarPanel::address() const {

@@ -11,7 +11,7 @@
 
 class AppState;
 class Desktop;
-class SASLoginPill;
+class SessionModel;
 class Worker;
 
 /// The compact panel beside the desktop's status area: whether the hunt is on, and its latest find.
@@ -30,7 +30,7 @@ class MenuBarPanel : public QObject {
     Q_PROPERTY(bool canBook READ canBook NOTIFY changed)
 public:
     /// All must outlive the panel. `site` is where booking addresses may lead.
-    MenuBarPanel(AppState& state, Worker& worker, SASLoginPill& login, Desktop& desktop, Site site);
+    MenuBarPanel(AppState& state, Worker& worker, SessionModel& login, Desktop& desktop, Site site);
 
     /// A watcher is enabled.
     bool isHunting() const;
@@ -64,7 +64,7 @@ private:
 
     AppState& m_state;
     Worker& m_worker;
-    SASLoginPill& m_login;
+    SessionModel& m_login;
     Desktop& m_desktop;
     Site m_site;
 };

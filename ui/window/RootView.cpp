@@ -3,7 +3,6 @@
 
 #include "airline/LegFetcher.h"
 #include "app/AppState.h"
-#include "ui/window/Norwegian.h"
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +48,6 @@ void RootView::dismissNotice() {
 }
 
 void RootView::start() {
-    if (!std::exchange(m_isStarted, true) && enabledCount(m_state.searches()) == 0)
+    if (!std::exchange(m_isStarted, true) && enabledOf(m_state.searches()).isEmpty())
         m_fetcher.verifyLogin();
 }

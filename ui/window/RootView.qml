@@ -14,7 +14,7 @@ FocusScope {
     required property RootViewModel root
     required property DashboardViewModel figures
     required property BoardingPassSearchCardModel form
-    required property SASLoginPillModel login
+    required property SessionModel login
     required property WatchersSectionModel watchers
     required property HitsPage hits
     required property SettingsViewModel settings

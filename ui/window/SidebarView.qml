@@ -11,7 +11,7 @@ Rectangle {
     id: sidebar
 
     required property RootViewModel root
-    required property SASLoginPillModel login
+    required property SessionModel login
     /** Whether the panel has to be opened from here, for want of a status area. */
     property bool offersPanel: false
     signal panelRequested

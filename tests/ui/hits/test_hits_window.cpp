@@ -15,14 +15,13 @@ struct WindowWorld : AppWorld {
 
     WindowWorld() {
         http.answer = [](const HttpRequest&) { return std::nullopt; };
-        addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = u"2027-04-01"_s; });
+        addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = QDate(2027, 4, 1); });
     }
     /// An offer whose cities are called as its airports.
     void add(const QString& from, const QString& to,
              const std::function<void(Match&)>& change = {}) {
         addMatch([&](Match& m) {
-            m.route = from + u'-' + to;
-            m.key = u"2027-03-05-%1-SK%2"_s.arg(m.route).arg(++m_number);
+            m.key = {{2027, 3, 5}, {from, to}, u"SK%1"_s.arg(++m_number)};
             m.fromCity = from;
             m.toCity = to;
             if (change)
@@ -56,11 +55,9 @@ private Q_SLOTS:
             u"Ingen treff ennå. Når et søk finner ny saver-plass, dukker reisen opp her."_s));
         QVERIFY(!w.window->find(u"clear"_s)->isEnabled());
         w.add(u"OSL"_s, u"EWR"_s);
-        w.add(u"EWR"_s, u"OSL"_s, [](Match& m) { m.arrive = u"06.03 07:15"_s; });
-        w.add(u"OSL"_s, u"BKK"_s, [](Match& m) {
-            m.soldOut = true;
-            m.key += u":soldout"_s;
-        });
+        w.add(u"EWR"_s, u"OSL"_s, [](Match& m) { m.arrive = {{2027, 3, 6}, {7, 15}}; });
+        w.addSoldOut(u"2027-03-05-OSL-BKK-SK9"_s);
+        settle();
         QTRY_VERIFY(w.window->isShown(u"🇺🇸 USA & Canada"_s));
         QTRY_VERIFY(w.window->isShown(u"1 utsolgt"_s));
         w.window->click(u"OSL ⇄ EWR"_s);
@@ -149,7 +146,7 @@ private Q_SLOTS:
         w.page.toggle(w.page.journeys()[12].id);
         QQuickItem* list = w.window->find(u"list"_s);
         QMetaObject::invokeMethod(list, "positionViewAtIndex", Q_ARG(int, 13), Q_ARG(int, 0));
-        const QString shown = w.page.journeys()[12].out[0].toCity + u" · 05.03"_s;
+        const QString shown = std::get<Match>(w.page.journeys()[12].out[0]).toCity + u" · 05.03"_s;
         QTRY_VERIFY(w.window->find(shown));
         const double before = w.top(shown);
         w.add(u"OSL"_s, u"QQ1"_s);
@@ -169,10 +166,11 @@ private Q_SLOTS:
             m.seats = -3;
         });
         w.add(u"OSL"_s, u"EWR"_s, [](Match& m) {
-            m.cabin = m.flight = m.stopsText = m.depart = QString(5000, u'x');
+            m.key.flights = QString(5000, u'x');
+            m.stops = Stops{1, {m.key.flights}};
+            m.depart = LocalTime::fromText(m.key.flights, {});
             m.fromCity = u"<img src='file:///x'>ירושלים"_s;
             m.points = 0;
-            m.travelDate = u"29.02."_s;
             m.bookingURL = u"file:///etc/passwd"_s;
         });
         w.show({660, 600});
@@ -188,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestHitsWindow)
+TINDRA_UI_TEST(TestHitsWindow)
 #include "test_hits_window.moc"

@@ -2,6 +2,7 @@
 // The desktop's preferences, from a settings portal on a real bus.
 #include "platform/linux/DesktopAppearance.h"
 #include "tests/support/TestBus.h"
+#include "tests/support/TestProgram.h"
 
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -142,7 +143,8 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
+TINDRA_TEST_MAIN(TestAppearance) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     const TestBus bus;
     const QGuiApplication application(argc, argv);
     TestAppearance test;

@@ -412,5 +412,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestControls)
+TINDRA_UI_TEST(TestControls)
 #include "test_controls.moc"

@@ -120,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestMonthCalendar)
+TINDRA_UI_TEST(TestMonthCalendar)
 #include "test_month_calendar.moc"

@@ -97,5 +97,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestTheme)
+TINDRA_UI_TEST(TestTheme)
 #include "test_theme.moc"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "airline/SessionState.h"
 #include "tests/support/AppWorld.h"
 #include "tests/ui/support/PageWindow.h"
 #include "ui/onboarding/OnboardingView.h"
+#include "ui/session/SessionModel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +17,9 @@ struct World : AppWorld {
 
     SessionState session;
     int loginsOpened = 0;
-    OnboardingView view{state, session, clock, [this] { ++loginsOpened; }};
+    StandBack standBack{database.safekeeping(), clock};
+    SessionModel login{session, standBack, {[this] { ++loginsOpened; }, [] {}}};
+    OnboardingView view{state, login, clock};
 
     void signIn() { session.setLoginStatus(SASLoginStatus::loggedIn(clock.now())); }
     QList<StepState> steps() const {
@@ -98,8 +100,8 @@ private Q_SLOTS:
         usa.name = u"USA i business"_s;
         usa.origin = u"OSL"_s;
         usa.destination = u"JFK,EWR,ORD,IAD,SFO,LAX,BOS,MIA"_s;
-        usa.dateFrom = usa.returnDateFrom = u"2027-01-16"_s;
-        usa.dateTo = usa.returnDateTo = u"2027-03-16"_s;
+        usa.dateFrom = usa.returnDateFrom = QDate(2027, 1, 16);
+        usa.dateTo = usa.returnDateTo = QDate(2027, 3, 16);
         settle();
         QCOMPARE(world.state.searches().size(), 2);
         Search stored = world.state.searches().constLast();
@@ -110,5 +112,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestOnboarding)
+TINDRA_UI_TEST(TestOnboarding)
 #include "test_onboarding.moc"

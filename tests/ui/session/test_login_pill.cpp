@@ -2,7 +2,7 @@
 #include "core/Database.h"
 #include "tests/support/ManualClock.h"
 #include "tests/ui/support/PageWindow.h"
-#include "ui/session/SASLoginPill.h"
+#include "ui/session/SessionModel.h"
 
 #include <QTemporaryDir>
 
@@ -23,9 +23,9 @@ private Q_SLOTS:
         StandBack standBack(database.safekeeping(), clock);
         int opened = 0;
         int tries = 0;
-        SASLoginPill pill(session, standBack, {[&opened] { ++opened; }, [&tries] { ++tries; }});
+        SessionModel pill(session, standBack, {[&opened] { ++opened; }, [&tries] { ++tries; }});
         PageWindow page("import QtQuick\nimport Tindra.Session\nColumn { id: all\n"
-                        "required property SASLoginPillModel model\n"
+                        "required property SessionModel model\n"
                         "SASLoginPill { model: all.model; width: 300 }\n"
                         "LoginBanner { model: all.model; width: 600 }\n"
                         "LoginWarningCard { model: all.model; width: 190 } }",
@@ -45,6 +45,12 @@ private Q_SLOTS:
 
         session.setSiteUnreachable(true);
         QCOMPARE(shown(), alone(u"Får ikke kontakt med SAS"_s));
+        QCOMPARE(pill.warning(), u"Får ikke kontakt med SAS — prøver igjen snart"_s);
+        // Perhaps it can be reached again.
+        session.setLoginStatus(SASLoginStatus::checking());
+        QCOMPARE(shown(), alone(u"Sjekker innlogging hos SAS…"_s));
+        QCOMPARE(pill.warning(), QString());
+        session.setLoginStatus(SASLoginStatus::loggedIn(instantFromSeconds(1800018360)));
         session.setSiteUnreachable(false);
         QCOMPARE(shown(), alone(u"Innlogget hos SAS · 14:06"_s));
 
@@ -66,5 +72,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestLoginPill)
+TINDRA_UI_TEST(TestLoginPill)
 #include "test_login_pill.moc"

@@ -47,7 +47,7 @@ struct SettingsWorld : AppWorld {
     int loginsOpened = 0;
     std::optional<QString> engineWarning;
     StandBack standBack{database.safekeeping(), clock};
-    SASLoginPill pill{session, standBack, {[this] { ++loginsOpened; }, [this] { ++tries; }}};
+    SessionModel pill{session, standBack, {[this] { ++loginsOpened; }, [this] { ++tries; }}};
     SignInDetails details{keychain, secrets};
     AboutTindra about{
         desktop,

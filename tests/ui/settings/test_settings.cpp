@@ -166,5 +166,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestSettings)
+TINDRA_UI_TEST(TestSettings)
 #include "test_settings.moc"

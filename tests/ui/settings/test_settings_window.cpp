@@ -141,5 +141,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestSettingsWindow)
+TINDRA_UI_TEST(TestSettingsWindow)
 #include "test_settings_window.moc"

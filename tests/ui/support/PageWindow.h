@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/TestProgram.h"
 #include "tests/ui/support/FakeAppearance.h"
 #include "ui/theme/Theme.h"
 
@@ -72,9 +73,9 @@ private:
     QQuickItem* m_root = nullptr;
 };
 
-/// The `main` of an interface test.
-#define TINDRA_UI_TEST_MAIN(Test)                                                                  \
-    int main(int argc, char* argv[]) {                                                             \
+/// Adds a test class that shows windows.
+#define TINDRA_UI_TEST(Test)                                                                       \
+    TINDRA_TEST_MAIN(Test) {                                                                       \
         PageWindow::prepare();                                                                     \
         const QGuiApplication application(argc, argv);                                             \
         Test test;                                                                                 \

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/DateFmt.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/RawSql.h"
 #include "tests/ui/support/PageWindow.h"
@@ -22,6 +23,14 @@ struct Page : AppWorld {
 
 const QString nbsp(QChar::Nbsp);
 
+QString datesOf(const Search& search) {
+    QStringList texts;
+    for (const QDate date :
+         {search.dateFrom, search.dateTo, search.returnDateFrom, search.returnDateTo})
+        texts.append(DateFmt::iso(date));
+    return texts.join(u'|');
+}
+
 } // namespace
 
 class TestWatchers : public QObject {
@@ -37,16 +46,16 @@ private Q_SLOTS:
         };
         search.origin = u"OSL,BGO"_s;
         search.destination = u"JFK,,EWR"_s;
-        search.cabins = {u"premeco"_s, u"first"_s, u"sofa"_s};
-        search.dateFrom = u"2027-02-28"_s;
-        search.dateTo = u"2027-03-31"_s;
+        search.cabins = {Cabin::premeco, Cabin::first};
+        search.dateFrom = QDate(2027, 2, 28);
+        search.dateTo = QDate(2027, 3, 31);
         QCOMPARE(texts(), u"OSL,BGO → JFK,,EWR|SAS|OSL, BGO → JFK, EWR|Ut 28.02.27 – 31.03.27||"
                           "First · Premium|Ikke sjekket enda"_s);
         search.name = u"USA  i\nbusiness"_s;
         search.includePartners = true;
-        search.returnDateFrom = u"2027-12-20"_s;
-        search.returnDateTo = u"2028-01-10"_s;
-        search.cabins = {u"economy"_s, u"business"_s};
+        search.returnDateFrom = QDate(2027, 12, 20);
+        search.returnDateTo = QDate(2028, 1, 10);
+        search.cabins = {Cabin::economy, Cabin::business};
         search.lastChecked = ManualClock().now() - 9min;
         QCOMPARE(texts(), u"USA  i business|SAS + PARTNERE|OSL, BGO ⇄ JFK, EWR|"
                           "Ut 28.02.27 – 31.03.27|Hjem 20.12.27 – 10.01.28|Business · Økonomi|"
@@ -55,8 +64,8 @@ private Q_SLOTS:
         search.name = u"x"_s;
         search.enabled = false;
         QCOMPARE(texts(), u"x|SAS| → |||Business|Pauset"_s);
-        search.dateFrom = u"i morgen"_s;
-        QVERIFY(texts().contains(u"|Ut i morgen – ||"_s));
+        search.dateFrom = QDate(2027, 2, 28);
+        QVERIFY(texts().contains(u"|Ut 28.02.27 – ||"_s));
 
         search.name = u"Lang tur\n"_s + QString(5000, u'x');
         const WatcherCard card{search, 1284, {}};
@@ -175,7 +184,7 @@ private Q_SLOTS:
         Page page;
         QVERIFY(!page.section.canCheck()); // nobody to check
         for (const QString& destination : {u"EWR"_s, u"BKK"_s})
-            page.addWatcher(destination, [](Search& search) { search.dateTo = u"2027-03-05"_s; });
+            page.addWatcher(destination, [](Search& search) { search.dateTo = QDate(2027, 3, 5); });
         QStringList lookups;
         QStringList rounds;
         double furthest = 0;
@@ -214,20 +223,24 @@ private Q_SLOTS:
     }
 
     void standstillDoesNotCount() {
-        RoundPace pace({10});
+        RoundPace pace;
+        const auto note = [&pace](int planned, int lookup, double at) {
+            pace.note({planned}, 0, lookup, Ticks(at));
+        };
+        note(10, 0, 0);
         QCOMPARE(pace.fraction(), 0);
         double at = 0;
         for (int lookup = 1; lookup <= 4; ++lookup) {
             QVERIFY(!pace.left());
-            pace.note(0, lookup, 10, Ticks(at += 2));
+            note(10, lookup, at += 2);
         }
         QCOMPARE(pace.left()->count(), 2.0 * 7);
-        pace.note(0, 4, 10, Ticks(at)); // waits for a sign-in
-        pace.note(0, 5, 10, Ticks(at += 600));
-        pace.note(0, 6, 8, Ticks(at += 2)); // and the watcher turned out shorter
+        note(10, 4, at); // waits for a sign-in
+        note(10, 5, at += 600);
+        note(8, 6, at += 2); // and the watcher turned out shorter
         QCOMPARE(pace.left()->count(), 2.0 * 3);
         QCOMPARE(pace.fraction(), 6.0 / 8);
-        pace.note(5, 1, 10, Ticks(at)); // of a round it does not know
+        pace.note({10}, 5, 1, Ticks(at)); // of a round it does not know
         QCOMPARE(pace.fraction(), 6.0 / 8);
     }
 
@@ -277,7 +290,7 @@ private Q_SLOTS:
         add("all there", u"2027-12-20|2028-01-10|2028-02-28|2028-02-29"_s, {});
         add("one way", u"2027-03-01|2027-03-31||"_s, {});
         add("past", u"2026-03-05|2026-03-06||"_s, {});
-        add("damaged", u"2027-02-29|x||snart"_s, u"2027-01-15|2027-03-16|2027-01-15|2027-03-16"_s);
+        add("damaged", u"2027-02-29|x||2027-02-30"_s, u"2027-01-15|2027-03-16||"_s);
         add("ends before it starts", u"2027-03-05|2027-03-01||"_s, u"2027-03-05|2027-03-05||"_s);
     }
     void editedWindows() {
@@ -285,17 +298,14 @@ private Q_SLOTS:
         const QStringList dates = stored.split(u'|');
         Page page;
         const Search original = page.addWatcher(u"EWR"_s, [&dates](Search& search) {
-            search.dateFrom = dates[0];
-            search.dateTo = dates[1];
-            search.returnDateFrom = dates[2];
-            search.returnDateTo = dates[3];
+            search.dateFrom = DateFmt::dateFromIso(dates[0]);
+            search.dateTo = DateFmt::dateFromIso(dates[1]);
+            search.returnDateFrom = DateFmt::dateFromIso(dates[2]);
+            search.returnDateTo = DateFmt::dateFromIso(dates[3]);
         });
         page.section.edit(original.id);
         const Search edited = page.section.sheet()->edited();
-        QTEST(QStringList(
-                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
-                  .join(u'|'),
-              "shown");
+        QTEST(datesOf(edited), "shown");
     }
 
     void pastDatesAreMovedOn_data() {
@@ -312,20 +322,17 @@ private Q_SLOTS:
         const QStringList dates = stored.split(u'|');
         Page page;
         const Search original = page.addWatcher(u"EWR"_s, [&dates](Search& search) {
-            search.dateFrom = dates[0];
-            search.dateTo = dates[1];
-            search.returnDateFrom = dates[2];
-            search.returnDateTo = dates[3];
+            search.dateFrom = DateFmt::dateFromIso(dates[0]);
+            search.dateTo = DateFmt::dateFromIso(dates[1]);
+            search.returnDateFrom = DateFmt::dateFromIso(dates[2]);
+            search.returnDateTo = DateFmt::dateFromIso(dates[3]);
         });
         QVERIFY(page.shown(0, WatcherCards::PastRole).toBool());
         page.section.editMoved(7);
         QVERIFY(!page.section.sheet());
         page.section.editMoved(original.id);
         const Search edited = page.section.sheet()->edited();
-        QTEST(QStringList(
-                  {edited.dateFrom, edited.dateTo, edited.returnDateFrom, edited.returnDateTo})
-                  .join(u'|'),
-              "shown");
+        QTEST(datesOf(edited), "shown");
         QCOMPARE(page.database.watchers().listSearches(), QList{original});
         page.section.sheet()->save();
         settle();
@@ -340,7 +347,7 @@ private Q_SLOTS:
             search.maxStops = 2;
         });
         page.addMatch();
-        page.database.seen().upsertSeen(1, u"a"_s, {u"business"_s}, {});
+        page.database.seen().upsertSeen(1, {}, {{Cabin::business}, {}});
         page.database.watchers().toggleSearch(1);
         page.database.watchers().markChecked(1, 4);
         page.state.reload();
@@ -373,8 +380,8 @@ private Q_SLOTS:
         original.destination = u"JFK"_s;
         original.minSeats = 1;
         original.maxStops = 3;
-        original.returnDateFrom = u"2027-03-01"_s;
-        original.returnDateTo = u"2027-04-30"_s;
+        original.returnDateFrom = QDate(2027, 3, 1);
+        original.returnDateTo = QDate(2027, 4, 30);
         original.includePartners = true;
         original.enabled = false;
         original.lastChecked = page.clock.now();
@@ -385,5 +392,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWatchers)
+TINDRA_UI_TEST(TestWatchers)
 #include "test_watchers.moc"

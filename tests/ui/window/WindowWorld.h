@@ -25,8 +25,8 @@ struct WindowWorld : SettingsWorld {
     BoardingPassSearchCard form{state, clock};
     WatchersSection watchers{state, worker, database.watchers(), clock};
     HitsPage hits{state, database.offers(), desktop, clock, Site{}};
-    OnboardingView onboarding{state, session, clock, [this] { ++loginsOpened; }};
-    DashboardView dashboard{state, session};
+    OnboardingView onboarding{state, pill, clock};
+    DashboardView dashboard{state, pill};
     MenuBarPanel panel{state, worker, pill, desktop, Site{}};
     LifeCycle life{tray, panel, notifier, database.safekeeping(), LifeCycle::SecondStart::reaches};
     RootView root;

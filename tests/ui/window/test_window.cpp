@@ -131,9 +131,9 @@ private Q_SLOTS:
     void theOnboardingComesFirst() {
         WindowWorld world;
         world.database.settings().set(Setting::onboarded, false);
-        AppState state(world.database, world.worker, world.community, world.notifier, world.clock);
+        AppState state(world.database, world.worker, world.finds, world.clock);
         RootView root(state, world.airline, false);
-        OnboardingView onboarding(state, world.session, world.clock, [] {});
+        OnboardingView onboarding(state, world.pill, world.clock);
         QVariantMap content = world.content();
         content[u"root"_s] = QVariant::fromValue(&root);
         content[u"onboarding"_s] = QVariant::fromValue(&onboarding);
@@ -209,5 +209,5 @@ private Q_SLOTS:
     }
 };
 
-TINDRA_UI_TEST_MAIN(TestWindow)
+TINDRA_UI_TEST(TestWindow)
 #include "test_window.moc"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/TestProgram.h"
 #include "tests/ui/window/WindowWorld.h"
 
 #include <QSignalSpy>
@@ -91,10 +92,7 @@ private Q_SLOTS:
     void theLatestFindIsTheNewestThatCanBeBooked() {
         World world;
         world.addMatch([](Match& m) { m.toCity = u"Boston"_s; });
-        world.addMatch([](Match& m) {
-            m.soldOut = true;
-            m.toCity = u"Miami"_s;
-        });
+        world.addSoldOut();
         QCOMPARE(world.panel.latestRoute(), u"Oslo → Boston"_s);
         QCOMPARE(world.panel.latestText(), u"Business · 2 seter · 60\u00a0000 poeng"_s);
         QVERIFY(world.panel.canBook());
@@ -227,5 +225,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestWindowModels)
+TINDRA_TEST(TestWindowModels)
 #include "test_window_models.moc"
