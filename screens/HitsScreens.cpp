@@ -106,7 +106,7 @@ const Screen narrow(u"hits-narrow"_s, QSize(660, 600), [](Shot& shot) {
 });
 const Screen cheapest(u"hits-cheapest"_s, QSize(1120, 880), [](Shot& shot) {
     World& world = filled(shot);
-    world.page.setSortOrder(2);
+    world.page.filter()->setSortOrder(2);
     world.page.toggle(u"Bangkok|København"_s);
     show(shot, world);
     for (const Qt::Key key : {Qt::Key_End, Qt::Key_Up})
@@ -124,7 +124,7 @@ const Screen empty(u"hits-empty"_s, [](Shot& shot) { show(shot, shot.make<World>
 const Screen hidden(u"hits-filtered"_s, QSize(1120, 880), [](Shot& shot) {
     World& world = filled(shot);
     world.app.addWatcher(u"LHR"_s, [](Search& s) { s.name = QString(5000, u'Å'); });
-    world.page.setWatcherIndex(3);
+    world.page.filter()->setWatcherIndex(3);
     show(shot, world);
 });
 const Screen asked(u"hits-confirm"_s, QSize(880, 600), [](Shot& shot) {

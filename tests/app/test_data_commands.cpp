@@ -132,7 +132,7 @@ private Q_SLOTS:
         const QTemporaryDir dir;
         const QString mine = dir.path() + u"/mine"_s;
         const QString other = dir.path() + u"/other"_s;
-        Database(mine, clock).set(u"x"_s, u"1"_s);
+        Database(mine, clock).settings().set(Setting::onboarded, true);
         // It has the tables, but not what belongs in them.
         QVERIFY(QDir().mkpath(other));
         runOn(other, "CREATE TABLE searches(a); CREATE TABLE seen(a); CREATE TABLE matches(a);"
@@ -145,7 +145,7 @@ private Q_SLOTS:
                      qPrintable(error.message));
         }
         QCOMPARE(QDir(mine).entryList(QDir::Files), QStringList{u"tindra.sqlite"_s});
-        QCOMPARE(Database(mine, clock).get(u"x"_s), u"1"_s);
+        QVERIFY(Database(mine, clock).settings().isOn(Setting::onboarded));
     }
 
     void aProblemIsSaid() {

@@ -3,8 +3,6 @@
 
 #include "core/Norwegian.h"
 
-#include <QLocale>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
