@@ -8,7 +8,7 @@
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
 #include "airline/StandBack.h"
-#include "core/Database.h"
+#include "core/Settings.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
 
@@ -49,11 +49,11 @@ struct AutoLogin::Attempt {
 };
 
 AutoLogin::AutoLogin(SignInContext context, SignInWindow& window, StandBack& standBack,
-                     Database& database, Keychain& keychain)
+                     const Settings& settings, Keychain& keychain)
     : m_context(std::move(context))
     , m_window(window)
     , m_standBack(standBack)
-    , m_database(database)
+    , m_settings(settings)
     , m_keychain(keychain) {
     connect(&m_context.state, &SessionState::loginWindowOpenChanged, this,
             [this] { ++m_windowChanges; });
@@ -70,7 +70,7 @@ QCoro::Task<bool> AutoLogin::attemptAutoLogin() {
     const QPointer self(this);
     Attempt attempt;
     attempt.windowChanges = m_windowChanges;
-    if (!m_database.isOn(u"auto_login"_s, false)) {
+    if (!m_settings.isOn(Setting::autoLogin)) {
         TDLog::note(u"auto-innlogging: hoppet over (slaatt av)"_s);
         co_return false;
     }

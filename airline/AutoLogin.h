@@ -11,7 +11,7 @@
 
 #include <optional>
 
-class Database;
+class Settings;
 class SignInWindow;
 class StandBack;
 
@@ -23,8 +23,8 @@ public:
     /// All must outlive this object. `window` shows the context's web view. `standBack` is asked
     /// before anything is tried and before every step that fills in something, and ends the
     /// attempt.
-    AutoLogin(SignInContext context, SignInWindow& window, StandBack& standBack, Database& database,
-              Keychain& keychain);
+    AutoLogin(SignInContext context, SignInWindow& window, StandBack& standBack,
+              const Settings& settings, Keychain& keychain);
 
     /// True when the browser is signed in. At once false when automatic sign-in is switched off,
     /// has no details, loaded its page less than five minutes ago, or must stand back; false, too,
@@ -50,7 +50,7 @@ private:
     SignInContext m_context;
     SignInWindow& m_window;
     StandBack& m_standBack;
-    Database& m_database;
+    const Settings& m_settings;
     Keychain& m_keychain;
     /// How often the user's window was opened or closed.
     int m_windowChanges = 0;

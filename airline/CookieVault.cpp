@@ -3,8 +3,8 @@
 
 #include "airline/CookieRules.h"
 #include "airline/StoredCookies.h"
-#include "core/Database.h"
 #include "core/Keychain.h"
+#include "core/Safekeeping.h"
 #include "core/TDLog.h"
 
 #include <QPointer>
@@ -20,8 +20,6 @@ constexpr auto pruneInterval = 24h;
 /// An open keychain answers in some milliseconds; one that needs its owner takes any time.
 constexpr auto keychainPatience = 1s;
 
-const QString rememberedKey = u"session_cookies"_s;
-
 bool contains(const QList<WebCookie>& cookies, const QString& name, const QString& domain) {
     return std::any_of(cookies.begin(), cookies.end(), [&](const WebCookie& cookie) {
         return cookie.name == name && cookie.domain == domain;
@@ -30,11 +28,11 @@ bool contains(const QList<WebCookie>& cookies, const QString& name, const QStrin
 
 } // namespace
 
-CookieVault::CookieVault(CookieStore& cookies, Keychain& keychain, Database& database, Clock& clock,
+CookieVault::CookieVault(CookieStore& cookies, Keychain& keychain, Safekeeping& kept, Clock& clock,
                          Site site)
     : m_cookies(cookies)
     , m_keychain(keychain)
-    , m_database(database)
+    , m_kept(kept)
     , m_clock(clock)
     , m_site(std::move(site)) {}
 
@@ -104,13 +102,13 @@ void CookieVault::remember(const QList<WebCookie>& cookies) {
             known.append({cookie.name, cookie.domain, cookie.expires});
     }
     const QString text = QString::fromUtf8(StoredCookies::encodeKnown(known));
-    if (m_database.get(rememberedKey) != text)
-        m_database.set(rememberedKey, text);
+    if (m_kept.get(Kept::sessionCookies) != text)
+        m_kept.set(Kept::sessionCookies, text);
 }
 
 /// Whether the browser has all that was saved last, as far as it can still be of use.
 bool CookieVault::isWhole(const QList<WebCookie>& live) const {
-    const QString text = m_database.get(rememberedKey).value_or(QString());
+    const QString text = m_kept.get(Kept::sessionCookies).value_or(QString());
     const auto known = StoredCookies::decodeKnown(text.toUtf8());
     return known && std::all_of(known->begin(), known->end(), [&](const KnownCookie& cookie) {
                return isOver(cookie.expires) || contains(live, cookie.name, cookie.domain);

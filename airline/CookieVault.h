@@ -10,8 +10,8 @@
 
 #include <optional>
 
-class Database;
 class Keychain;
+class Safekeeping;
 
 /// Keeps the airline's cookies in the keychain, so that the session outlives the web view's own
 /// store, and keeps that store clean of everything else.
@@ -23,7 +23,7 @@ class CookieVault : public QObject {
     Q_OBJECT
 public:
     /// All but `site` must outlive the vault and every operation begun here.
-    CookieVault(CookieStore& cookies, Keychain& keychain, Database& database, Clock& clock,
+    CookieVault(CookieStore& cookies, Keychain& keychain, Safekeeping& kept, Clock& clock,
                 Site site);
     ~CookieVault() override;
 
@@ -54,7 +54,7 @@ private:
 
     CookieStore& m_cookies;
     Keychain& m_keychain;
-    Database& m_database;
+    Safekeeping& m_kept;
     Clock& m_clock;
     Site m_site;
     std::optional<Ticks> m_lastCookiePrune;

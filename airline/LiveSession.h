@@ -8,6 +8,7 @@
 #include "airline/SignInWindow.h"
 #include "airline/SingleSignOn.h"
 
+class Database;
 class StandBack;
 
 /// Everything that keeps the session alive, put together around one web view.

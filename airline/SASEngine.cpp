@@ -22,7 +22,7 @@ constexpr auto waitStep = 1s;
 
 } // namespace
 
-SASEngine::SASEngine(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+SASEngine::SASEngine(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
                      SessionState& state, StandBack& standBack, Capture& capture,
                      SessionKeeper& keeper, std::function<bool()> isRoundRunning)
     : m_view(view)
@@ -32,7 +32,7 @@ SASEngine::SASEngine(WebView& view, Clock& clock, Database& database, Keychain& 
     , m_keeper(keeper)
     , m_isRoundRunning(std::move(isRoundRunning))
     , m_lookup(capture, clock, state, standBack)
-    , m_policy(view, clock, database, keychain, state, standBack, m_lookup, keeper) {
+    , m_policy(view, clock, settings, keychain, state, standBack, m_lookup, keeper) {
     TDLog::note(view.disableTrackingPrevention()
                     ? u"ITP slaatt av for soeke-webviewen"_s
                     : u"ITP: fant ikke av-bryteren i WebKit — sporingsvern forblir paa"_s);

@@ -9,6 +9,8 @@
 
 #include <functional>
 
+class Settings;
+
 /// The one object that talks to the airline's site: it looks up fares in the hidden web view, leg
 /// by leg, and lets its policy see to the session. Main thread only.
 class SASEngine : public QObject, public LegFetcher {
@@ -16,7 +18,7 @@ class SASEngine : public QObject, public LegFetcher {
 public:
     /// All must outlive the engine. `isRoundRunning` is asked by `verifyLogin`, which stands back
     /// while a poll round runs.
-    SASEngine(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+    SASEngine(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
               SessionState& state, StandBack& standBack, Capture& capture, SessionKeeper& keeper,
               std::function<bool()> isRoundRunning);
 

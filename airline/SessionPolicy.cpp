@@ -6,8 +6,8 @@
 #include "airline/SessionState.h"
 #include "airline/StandBack.h"
 #include "airline/Verdict.h"
-#include "core/Database.h"
 #include "core/Keychain.h"
+#include "core/Settings.h"
 #include "core/TDLog.h"
 #include "platform/WebView.h"
 
@@ -31,11 +31,11 @@ bool isAboutSession(Kind kind) {
 
 } // namespace
 
-SessionPolicy::SessionPolicy(WebView& view, Clock& clock, Database& database, Keychain& keychain,
-                             SessionState& state, StandBack& standBack, Lookup& lookup,
-                             SessionKeeper& keeper)
+SessionPolicy::SessionPolicy(WebView& view, Clock& clock, const Settings& settings,
+                             Keychain& keychain, SessionState& state, StandBack& standBack,
+                             Lookup& lookup, SessionKeeper& keeper)
     : m_clock(clock)
-    , m_database(database)
+    , m_settings(settings)
     , m_keychain(keychain)
     , m_state(state)
     , m_standBack(standBack)
@@ -153,7 +153,7 @@ QCoro::Task<std::optional<Kind>> SessionPolicy::verdict() {
 QCoro::Task<> SessionPolicy::reportLoggedOut() {
     const QPointer self(this);
     bool autoLoginFailed = false;
-    if (m_database.isOn(u"auto_login"_s, false))
+    if (m_settings.isOn(Setting::autoLogin))
         autoLoginFailed = (co_await m_keychain.load()).has_value();
     if (self)
         m_state.setLoggedOut(autoLoginFailed);

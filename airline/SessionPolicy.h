@@ -12,11 +12,11 @@
 #include <optional>
 
 class Clock;
-class Database;
 class Keychain;
 class Lookup;
 class SessionKeeper;
 class SessionState;
+class Settings;
 class StandBack;
 class WebView;
 
@@ -28,7 +28,7 @@ public:
     using Progress = LegFetcher::Progress;
 
     /// All must outlive the object.
-    SessionPolicy(WebView& view, Clock& clock, Database& database, Keychain& keychain,
+    SessionPolicy(WebView& view, Clock& clock, const Settings& settings, Keychain& keychain,
                   SessionState& state, StandBack& standBack, Lookup& lookup, SessionKeeper& keeper);
 
     /// Another watcher's looks follow: brings the cookies in order, and renews a session that was
@@ -61,7 +61,7 @@ private:
     QCoro::Task<> reportLoggedOut();
 
     Clock& m_clock;
-    Database& m_database;
+    const Settings& m_settings;
     Keychain& m_keychain;
     SessionState& m_state;
     StandBack& m_standBack;

@@ -2,8 +2,8 @@
 #include "airline/StandBack.h"
 
 #include "airline/RetryAfter.h"
-#include "core/Database.h"
 #include "core/Norwegian.h"
+#include "core/Safekeeping.h"
 #include "core/TDLog.h"
 
 #include <algorithm>
@@ -17,9 +17,6 @@ namespace {
 constexpr std::chrono::seconds shortest = 1min;
 constexpr std::chrono::seconds first = 15min;
 constexpr std::chrono::seconds longest = 4h;
-/// Seconds since 1970 until which nothing is looked at, and the length of the last own pause.
-const QString untilKey = u"refused_until"_s;
-const QString pauseKey = u"refused_pause"_s;
 
 double number(const std::optional<QString>& text) {
     const double value = text.value_or(QString()).toDouble();
@@ -34,13 +31,13 @@ QString timeOfDay(Instant instant) {
 
 } // namespace
 
-StandBack::StandBack(Database& database, Clock& clock) : m_database(database), m_clock(clock) {
+StandBack::StandBack(Safekeeping& kept, Clock& clock) : m_kept(kept), m_clock(clock) {
     const double longestSeconds = static_cast<double>(longest.count());
     m_ownPause = std::chrono::seconds(
-        static_cast<qint64>(std::clamp(number(database.get(pauseKey)), 0.0, longestSeconds)));
+        static_cast<qint64>(std::clamp(number(kept.get(Kept::refusedPause)), 0.0, longestSeconds)));
     // A clock that was set back meanwhile must not make it longer than it ever was.
-    const double left =
-        std::min(number(database.get(untilKey)) - secondsSince1970(clock.now()), longestSeconds);
+    const double left = std::min(
+        number(kept.get(Kept::refusedUntil)) - secondsSince1970(clock.now()), longestSeconds);
     if (left > 0)
         begin(std::chrono::seconds(static_cast<qint64>(std::ceil(left))));
 }
@@ -67,10 +64,9 @@ void StandBack::end() {
 
 void StandBack::store() {
     const auto instant = until();
-    m_database.transaction([&] {
-        m_database.set(untilKey, QString::number(instant ? secondsSince1970(*instant) : 0, 'f', 0));
-        m_database.set(pauseKey, QString::number(m_ownPause.count()));
-    });
+    m_kept.set(
+        {{Kept::refusedUntil, QString::number(instant ? secondsSince1970(*instant) : 0, 'f', 0)},
+         {Kept::refusedPause, QString::number(m_ownPause.count())}});
 }
 
 void StandBack::refuse(const QString& header, int status) {

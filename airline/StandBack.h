@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-class Database;
+class Safekeeping;
 
 /// The site has asked to be left alone: until when nothing is looked at and nobody signs in by
 /// program. Kept in the database, so that a restart changes nothing.
@@ -20,7 +20,7 @@ class StandBack : public QObject {
     Q_OBJECT
 public:
     /// Reads what is left of an earlier run. Both must outlive this object.
-    StandBack(Database& database, Clock& clock);
+    StandBack(Safekeeping& kept, Clock& clock);
     ~StandBack() override;
 
     bool isOn() const { return m_end.has_value(); }
@@ -46,7 +46,7 @@ private:
     void end();
     void store();
 
-    Database& m_database;
+    Safekeeping& m_kept;
     Clock& m_clock;
     std::optional<Ticks> m_end;
     /// How long was waited last without the site naming a time; 0 after an answer.

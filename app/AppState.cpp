@@ -15,7 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double usualIntervalMinutes = 10;
 /// A clock or time zone that is changed shows itself within this time.
 constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
 
@@ -23,8 +22,19 @@ constexpr std::chrono::milliseconds longestWait = std::chrono::hours(1);
 
 AppState::AppState(Database& database, Worker& worker, OthersFinds& finds, Clock& clock)
     : m_database(database), m_worker(worker), m_finds(finds), m_clock(clock) {
-    connect(&worker, &Worker::stored, this, &AppState::reload);
-    connect(&finds, &OthersFinds::stored, this, &AppState::reload);
+    connect(&database.settings(), &Settings::changed, this, &AppState::readSettings);
+    connect(&database.watchers(), &WatcherStore::changed, this, [this] {
+        readWatchers();
+        Q_EMIT reloaded();
+    });
+    connect(&database.offers(), &OfferStore::changed, this, [this] {
+        readOffers();
+        Q_EMIT reloaded();
+    });
+    connect(&worker, &Worker::roundEnded, this, &AppState::readLastPoll);
+    connect(&database, &Database::conditionChanged, this, &AppState::reload);
+    // At once, so that what is stored is never in neither list.
+    connect(&finds, &OthersFinds::stored, this, &AppState::readOffers);
     connect(&finds, &OthersFinds::hitsChanged, this, &AppState::communityHitsChanged);
     readSettings();
     reload();
@@ -46,22 +56,26 @@ void AppState::followDay() {
 
 void AppState::readSettings() {
     // Whoever has been welcomed in this run is not welcomed again.
-    if (!m_onboarded && m_database.isOn(u"onboarded"_s, false)) {
+    const Settings& settings = m_database.settings();
+    if (!m_onboarded && settings.isOn(Setting::onboarded)) {
         m_onboarded = true;
         Q_EMIT onboardedChanged();
     }
-    setNotifyOn(m_database.isOn(u"native_notify"_s, true));
-    setPollIntervalMin(
-        Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), usualIntervalMinutes));
+    const bool notifyOn = settings.isOn(Setting::nativeNotify);
+    if (std::exchange(m_notifyOn, notifyOn) != notifyOn)
+        Q_EMIT notifyOnChanged();
+    const double minutes = settings.number(Setting::pollIntervalMin);
+    if (std::exchange(m_pollIntervalMin, minutes) != minutes)
+        Q_EMIT pollIntervalMinChanged();
 }
 
 void AppState::setNotifyOn(bool on) {
-    if (std::exchange(m_notifyOn, on) != on)
+    if (!m_database.settings().set(Setting::nativeNotify, on))
         Q_EMIT notifyOnChanged();
 }
 
 void AppState::setPollIntervalMin(double minutes) {
-    if (std::exchange(m_pollIntervalMin, minutes) != minutes)
+    if (!m_database.settings().set(Setting::pollIntervalMin, minutes))
         Q_EMIT pollIntervalMinChanged();
 }
 
@@ -86,16 +100,28 @@ std::optional<Direction> AppState::direction(const Match& match) const {
 }
 
 void AppState::reload() {
-    setSearches(m_database.listSearches());
-    setMatches(m_database.recentMatches(Match::mostShown));
-    const auto counts = m_database.activeMatchCounts();
-    if (std::exchange(m_matchCounts, counts) != counts)
-        Q_EMIT matchCountsChanged();
-    const auto lastPoll = Worker::loadSummary(m_database);
-    if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
-        Q_EMIT lastPollChanged();
+    readWatchers();
+    readOffers();
+    readLastPoll();
     noteStorage();
     Q_EMIT reloaded();
+}
+
+void AppState::readWatchers() {
+    setSearches(m_database.watchers().listSearches());
+}
+
+void AppState::readOffers() {
+    setMatches(m_database.offers().recentMatches(Match::mostShown));
+    const auto counts = m_database.offers().activeMatchCounts();
+    if (std::exchange(m_matchCounts, counts) != counts)
+        Q_EMIT matchCountsChanged();
+}
+
+void AppState::readLastPoll() {
+    const auto lastPoll = Worker::loadSummary(m_database.safekeeping());
+    if (std::exchange(m_lastPoll, lastPoll) != lastPoll)
+        Q_EMIT lastPollChanged();
 }
 
 void AppState::noteStorage() {
@@ -103,29 +129,24 @@ void AppState::noteStorage() {
     const QString notice = m_database.notice().value_or(QString());
     const bool isProblemNew = std::exchange(m_storageProblem, problem) != problem;
     const bool isNoticeNew = std::exchange(m_storageNotice, notice) != notice;
-    // They could not be read before, or those of a copy count from now on.
-    if ((isProblemNew && problem.isEmpty()) || (isNoticeNew && !notice.isEmpty()))
-        readSettings();
     if (isProblemNew || isNoticeNew)
         Q_EMIT storageChanged();
 }
 
 void AppState::dismissStorageNotice() {
     m_database.dismissNotice();
-    noteStorage();
 }
 
 void AppState::addSearchAndRun(const Search& search) {
-    m_database.addSearch(search);
-    reload();
+    m_database.watchers().addSearch(search);
     m_worker.pollOnce();
 }
 
 void AppState::finishOnboarding() {
-    m_database.set(u"onboarded"_s, u"1"_s);
+    m_database.settings().set(Setting::onboarded, true);
+    // Also where that could not be stored.
     if (!std::exchange(m_onboarded, true))
         Q_EMIT onboardedChanged();
-    noteStorage();
 }
 
 const QList<Match>& AppState::communityHits() const {

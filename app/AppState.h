@@ -3,6 +3,7 @@
 
 #include "core/Match.h"
 #include "core/Search.h"
+#include "core/Settings.h"
 #include "platform/Clock.h"
 #include "polling/PollSummary.h"
 
@@ -20,8 +21,9 @@ class Worker;
 
 enum class Direction { out, home };
 
-/// What all screens share: a cache over the database, refreshed by `reload`, and the three
-/// settings that they bind to. Every change goes to the database first. Main thread only.
+/// What all screens share: a cache over the database, and the three settings that they bind to.
+/// Every change goes to the database, which tells of it; what has changed is read again in the same
+/// turn of the event loop. Main thread only.
 class AppState : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool onboarded READ onboarded NOTIFY onboardedChanged)
@@ -56,7 +58,8 @@ public:
     const QString& storageNotice() const { return m_storageNotice; }
     Q_INVOKABLE void dismissStorageNotice();
 
-    /// These two change what is shown; whoever offers the choice stores it.
+    /// These two store the choice. What cannot be stored stays as it was, and is told as changed,
+    /// so that whoever offers it goes back.
     void setNotifyOn(bool on);
     void setPollIntervalMin(double minutes);
 
@@ -65,7 +68,7 @@ public:
     /// Which way of a round trip an offer is; absent for a one-way or deleted watcher's.
     std::optional<Direction> direction(const Match& match) const;
 
-    /// Also happens by itself when another day begins.
+    /// Reads everything, which happens by itself when another day begins.
     void reload();
     /// Stores a new watcher and starts a round, without waiting for it.
     void addSearchAndRun(const Search& search);
@@ -74,7 +77,7 @@ public:
     QCoro::Task<> refreshCommunity();
 
 Q_SIGNALS:
-    /// Everything has been read from the database, whether it has changed or not.
+    /// Watchers or offers have been read from the database, or a day has begun.
     void reloaded();
     void searchesChanged();
     void matchesChanged();
@@ -94,6 +97,9 @@ private:
     };
 
     void readSettings();
+    void readWatchers();
+    void readOffers();
+    void readLastPoll();
     void noteStorage();
     void followDay();
     void setSearches(QList<Search> searches);
@@ -113,7 +119,7 @@ private:
     QMap<qint64, int> m_matchCounts;
     bool m_onboarded = false;
     bool m_notifyOn = true;
-    double m_pollIntervalMin = 10;
+    double m_pollIntervalMin = Setting::pollIntervalMin.usual;
     QString m_storageProblem;
     QString m_storageNotice;
 };

@@ -2,9 +2,9 @@
 #include "app/Demo.h"
 
 #include "community/Service.h"
-#include "core/Database.h"
 #include "core/DateFmt.h"
 #include "core/Err.h"
+#include "core/WatcherStore.h"
 #include "platform/Clock.h"
 #include "standin/StandIn.h"
 
@@ -60,15 +60,15 @@ QString Demo::community() const {
     return QString::fromStdString(d->hunters.address());
 }
 
-void Demo::seedWatchers(Database& database, QDate today) {
-    const auto stored = database.listSearches();
+void Demo::seedWatchers(WatcherStore& store, QDate today) {
+    const auto stored = store.listSearches();
     if (std::any_of(stored.begin(), stored.end(),
                     [today](const Search& watcher) { return watcher.dateTo >= today; }))
         return;
     for (const Search& past : stored)
-        database.deleteSearch(past.id);
+        store.deleteSearch(past.id);
     for (const Search& watcher : watchers(today))
-        database.addSearch(watcher);
+        store.addSearch(watcher);
 }
 
 QList<Search> Demo::watchers(QDate today) {

@@ -11,7 +11,7 @@
 #include <memory>
 
 class Clock;
-class Database;
+class WatcherStore;
 
 /// The demo: a stand-in airline and a community service inside this process, and something to
 /// watch.
@@ -36,7 +36,7 @@ public:
 
     /// Stores the demo's watchers, with windows some weeks after `today`, unless there are some
     /// whose windows still lie ahead.
-    static void seedWatchers(Database& database, QDate today);
+    static void seedWatchers(WatcherStore& store, QDate today);
     static QList<Search> watchers(QDate today);
 
 private:

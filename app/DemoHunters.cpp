@@ -3,8 +3,8 @@
 
 #include "airline/SAS.h"
 #include "app/Demo.h"
-#include "core/Database.h"
 #include "core/DateFmt.h"
+#include "core/WatcherStore.h"
 #include "sharing/Community.h"
 
 #include <QPointer>
@@ -43,13 +43,13 @@ constexpr std::array wishes{
 
 } // namespace
 
-DemoHunters::DemoHunters(Community& community, Database& database, Clock& clock, Site site)
-    : m_community(community), m_database(database), m_clock(clock), m_site(std::move(site)) {}
+DemoHunters::DemoHunters(Community& community, WatcherStore& watchers, Clock& clock, Site site)
+    : m_community(community), m_watchers(watchers), m_clock(clock), m_site(std::move(site)) {}
 
 /// The demo's own, with the windows that they have now.
 QList<Search> DemoHunters::watchers() const {
     QList<Search> result = Demo::watchers(m_clock.today());
-    const auto stored = m_database.listSearches();
+    const auto stored = m_watchers.listSearches();
     for (Search& watcher : result) {
         const auto same = std::find_if(stored.begin(), stored.end(), [&](const Search& one) {
             return one.origin == watcher.origin && one.destination == watcher.destination &&

@@ -10,16 +10,16 @@
 
 class Clock;
 class Community;
-class Database;
+class WatcherStore;
 
 /// Some invented people who watch the same journeys as the demo: they report finds of their own to
 /// the community, one at once and another every few minutes, and now and then that one is gone.
 class DemoHunters : public QObject {
     Q_OBJECT
 public:
-    /// All must outlive the hunters. `database` has the demo's watchers, `site` is where finds can
-    /// be booked.
-    DemoHunters(Community& community, Database& database, Clock& clock, Site site);
+    /// All must outlive the hunters. `watchers` are the demo's, `site` is where finds can be
+    /// booked.
+    DemoHunters(Community& community, WatcherStore& watchers, Clock& clock, Site site);
 
     /// Reports what they have by now, and goes on until the hunters are destroyed.
     QCoro::Task<> start();
@@ -33,7 +33,7 @@ private:
     QList<Search> watchers() const;
 
     Community& m_community;
-    Database& m_database;
+    WatcherStore& m_watchers;
     Clock& m_clock;
     Site m_site;
 };

@@ -106,18 +106,14 @@ Facts collect(Database& database, const AppState& state, const SessionState& ses
     }
     facts.login = loginText(session.loginStatus().state);
     facts.lastPoll = state.lastPoll();
-    const auto onOff = [&database](const QString& key, bool whenMissing) {
-        return std::pair(key, database.isOn(key, whenMissing) ? u"på"_s : u"av"_s);
-    };
-    facts.settings = {
-        onOff(u"onboarded"_s, false),
-        onOff(u"native_notify"_s, true),
-        onOff(u"notify_soldout"_s, true),
-        onOff(u"share_hits"_s, true),
-        onOff(u"auto_login"_s, false),
-        {u"poll_interval_min"_s, QString::number(state.pollIntervalMin())},
-        // Where it points is the user's own affair.
-        {u"community_url"_s, database.get(u"community_url"_s) ? u"egen"_s : u"vanlig"_s}};
+    const Settings& settings = database.settings();
+    for (const auto& one : {Setting::onboarded, Setting::nativeNotify, Setting::notifySoldOut,
+                            Setting::shareHits, Setting::autoLogin})
+        facts.settings.append({one.key, settings.isOn(one) ? u"på"_s : u"av"_s});
+    facts.settings.append({Setting::pollIntervalMin.key, QString::number(state.pollIntervalMin())});
+    // Where it points is the user's own affair.
+    facts.settings.append({Setting::communityUrl.key,
+                           settings.text(Setting::communityUrl) ? u"egen"_s : u"vanlig"_s});
     facts.log = lastLines(program.folder + u"/ui.log"_s);
     return facts;
 }

@@ -22,7 +22,6 @@ namespace {
 constexpr auto notificationPatience = 5s;
 constexpr auto sharingPatience = 15s;
 constexpr auto windowStep = 1s;
-constexpr double usualIntervalMinutes = 10;
 
 } // namespace
 
@@ -107,10 +106,9 @@ void Hunt::start() {
     sayWhatIsMissing();
     connect(&m_worker, &Worker::roundEnded, this,
             [this](const PollSummary& summary) { write(takeReport(summary)); });
-    // After every round, and when storage has been mended before one.
-    connect(&m_worker, &Worker::stored, this, &Hunt::sayWhatStorageTells);
+    connect(&m_database, &Database::conditionChanged, this, &Hunt::sayWhatStorageTells);
     connect(&m_worker, &Worker::idle, this, &Hunt::sayIfRefused);
-    m_worker.startTimer(usualIntervalMinutes);
+    m_worker.startTimer();
 }
 
 QCoro::Task<> Hunt::stop() {
@@ -122,7 +120,7 @@ void Hunt::sayWhatIsMissing() {
     sayWhatStorageTells();
     if (m_saidProblem)
         return;
-    if (enabledOf(m_database.listSearches()).isEmpty())
+    if (enabledOf(m_database.watchers().listSearches()).isEmpty())
         m_output.progress(
             u"Ingen aktive overvåkere: det er ingenting å sjekke. Prøv med --demo."_s);
 }

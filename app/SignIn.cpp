@@ -5,7 +5,7 @@
 #include "airline/SessionState.h"
 #include "airline/SignInWindow.h"
 #include "airline/StandBack.h"
-#include "core/Database.h"
+#include "core/WatcherStore.h"
 #include "platform/OneShot.h"
 #include "polling/Worker.h"
 
@@ -20,11 +20,11 @@ constexpr auto waitStep = 200ms;
 } // namespace
 
 SignIn::SignIn(SignInWindow& window, SessionState& session, StandBack& standBack,
-               Database& database, LegFetcher& fetcher, Worker& worker, Clock& clock)
+               WatcherStore& watchers, LegFetcher& fetcher, Worker& worker, Clock& clock)
     : m_window(window)
     , m_session(session)
     , m_standBack(standBack)
-    , m_database(database)
+    , m_watchers(watchers)
     , m_fetcher(fetcher)
     , m_worker(worker)
     , m_clock(clock) {
@@ -58,7 +58,7 @@ QCoro::Task<> SignIn::confirm() {
         // Whoever has just signed in wants to know whether it works.
         m_standBack.lift();
         bool isDecided = false;
-        if (!enabledOf(m_database.listSearches()).isEmpty()) {
+        if (!enabledOf(m_watchers.listSearches()).isEmpty()) {
             const SASLoginStatus before = m_session.loginStatus();
             co_await m_worker.pollOnce();
             if (!self)

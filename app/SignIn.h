@@ -5,11 +5,11 @@
 #include <QObject>
 
 class Clock;
-class Database;
 class LegFetcher;
 class SessionState;
 class SignInWindow;
 class StandBack;
+class WatcherStore;
 class Worker;
 
 /// What happens when the user has finished with the sign-in window: the session is confirmed or
@@ -18,8 +18,8 @@ class SignIn : public QObject {
     Q_OBJECT
 public:
     /// All must outlive this object.
-    SignIn(SignInWindow& window, SessionState& session, StandBack& standBack, Database& database,
-           LegFetcher& fetcher, Worker& worker, Clock& clock);
+    SignIn(SignInWindow& window, SessionState& session, StandBack& standBack,
+           WatcherStore& watchers, LegFetcher& fetcher, Worker& worker, Clock& clock);
 
     /// Opens the window; the answer comes when the user has finished and is whether lookups work.
     QCoro::Task<bool> run();
@@ -40,7 +40,7 @@ private:
     SignInWindow& m_window;
     SessionState& m_session;
     StandBack& m_standBack;
-    Database& m_database;
+    WatcherStore& m_watchers;
     LegFetcher& m_fetcher;
     Worker& m_worker;
     Clock& m_clock;

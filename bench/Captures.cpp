@@ -89,7 +89,7 @@ QList<Result> measureCaptures() {
     Keychain keychain(secrets);
     const QTemporaryDir folder;
     Database database(folder.path(), clock);
-    CookieVault vault(view->cookies(), keychain, database, clock, site);
+    CookieVault vault(view->cookies(), keychain, database.safekeeping(), clock, site);
     SessionState state;
     SingleSignOn singleSignOn({*view, clock, state, capture, vault, navHosts, site});
     const double signIn = secondsOf(clock, [&] {

@@ -65,7 +65,7 @@ public:
         const FareKey key{
             date, {from.code, to.code}, u"SK%1,SK%2"_s.arg(900 + number).arg(1400 + number)};
         if (number % 8 == 0) {
-            m_world.database.recordSoldOut(
+            m_world.database.offers().recordSoldOut(
                 {0, 1, key, {Cabin::business}, key.route.text() + u' ' + key.flights, foundAt});
             return;
         }
@@ -83,7 +83,7 @@ public:
         m.points = 50000 + number % 13 * 2500;
         m.bookingURL = u"https://www.sas.no/book/flights/?search=OW_"_s + m.route().text();
         m.foundAt = foundAt;
-        m_world.database.recordMatch(m);
+        m_world.database.offers().recordMatch(m);
     }
 
     double group() {
@@ -121,7 +121,7 @@ public:
         for (Match& offer : first) {
             offer.key.flights += QString::number(++m_news);
             offer.foundAt = m_world.clock.now();
-            m_world.database.recordMatch(offer);
+            m_world.database.offers().recordMatch(offer);
         }
         return reload();
     }
@@ -138,7 +138,7 @@ public:
 private:
     AppWorld m_world;
     FakeDesktop m_desktop;
-    HitsPage m_page{m_world.state, m_world.database, m_desktop, m_world.clock, Site{}};
+    HitsPage m_page{m_world.state, m_world.database.offers(), m_desktop, m_world.clock, Site{}};
     int m_news = 0;
     QList<Airports::Airport> m_destinations;
 };

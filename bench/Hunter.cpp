@@ -48,9 +48,9 @@ Hunter::Hunter(const QString& folder, const standin::StandIn& airline, const Beg
     , view(makeView(clock, beginning))
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , notifications(QDBusConnection::sessionBus())
-    , community(database, network, clock, site, Community::builtInBaseAddress()) {
+    , community(database.settings(), network, clock, site, Community::builtInBaseAddress()) {
     QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
-    QObject::connect(&worker, &Worker::stored, &worker, [this] { database.keepDailyCopy(); });
+    QObject::connect(&worker, &Worker::idle, &worker, [this] { database.keepDailyCopy(); });
     notifier.requestPermission();
     notifier.tellRest();
     const auto cookies = ended(view->cookies().all());
@@ -71,7 +71,7 @@ void Hunter::watch(QDate first, int days) {
     search.cabins = {Cabin::economy, Cabin::premeco, Cabin::business};
     search.dateFrom = first;
     search.dateTo = first.addDays(days - 1);
-    database.addSearch(search);
+    database.watchers().addSearch(search);
 }
 
 QString legKey(QDate date) {

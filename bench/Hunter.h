@@ -76,10 +76,10 @@ struct Hunter {
     Keychain keychain{secrets};
     Notifier notifier{database, notifications, clock};
     SessionState state;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view,    clock,   database,
+    SASEngine engine{*view,    clock,   database.settings(),
                      keychain, state,   standBack,
                      capture,  session, [this] { return worker.isRunning(); }};
     Worker worker{database, engine, notifier, clock};

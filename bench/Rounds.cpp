@@ -103,7 +103,7 @@ QList<Result> measureRounds() {
         watcher.cabins = {Cabin::business, Cabin::economy};
         watcher.dateFrom = clock.today().addDays(10);
         watcher.dateTo = clock.today().addDays(10 + legs - 1);
-        database.addSearch(watcher);
+        database.watchers().addSearch(watcher);
 
         // The first round makes half of the flights known; the second is measured, with an airline
         // that answers at once.
@@ -131,7 +131,7 @@ QList<Result> measureRounds() {
         }
         best = std::min(best, (clock.ticks() - began).count());
         longestStep = std::min(longestStep, longest);
-        if (database.recentMatches(100000).size() != legs * faresPerLeg * 2)
+        if (database.offers().recentMatches(100000).size() != legs * faresPerLeg * 2)
             qFatal("not everything was stored");
     }
     return {{u"reading, matching, storing (a commit a leg) and telling %1 fares, half of them new "

@@ -25,7 +25,7 @@ void fill(AppWorld& world) {
             search.dateFrom = QDate(2027, 3, 1);
             search.dateTo = QDate(2027, 3, 31);
             search.returnDateTo = QDate(2027, 4, 30);
-            world.database.addSearch(search);
+            world.database.watchers().addSearch(search);
         }
     });
     Match match = world.addMatch();
@@ -34,7 +34,7 @@ void fill(AppWorld& world) {
             match.searchId = 1 + i % watchers;
             match.key.flights = u"SK%1"_s.arg(i);
             match.foundAt += std::chrono::seconds(1);
-            world.database.recordMatch(match);
+            world.database.offers().recordMatch(match);
         }
     });
 }
@@ -46,9 +46,9 @@ QList<Result> measureOpening() {
     fill(world);
     world.database.transaction([&world] {
         for (int i = 0; i < seenFares; ++i)
-            world.database.upsertSeen(1 + i % watchers,
-                                      {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, u"SK%1"_s.arg(i)},
-                                      {{Cabin::business}, u"OSL-EWR 2027-03-05 · SK%1"_s.arg(i)});
+            world.database.seen().upsertSeen(
+                1 + i % watchers, {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, u"SK%1"_s.arg(i)},
+                {{Cabin::business}, u"OSL-EWR 2027-03-05 · SK%1"_s.arg(i)});
     });
     const auto best = [](int times, const std::function<void()>& work) {
         qint64 shortest = std::numeric_limits<qint64>::max();
@@ -73,10 +73,12 @@ QList<Result> measureOpening() {
     double meanwhile = 0;
     int stores = 0;
     for (; !QFile::exists(copy) && stores < 10'000; ++stores)
-        meanwhile = std::max(meanwhile, best(1, [&world] { world.database.markChecked(1, 1); }));
+        meanwhile =
+            std::max(meanwhile, best(1, [&world] { world.database.watchers().markChecked(1, 1); }));
     double otherwise = 0;
     for (int i = 0; i < stores; ++i)
-        otherwise = std::max(otherwise, best(1, [&world] { world.database.markChecked(1, 1); }));
+        otherwise =
+            std::max(otherwise, best(1, [&world] { world.database.watchers().markChecked(1, 1); }));
     const QString ms = u"%1 ms"_s;
     return {{u"Database: opened and checked, 100,000 seen fares"_s, ms.arg(opening, 0, 'f', 0),
              u"< 150 ms"_s, opening < 150},
@@ -98,7 +100,7 @@ QList<Result> measureState() {
     qint64 best = std::numeric_limits<qint64>::max();
     for (int i = 0; i < repetitions; ++i) {
         // Something has changed each time, as after a round.
-        world.database.markChecked(1, i);
+        world.database.watchers().markChecked(1, i);
         QElapsedTimer timer;
         timer.start();
         world.state.reload();

@@ -90,7 +90,7 @@ QDate daysWithOffers(QDate from, int days) {
 }
 
 qsizetype soldOutRecords(Hunter& hunter) {
-    const auto matches = hunter.database.recentMatches(100'000);
+    const auto matches = hunter.database.offers().recentMatches(100'000);
     return std::count_if(matches.begin(), matches.end(), Hits::isSoldOut);
 }
 
@@ -172,7 +172,7 @@ QList<Result> measureTrouble(const Trouble& trouble) {
         qFatal("the first round found nothing");
     // Whoever may sign in by program has all that it takes.
     if (trouble.isRefusal) {
-        hunter.database.set(u"auto_login"_s, u"1"_s);
+        hunter.database.settings().set(Setting::autoLogin, true);
         ended(hunter.keychain.save(u"demo@tindra.example"_s, u"demo"_s));
         if (!ended(hunter.keychain.load()))
             qFatal("the keychain takes nothing");
@@ -269,7 +269,7 @@ double secondsToFirstLook(Scene& scene) {
     Hunter hunter(scene.folder.path(), scene.airline, [&note](WebView& view) {
         QObject::connect(&view, &WebView::navigating, &view, note);
     });
-    if (hunter.database.listSearches().isEmpty())
+    if (hunter.database.watchers().listSearches().isEmpty())
         hunter.watch(hunter.clock.today().addDays(10), 1);
     const TimePoint start = SteadyClock::now();
     const PollSummary summary = hunter.round();

@@ -76,8 +76,9 @@ public:
         const TimePoint start = SteadyClock::now();
         const auto fares = m_parser.parse(body, leg);
         const bool isStored = m_database.transaction([&] {
-            m_database.recordMatch(match, Database::Telling::isDue);
-            m_database.upsertSeen(match.searchId, match.key, {{match.cabin}, match.route().text()});
+            m_database.offers().recordMatch(match, OfferStore::Telling::isDue);
+            m_database.seen().upsertSeen(match.searchId, match.key,
+                                         {{match.cabin}, match.route().text()});
         });
         const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
         const TimePoint end = SteadyClock::now();
@@ -124,10 +125,11 @@ QList<Result> measureTelling() {
                    int(arrivals.size()), qPrintable(summary.errors.join(u' ')));
         within.append(1000 * secondsFrom(message.at, arrivals[0].at));
         fromSocket.append(1000 * secondsFrom(answeredAt(airline, date), arrivals[0].at));
-        alone.append(least.take(message.body,
-                                std::get<Match>(hunter.database.recentMatches(1).constFirst())));
+        alone.append(least.take(
+            message.body, std::get<Match>(hunter.database.offers().recentMatches(1).constFirst())));
         desktop.take(1);
-        hunter.database.deleteSearch(hunter.database.listSearches().constFirst().id);
+        hunter.database.watchers().deleteSearch(
+            hunter.database.watchers().listSearches().constFirst().id);
     }
     const double ratio = median(within) / median(alone);
     return {{u"%1 KiB answer with one new seat to its notification, against reading, a commit and "

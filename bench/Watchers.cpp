@@ -32,7 +32,7 @@ QList<Result> measureWatchers() {
             search.name = u"Overvåker %1"_s.arg(i);
             search.returnDateTo = QDate(2027, 4, 30);
         });
-    WatchersSection section(world.state, world.worker, world.database, world.clock);
+    WatchersSection section(world.state, world.worker, world.database.watchers(), world.clock);
     PageWindow page("import QtQuick\nimport Tindra.Watchers\n"
                     "Loader { id: loader; required property WatchersSectionModel section\n"
                     "active: false; sourceComponent: WatchersPage { section: loader.section } }",
@@ -47,7 +47,7 @@ QList<Result> measureWatchers() {
                              page.grab();
                          }));
         for (int id = 1; id <= watchers; ++id) {
-            world.database.markChecked(id, i);
+            world.database.watchers().markChecked(id, i);
             world.clock.advance(std::chrono::minutes(1));
         }
         followed = std::min(followed, milliseconds([&world] { world.state.reload(); }));

@@ -40,7 +40,7 @@ void fill(Database& database, const Clock& clock) {
             search.destination = places[i % places.size()];
             search.dateFrom = day(30 + i);
             search.dateTo = day(30 + i);
-            database.addSearch(search);
+            database.watchers().addSearch(search);
         }
         for (int i = 0; i < offers; ++i) {
             Match match;
@@ -55,10 +55,10 @@ void fill(Database& database, const Clock& clock) {
             match.seats = 2;
             match.points = 60000;
             match.foundAt = clock.now() - std::chrono::minutes(i);
-            database.recordMatch(match);
+            database.offers().recordMatch(match);
         }
-        database.set(u"onboarded"_s, u"1"_s);
-        database.set(u"poll_interval_min"_s, u"30"_s);
+        database.settings().set(Setting::onboarded, true);
+        database.settings().set(Setting::pollIntervalMin, 30);
     });
 }
 
@@ -140,7 +140,7 @@ qint64 mostUntilRoundEnds(const ProcessTree& tree, Database& database,
     const bool ended = QTest::qWaitFor(
         [&] {
             most = std::max(most, tree.pss().all);
-            return database.get(u"last_poll"_s) != lastRound;
+            return database.safekeeping().get(Kept::lastPoll) != lastRound;
         },
         roundLimitMs);
     if (!ended)
@@ -192,9 +192,9 @@ QList<Result> measureWindow() {
         best = std::min(best, Program(home.path(), airline).firstFrame);
 
     Database database(folder, clock, Database::Access::guest);
-    if (database.recentMatches(2 * offers).size() < offers)
+    if (database.offers().recentMatches(2 * offers).size() < offers)
         qFatal("not all offers are there");
-    const auto lastRound = database.get(u"last_poll"_s);
+    const auto lastRound = database.safekeeping().get(Kept::lastPoll);
     const Program program(home.path(), airline);
     const double mebibytes =
         static_cast<double>(mostUntilRoundEnds(program.tree(), database, lastRound)) / 1024;

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Match.h"
-#include "core/Search.h"
+#include "core/KeyValues.h"
+#include "core/OfferStore.h"
+#include "core/Safekeeping.h"
+#include "core/SeenStore.h"
+#include "core/Settings.h"
 #include "core/SqliteConnection.h"
+#include "core/WatcherStore.h"
 
-#include <QList>
-#include <QMap>
-#include <QSet>
+#include <QDate>
+#include <QObject>
 #include <QString>
 
 #include <functional>
@@ -15,23 +18,15 @@
 #include <optional>
 
 /// Everything that Tindra remembers apart from secrets: watchers, offers, what each watcher has
-/// seen, and settings. One SQLite file, main thread only.
+/// seen, settings, and what else is kept from one run to the next. One SQLite file, main thread
+/// only.
 ///
 /// No operation fails loudly: without a usable file, reads are empty and changes do nothing, and
-/// `problem` says why.
-class Database {
+/// `problem` says why. What changes is told by the signals of the stores, once and together for all
+/// changes of a turn of the event loop; a setting at once.
+class Database : public QObject {
+    Q_OBJECT
 public:
-    /// What a watcher last saw of one fare.
-    struct Seen {
-        CabinSet cabins;
-        /// Display text of the fare.
-        QString label;
-        bool operator==(const Seen&) const = default;
-    };
-
-    /// Whether the user is still to be told of a stored offer.
-    enum class Telling { isDone, isDue };
-
     enum class Access {
         /// This process has the folder to itself, apart from `guest`s.
         owner,
@@ -44,8 +39,14 @@ public:
     /// missing beside its copies. The file of a later version is left alone. `clock` must outlive
     /// the database.
     Database(const QString& folder, const Clock& clock, Access access = Access::owner);
-    ~Database();
+    ~Database() override;
     Q_DISABLE_COPY_MOVE(Database)
+
+    WatcherStore& watchers() { return m_watchers; }
+    OfferStore& offers() { return m_offers; }
+    SeenStore& seen() { return m_seen; }
+    Settings& settings() { return m_settings; }
+    Safekeeping& safekeeping() { return m_safekeeping; }
 
     /// Why nothing can be stored, or not safely, in Norwegian; absent when all is well, and again
     /// when storing has worked after a failure. That a file is damaged stays until `recover`.
@@ -72,59 +73,12 @@ public:
     /// on the disk when this returns true. Not to be nested.
     bool transaction(const std::function<void()>& work);
 
-    /// A setting; absent when it was never set.
-    std::optional<QString> get(const QString& key);
-    void set(const QString& key, const QString& value);
-    /// True when the setting is exactly "1", or is missing and `whenMissing` is true.
-    bool isOn(const QString& key, bool whenMissing);
+Q_SIGNALS:
+    /// What `problem` or `notice` say is another, or the file.
+    void conditionChanged();
 
-    /// All watchers, in ascending id.
-    QList<Search> listSearches();
-    /// Stores a new, enabled watcher; its id and state are ignored.
-    void addSearch(const Search& search);
-    /// Stores the user's edits and starts the watcher's date rotation afresh.
-    void updateSearch(const Search& search);
-    void renameSearch(qint64 id, const QString& name);
-    void toggleSearch(qint64 id);
-    /// Deletes the watcher with its offers and what it has seen.
-    void deleteSearch(qint64 id);
-    /// Deletes it likewise, but keeps all of it aside for `restoreSearch` until the next watcher is
-    /// taken or the program ends. False, and nothing changes, when it could not be done.
-    bool takeSearch(qint64 id);
-    /// Puts back what `takeSearch` took last, under the same ids, once. False when there is nothing
-    /// to put back or it could not be done.
-    bool restoreSearch();
-    /// Notes that a check of the watcher ended now and found `found` offers.
-    void markChecked(qint64 id, int found);
-
-    /// Stores an offer under a new id and returns that; 0 when it could not be stored.
-    qint64 recordMatch(const Match& match, Telling telling = Telling::isDone);
-    /// The same for the record that one has gone.
-    qint64 recordSoldOut(const SoldOut& record, Telling telling = Telling::isDone);
-    /// Offers and sold-out records of which the user is still to be told, in the order of storing.
-    QList<Hit> untold();
-    /// The user has been told of these, or need not be. False when that could not be stored.
-    bool markTold(const QList<qint64>& matches);
-    /// The newest first; those whose travel date is past are left out.
-    QList<Hit> recentMatches(int limit);
-    /// Offers that can still be booked and travelled, per watcher; community finds under -1.
-    QMap<qint64, int> activeMatchCounts();
-    void deleteMatch(qint64 id);
-    /// Forgets that others' finds were seen whose travel date is past.
-    void forgetTravelledCommunityFinds();
-    /// Forgets all offers, but not that they were seen, and keeps them aside for `restoreMatches`
-    /// until they are next taken. False when there were none or they could not be forgotten.
-    bool takeMatches();
-    /// Puts back what `takeMatches` took last, under the same ids, once; the offers of watchers
-    /// deleted meanwhile stay away. False when there is nothing or it could not be stored.
-    bool restoreMatches();
-
-    /// What the watcher has seen, by fare key.
-    QMap<FareKey, Seen> seenCabins(qint64 searchId);
-    void upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen);
-    /// The finds of others that the user has been told of.
-    QSet<OfferId> seenOfOthers();
-    void noteSeenOfOthers(const Match& find);
+protected:
+    void customEvent(QEvent* event) override;
 
 private:
     struct CopyResult {
@@ -132,6 +86,15 @@ private:
         std::optional<QString> reason;
         /// Because the database itself is broken.
         bool isDamaged = false;
+    };
+
+    /// What is to be announced, in bits.
+    enum News {
+        condition = 1,
+        watcherRows = 2,
+        offerRows = 4,
+        settingValues = 8,
+        everything = condition | watcherRows | offerRows | settingValues,
     };
 
     void open();
@@ -142,11 +105,15 @@ private:
     void endDailyCopy();
     void upgrade();
     std::optional<QString> writeCopy(const QString& file);
-    qint64 recordHit(const Hit& hit, Telling telling);
-    void putSeen(qint64 searchId, const QString& key, const QString& cabins, const QString& label);
     void refuse(const QString& problem);
+    void setProblem(const std::optional<QString>& problem);
     void noteFailure(const QString& message);
     void noteDamage(const QString& message);
+    void noteChange(std::string_view table);
+    void announceSoon(News news);
+    Transaction asTransaction() {
+        return [this](const std::function<void()>& work) { return transaction(work); };
+    }
     void cleanupMismatchedMatches();
     void cleanupDuplicateMatches();
 
@@ -154,6 +121,13 @@ private:
     const Clock& m_clock;
     Access m_access;
     SqliteConnection m_db;
+    KeyValues m_values{m_db};
+    Safekeeping m_safekeeping{m_values, asTransaction()};
+    Settings m_settings{m_values};
+    WatcherStore m_watchers{m_db, m_safekeeping, asTransaction(), m_clock};
+    OfferStore m_offers{m_db, asTransaction(), m_clock};
+    SeenStore m_seen{m_db, asTransaction(), m_clock};
+    int m_news = 0;
     std::optional<QString> m_problem;
     /// The file was opened, and took changes then.
     bool m_isOpen = false;

@@ -8,6 +8,7 @@
 #include "core/Err.h"
 #include "core/TDLog.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,8 +23,6 @@ using DatabaseFile::Condition;
 
 namespace {
 
-const QString noticeKey = u"storage_notice"_s;
-
 void noteNoCopy(const QString& reason) {
     TDLog::note(u"database: dagens kopi ble ikke tatt (%1)"_s.arg(reason));
 }
@@ -36,7 +35,11 @@ QString notReady(const QString& path) {
 
 Database::Database(const QString& folder, const Clock& clock, Access access)
     : m_folder(folder), m_clock(clock), m_access(access) {
+    m_db.setChangeHandler([this](std::string_view table) { noteChange(table); });
     open();
+    // Nobody has read anything yet.
+    m_news = 0;
+    QCoreApplication::removePostedEvents(this);
 }
 
 Database::~Database() {
@@ -55,7 +58,9 @@ void Database::open() {
     }
     if (m_access == Access::owner)
         DatabaseCopies::tidy(m_folder);
-    m_problem.reset();
+    setProblem(std::nullopt);
+    // Whatever is read now may be other than before.
+    announceSoon(everything);
     if (!isUsable())
         return;
     if (m_access == Access::guest)
@@ -137,7 +142,7 @@ bool Database::replaceDamaged() {
     TDLog::note(u"database: "_s + notice);
     // The fresh file has no table yet; upgrading makes the same one.
     m_db.execute("CREATE TABLE IF NOT EXISTS kv (key TEXT PRIMARY KEY, value TEXT NOT NULL)");
-    set(noticeKey, notice);
+    m_safekeeping.set(Kept::storageNotice, notice);
     return true;
 }
 
@@ -156,7 +161,7 @@ bool Database::copyBeforeUpgrade() {
 
 void Database::refuse(const QString& problem) {
     m_db.setErrorHandler([this](const QString& message) { noteFailure(message); });
-    m_problem = problem;
+    setProblem(problem);
     if (std::exchange(m_lastRefusal, problem) != problem)
         TDLog::note(u"database: "_s + problem);
 }
@@ -174,18 +179,19 @@ bool Database::recover() {
     }
     // Something that is really written, and gone again.
     transaction([this] {
-        set(QString(), u"1"_s);
-        m_db.change("DELETE FROM kv WHERE key = ''");
+        m_values.set(QString(), u"1"_s);
+        m_values.remove(QString());
     });
     return m_problem != before;
 }
 
 std::optional<QString> Database::notice() {
-    return get(noticeKey);
+    return m_safekeeping.get(Kept::storageNotice);
 }
 
 void Database::dismissNotice() {
-    m_db.change("DELETE FROM kv WHERE key = ?", noticeKey);
+    m_safekeeping.remove(Kept::storageNotice);
+    announceSoon(condition);
 }
 
 void Database::keepDailyCopy() {

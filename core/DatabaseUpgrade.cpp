@@ -93,8 +93,7 @@ void Database::upgrade() {
 
 /// Earlier versions could store an offer under the cities of another route.
 void Database::cleanupMismatchedMatches() {
-    const QString done = u"migr_route_city_cleanup"_s;
-    if (isOn(done, false))
+    if (m_safekeeping.isNoted(Kept::routeCityCleanup))
         return;
     struct Row {
         qint64 id;
@@ -116,16 +115,15 @@ void Database::cleanupMismatchedMatches() {
             m_db.change("DELETE FROM seen WHERE fare_key = ?", row.key);
         }
     });
-    set(done, u"1"_s);
+    m_safekeeping.note(Kept::routeCityCleanup);
 }
 
 /// Earlier versions could store the same offer several times; the newest stays.
 void Database::cleanupDuplicateMatches() {
-    const QString done = u"migr_duplicate_matches"_s;
-    if (isOn(done, false))
+    if (m_safekeeping.isNoted(Kept::duplicateCleanup))
         return;
     m_db.change("DELETE FROM matches WHERE soldout = 0 AND id NOT IN (\n"
                 "  SELECT MAX(id) FROM matches WHERE soldout = 0\n"
                 "  GROUP BY search_id, key, cabin)");
-    set(done, u"1"_s);
+    m_safekeeping.note(Kept::duplicateCleanup);
 }

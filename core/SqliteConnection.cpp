@@ -60,6 +60,7 @@ void SqliteConnection::open(const QString& path) {
     if (sqlite3_open(file.constData(), &m_db) != SQLITE_OK)
         noteError(); // and every statement on it will fail
     sqlite3_busy_timeout(m_db, busyTimeoutMs);
+    watchChanges();
 }
 
 void SqliteConnection::openReadOnly(const QString& path) {
@@ -122,6 +123,21 @@ QString SqliteConnection::version() {
 
 void SqliteConnection::setErrorHandler(std::function<void(const QString&)> handler) {
     m_onError = std::move(handler);
+}
+
+void SqliteConnection::setChangeHandler(std::function<void(std::string_view)> handler) {
+    m_onChange = std::move(handler);
+}
+
+void SqliteConnection::watchChanges() {
+    const auto changed = [](void* self, int, const char* schema, const char* table, sqlite3_int64) {
+        const auto& onChange = static_cast<SqliteConnection*>(self)->m_onChange;
+        // What is only put aside is in "temp".
+        if (onChange && std::string_view(schema) == "main")
+            onChange(table);
+    };
+    if (m_db)
+        sqlite3_update_hook(m_db, changed, this);
 }
 
 void SqliteConnection::noteError() {

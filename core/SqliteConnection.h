@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <string_view>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -69,6 +70,10 @@ public:
     static QString version();
     /// Called with that after every failure; none at first.
     void setErrorHandler(std::function<void(const QString&)> handler);
+    /// Called with the table of every row that this connection adds, changes or removes; none at
+    /// first. It is within the statement, so it may ask for nothing here. A `DELETE` without
+    /// `WHERE` removes no single rows, and is not told.
+    void setChangeHandler(std::function<void(std::string_view table)> handler);
 
 private:
     class Statement {
@@ -97,7 +102,9 @@ private:
     }
     int changes() const;
     void noteError();
+    void watchChanges();
 
     sqlite3* m_db = nullptr;
     std::function<void(const QString&)> m_onError;
+    std::function<void(std::string_view)> m_onChange;
 };

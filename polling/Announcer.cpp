@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "polling/Announcer.h"
 
+#include "core/Database.h"
 #include "polling/Notifier.h"
 
 Announcer::Announcer(Database& database, Notifier& notifier)
     : m_database(database), m_notifier(notifier) {}
 
 bool Announcer::store(qint64 watcher, QList<FareNews>& news) {
-    constexpr auto isDue = Database::Telling::isDue;
+    constexpr auto isDue = OfferStore::Telling::isDue;
     return m_database.transaction([&] {
         for (FareNews& one : news) {
             for (Match& match : one.found)
-                match.id = m_database.recordMatch(match, isDue);
+                match.id = m_database.offers().recordMatch(match, isDue);
             if (one.soldOut)
-                one.soldOut->id = m_database.recordSoldOut(*one.soldOut, isDue);
+                one.soldOut->id = m_database.offers().recordSoldOut(*one.soldOut, isDue);
             if (one.seen)
-                m_database.upsertSeen(watcher, one.key, *one.seen);
+                m_database.seen().upsertSeen(watcher, one.key, *one.seen);
         }
     });
 }

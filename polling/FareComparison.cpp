@@ -32,7 +32,7 @@ QString labelOf(const FareKey& key) {
 
 } // namespace
 
-FareComparison::FareComparison(Search watcher, QMap<FareKey, Database::Seen> seen)
+FareComparison::FareComparison(Search watcher, QMap<FareKey, SeenStore::Seen> seen)
     : m_watcher(std::move(watcher)), m_seen(std::move(seen)) {}
 
 QList<FareNews> FareComparison::compare(const Leg& leg, const QList<Fare>& fares, Instant now) {
@@ -71,7 +71,7 @@ void FareComparison::add(const Fare& fare, Instant now) {
     const bool wasSeen = before != m_seen.constEnd();
     const auto earlier = m_round.constFind(fare.key);
     const bool isRepeated = earlier != m_round.constEnd();
-    Database::Seen seen{isRepeated ? earlier->cabins : CabinSet(), labelOf(fare.key)};
+    SeenStore::Seen seen{isRepeated ? earlier->cabins : CabinSet(), labelOf(fare.key)};
     FareNews& news = newsOf(fare.key);
     for (const Cabin cabin : m_watcher.cabins) {
         const auto seats = cabins[cabin];
@@ -88,7 +88,7 @@ void FareComparison::add(const Fare& fare, Instant now) {
 }
 
 void FareComparison::addGone(const FareKey& key, Instant now) {
-    Database::Seen& before = m_seen[key];
+    SeenStore::Seen& before = m_seen[key];
     const auto round = m_round.constFind(key);
     const bool isBack = round != m_round.constEnd();
     // A cabin that the user no longer wants vanishes without a word.

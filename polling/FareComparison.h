@@ -3,7 +3,9 @@
 
 #include "airline/Fare.h"
 #include "airline/Leg.h"
-#include "core/Database.h"
+#include "core/Match.h"
+#include "core/Search.h"
+#include "core/SeenStore.h"
 
 /// What one fare means for a watcher: what is to be stored, all of it or nothing, and then said.
 struct FareNews {
@@ -13,7 +15,7 @@ struct FareNews {
     /// The record that cabins have vanished; absent when none has.
     std::optional<SoldOut> soldOut;
     /// What the watcher has seen of the fare from now on; absent when that stays as it was.
-    std::optional<Database::Seen> seen;
+    std::optional<SeenStore::Seen> seen;
 
     bool operator==(const FareNews&) const = default;
 };
@@ -23,7 +25,7 @@ struct FareNews {
 class FareComparison {
 public:
     /// `seen` is what the watcher had seen before the round.
-    FareComparison(Search watcher, QMap<FareKey, Database::Seen> seen);
+    FareComparison(Search watcher, QMap<FareKey, SeenStore::Seen> seen);
 
     /// From the next leg on the watcher asks for something else.
     void setWatcher(const Search& watcher) { m_watcher = watcher; }
@@ -42,9 +44,9 @@ private:
 
     Search m_watcher;
     /// Before the round.
-    QMap<FareKey, Database::Seen> m_seen;
+    QMap<FareKey, SeenStore::Seen> m_seen;
     /// What is seen of the fares that satisfied in this round.
-    QHash<FareKey, Database::Seen> m_round;
+    QHash<FareKey, SeenStore::Seen> m_round;
     /// Of the leg that is compared, in its order, with each key's place.
     QList<FareNews> m_news;
     QHash<FareKey, qsizetype> m_places;

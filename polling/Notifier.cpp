@@ -45,17 +45,17 @@ public:
 private:
     CabinSet of(qint64 watcher, const FareKey& key) {
         if (!m_seen.contains(watcher))
-            m_seen.insert(watcher, m_database.seenCabins(watcher));
+            m_seen.insert(watcher, m_database.seen().seenCabins(watcher));
         return m_seen[watcher].value(key).cabins;
     }
     const QSet<OfferId>& ofOthers() {
         if (!m_ofOthers)
-            m_ofOthers = m_database.seenOfOthers();
+            m_ofOthers = m_database.seen().seenOfOthers();
         return *m_ofOthers;
     }
 
     Database& m_database;
-    QHash<qint64, QMap<FareKey, Database::Seen>> m_seen;
+    QHash<qint64, QMap<FareKey, SeenStore::Seen>> m_seen;
     std::optional<QSet<OfferId>> m_ofOthers;
 };
 
@@ -82,7 +82,7 @@ void Notifier::notifyNewFare(const Match& match) {
 }
 
 void Notifier::notifySoldOut(const SoldOut& record) {
-    if (!m_database.isOn(u"notify_soldout"_s, true)) {
+    if (!m_database.settings().isOn(Setting::notifySoldOut)) {
         told(record.id);
         return;
     }
@@ -111,7 +111,7 @@ void Notifier::notifySignedOut(SignOut how) {
 }
 
 bool Notifier::canPost() const {
-    return m_database.isOn(u"native_notify"_s, true) && m_center.isAvailable();
+    return m_database.settings().isOn(Setting::nativeNotify) && m_center.isAvailable();
 }
 
 void Notifier::post(const QString& title, const QString& body) {
@@ -125,7 +125,7 @@ void Notifier::postOffer(const QString& title, const QString& body, const Match&
 
 void Notifier::hand(const Notification& notification, qint64 match,
                     const std::optional<OfferId>& offer) {
-    if (!m_database.isOn(u"native_notify"_s, true)) {
+    if (!m_database.settings().isOn(Setting::nativeNotify)) {
         told(match);
         return;
     }
@@ -155,7 +155,7 @@ void Notifier::told(qint64 match) {
 /// What cannot be stored is tried again with the next one.
 void Notifier::markTold() {
     m_isMarking = false;
-    if (!m_told.isEmpty() && m_database.markTold(m_told))
+    if (!m_told.isEmpty() && m_database.offers().markTold(m_told))
         m_told.clear();
     endSettling();
 }
@@ -179,7 +179,7 @@ void Notifier::endSettling() {
 void Notifier::tellRest() {
     const Instant oldest = m_clock.now() - repeatWindow;
     LastSeen seen(m_database);
-    for (const Hit& hit : m_database.untold()) {
+    for (const Hit& hit : m_database.offers().untold()) {
         std::visit(
             [&](const auto& one) {
                 if (m_underWay.contains(one.id) || m_told.contains(one.id))

@@ -23,19 +23,10 @@ using Kind = Outcome::Kind;
 
 constexpr auto revivalPause = 1800s;
 constexpr auto resumePatience = 30min;
-constexpr double shortestIntervalMinutes = 1.0;
-/// A week: a setting beyond that is a slip of the pen.
-constexpr double longestIntervalMinutes = 7 * 24 * 60;
 constexpr double jitter = 0.1;
-const QString lastPollKey = u"last_poll"_s;
-const QString resumeKey = u"resume_round"_s;
 
 /// News stored and announced before everything else gets its turn: a few milliseconds' worth.
 constexpr qsizetype newsPerStep = 60;
-
-QString cursorKey(qint64 watcher) {
-    return u"lookup_cursor_%1"_s.arg(watcher);
-}
 
 QString ofWatcher(const Search& watcher, const QString& message) {
     return u"søk %1: %2"_s.arg(QString::number(watcher.id), message);
@@ -63,7 +54,7 @@ Worker::Worker(Database& database, LegFetcher& fetcher, Notifier& notifier, Cloc
     , m_clock(clock)
     , m_announcer(database, notifier)
     , m_pause(clock) {
-    m_resume = Resume::fromText(database.get(resumeKey).value_or(QString()));
+    m_resume = Resume::fromText(database.safekeeping().get(Kept::resumeRound).value_or(QString()));
     connect(&m_announcer, &Announcer::matchFound, this, &Worker::matchFound);
     connect(&m_announcer, &Announcer::soldOut, this, &Worker::soldOut);
 }
@@ -76,13 +67,6 @@ void Worker::startTimer(double intervalMinutes) {
 void Worker::stopTimer() {
     ++m_loopNumber;
     m_pause.interrupt();
-}
-
-double Worker::intervalMinutes(const std::optional<QString>& stored, double otherwise) {
-    bool isNumber = false;
-    const double minutes = stored.value_or(QString()).toDouble(&isNumber);
-    return std::clamp(isNumber && std::isfinite(minutes) ? minutes : otherwise,
-                      shortestIntervalMinutes, longestIntervalMinutes);
 }
 
 std::chrono::milliseconds Worker::jittered(std::chrono::milliseconds interval, double chance) {
@@ -105,8 +89,7 @@ QCoro::Task<> Worker::loop(double intervalMinutes) {
 }
 
 std::chrono::milliseconds Worker::untilNextRound(double intervalMinutes) const {
-    const double minutes =
-        Worker::intervalMinutes(m_database.get(u"poll_interval_min"_s), intervalMinutes);
+    const double minutes = m_database.settings().number(Setting::pollIntervalMin, intervalMinutes);
     const auto interval = jittered(std::chrono::duration_cast<std::chrono::milliseconds>(
                                        std::chrono::duration<double, std::ratio<60>>(minutes)),
                                    QRandomGenerator::global()->generateDouble());
@@ -138,8 +121,7 @@ QCoro::Task<PollSummary> Worker::pollOnce() {
         co_return summary;
     const QPointer self(this);
     // Whether there is a round or not, storage has to work.
-    if (m_database.recover())
-        Q_EMIT stored();
+    m_database.recover();
     bool mayLook = !m_fetcher.refusedUntil();
     if (mayLook)
         mayLook = co_await revive();
@@ -196,7 +178,6 @@ QCoro::Task<PollSummary> Worker::round() {
     if (!watcher) {
         m_isRunning = false;
         setStatus({});
-        Q_EMIT stored();
         co_return round.summary;
     }
     while (watcher && !round.isCut) {
@@ -210,13 +191,12 @@ QCoro::Task<PollSummary> Worker::round() {
         setResume(std::nullopt);
     m_fetcher.rest();
     m_progress = {m_progress.total, m_progress.total};
-    m_database.set(
-        lastPollKey,
+    m_database.safekeeping().set(
+        Kept::lastPoll,
         QString::fromUtf8(QJsonDocument(round.summary.toJson()).toJson(QJsonDocument::Compact)));
     m_isRunning = false;
     setStatus({});
     Q_EMIT roundEnded(round.summary);
-    Q_EMIT stored();
     co_return round.summary;
 }
 
@@ -242,8 +222,9 @@ void Worker::setResume(const std::optional<Resume>& resume) {
     // Only a site that refuses is worth remembering for: others do not come back to the same leg.
     const bool isKept = resume && !resume->end;
     const QString text = isKept ? resume->toText() : QString();
-    if (m_database.get(resumeKey).value_or(QString()) != text)
-        m_database.set(resumeKey, text);
+    Safekeeping& kept = m_database.safekeeping();
+    if (kept.get(Kept::resumeRound).value_or(QString()) != text)
+        kept.set(Kept::resumeRound, text);
 }
 
 void Worker::forgetOldCut() {
@@ -282,7 +263,7 @@ std::optional<Worker::Visit> Worker::visit(const Search& watcher, Round& round) 
     } catch (const Err& error) {
         ++round.summary.searches;
         round.summary.errors.append(ofWatcher(watcher, error.message));
-        m_database.markChecked(watcher.id, 0);
+        m_database.watchers().markChecked(watcher.id, 0);
         return std::nullopt;
     }
     // All its dates have passed, which its card says.
@@ -290,7 +271,7 @@ std::optional<Worker::Visit> Worker::visit(const Search& watcher, Round& round) 
         return std::nullopt;
     Visit visit{watcher,
                 Turn(std::move(legs), storedCursor(watcher.id)),
-                FareComparison(watcher, m_database.seenCabins(watcher.id)),
+                FareComparison(watcher, m_database.seen().seenCabins(watcher.id)),
                 {}};
     if (m_resume && m_resume->watcher == watcher.id && m_resume->leg)
         visit.turn.beginAt(*m_resume->leg);
@@ -428,7 +409,7 @@ void Worker::endVisit(const Visit& visit, Round& round) {
     if (!hasAnswers && !trouble)
         return;
     round.summary.matches += visit.comparison.satisfied();
-    m_database.markChecked(visit.watcher.id, visit.comparison.satisfied());
+    m_database.watchers().markChecked(visit.watcher.id, visit.comparison.satisfied());
     if (!trouble)
         return;
     const auto gaps = visit.tally.gaps(visit.turn.size(), *trouble);
@@ -437,12 +418,13 @@ void Worker::endVisit(const Visit& visit, Round& round) {
 }
 
 qint64 Worker::storedCursor(qint64 watcher) {
-    return m_database.get(cursorKey(watcher)).value_or(QString()).toLongLong();
+    const auto cursor = m_database.safekeeping().get(Kept::lookupCursor(watcher));
+    return cursor.value_or(QString()).toLongLong();
 }
 
 void Worker::storeCursor(qint64 watcher, const Turn& turn) {
     if (const auto cursor = turn.cursor())
-        m_database.set(cursorKey(watcher), QString::number(*cursor));
+        m_database.safekeeping().set(Kept::lookupCursor(watcher), QString::number(*cursor));
 }
 
 LegFetcher::Progress Worker::progressOf(const Search& watcher) {
@@ -479,7 +461,7 @@ void Worker::showSize(const Turn& turn) {
 }
 
 QList<Search> Worker::activeWatchers() {
-    return enabledOf(m_database.listSearches());
+    return enabledOf(m_database.watchers().listSearches());
 }
 
 std::optional<Search> Worker::activeWatcher(qint64 id) {
@@ -494,7 +476,7 @@ void Worker::setStatus(const QString& text) {
     Q_EMIT changed();
 }
 
-std::optional<PollSummary> Worker::loadSummary(Database& database) {
-    const auto text = database.get(lastPollKey);
+std::optional<PollSummary> Worker::loadSummary(const Safekeeping& kept) {
+    const auto text = kept.get(Kept::lastPoll);
     return text ? PollSummary::fromJson(*text) : std::nullopt;
 }

@@ -58,10 +58,7 @@ public:
 
     /// Starts the loop afresh: a round at once, then one whenever the interval has passed. The
     /// setting `poll_interval_min` goes before `intervalMinutes`.
-    void startTimer(double intervalMinutes);
-    /// The minutes between rounds: the setting as stored, or `otherwise` where that is no number;
-    /// from one minute to a week.
-    static double intervalMinutes(const std::optional<QString>& stored, double otherwise);
+    void startTimer(double intervalMinutes = Setting::pollIntervalMin.usual);
     /// Ends the loop; a round in progress goes on.
     void stopTimer();
 
@@ -81,7 +78,7 @@ public:
     void forgetRevivalAttempt() { m_lastRevivalAttempt.reset(); }
 
     /// The summary of the last round that was stored; absent when there is none.
-    static std::optional<PollSummary> loadSummary(Database& database);
+    static std::optional<PollSummary> loadSummary(const Safekeeping& kept);
 
 Q_SIGNALS:
     /// One of the properties above has changed.

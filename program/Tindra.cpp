@@ -22,7 +22,7 @@ std::unique_ptr<Demo> startDemo(const CommandLine& line, const Folders& folders,
         throw Err{*problem};
     const bool signsIn = line.command == CommandLine::Command::signIn;
     auto demo = std::make_unique<Demo>(folders.data(), signsIn, clock);
-    Demo::seedWatchers(database, clock.today());
+    Demo::seedWatchers(database.watchers(), clock.today());
     return demo;
 }
 
@@ -75,7 +75,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
     , window(*view, {SignInWindow::title(), SignInWindow::instruction(), SignInWindow::button()})
     , secrets(openSecrets(line, clock))
     , notifications(QDBusConnection::sessionBus())
-    , community(database, network, clock, site, communityBase(demo.get())) {
+    , community(database.settings(), network, clock, site, communityBase(demo.get())) {
     QObject::connect(secrets.get(), &SecretStore::unavailable, sayAndNote);
     QObject::connect(&notifications, &NotificationCenter::unavailable, sayAndNote);
     QObject::connect(&state, &SessionState::signedOut, &notifier, &Notifier::notifySignedOut);
@@ -85,7 +85,7 @@ Tindra::Tindra(const CommandLine& itsLine, const Folders& itsFolders, Clock& its
     notifier.requestPermission();
     // With a service of their own choice, people are among real hunters.
     if (demo && communityBase(demo.get()) == demo->community()) {
-        hunters = std::make_unique<DemoHunters>(community, database, clock, site);
+        hunters = std::make_unique<DemoHunters>(community, database.watchers(), clock, site);
         hunters->start();
     }
 }

@@ -55,10 +55,10 @@ struct Tindra {
     Keychain keychain{*secrets};
     Notifier notifier{database, notifications, clock};
     SessionState state;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     Capture capture{*view, clock, site};
     LiveSession session{*view, window, clock, database, keychain, state, standBack, capture, site};
-    SASEngine engine{*view,    clock,   database,
+    SASEngine engine{*view,    clock,   database.settings(),
                      keychain, state,   standBack,
                      capture,  session, [this] { return worker.isRunning(); }};
     Worker worker{database, engine, notifier, clock};
@@ -67,6 +67,6 @@ struct Tindra {
     OthersFinds finds{database, community, notifier, clock};
     AppState appState{database, worker, finds, clock};
     Sharing sharing{worker, community, finds, clock};
-    SignIn signIn{session.window(), state, standBack, database, engine, worker, clock};
+    SignIn signIn{session.window(), state, standBack, database.watchers(), engine, worker, clock};
     std::unique_ptr<DemoHunters> hunters;
 };

@@ -14,8 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double usualIntervalMinutes = 10;
-
 QIcon applicationIcon() {
     return QIcon(u":/icons/tindra.svg"_s);
 }
@@ -35,17 +33,17 @@ WindowProgram::WindowProgram(Tindra& tindra)
     , m_login(tindra.state, tindra.standBack,
               {[this] { openLogin(); }, [this] { m_tindra.tryNow(); }})
     , m_form(tindra.appState, tindra.clock)
-    , m_watchers(tindra.appState, tindra.worker, tindra.database, tindra.clock)
-    , m_hits(tindra.appState, tindra.database, m_desktop, tindra.clock, tindra.site)
+    , m_watchers(tindra.appState, tindra.worker, tindra.database.watchers(), tindra.clock)
+    , m_hits(tindra.appState, tindra.database.offers(), m_desktop, tindra.clock, tindra.site)
     , m_details(tindra.keychain, *tindra.secrets)
     , m_about(m_desktop, aboutSources())
-    , m_settings(tindra.appState, tindra.database, tindra.engine, tindra.notifier,
+    , m_settings(tindra.appState, tindra.database.settings(), tindra.engine, tindra.notifier,
                  tindra.line.demo ? nullptr : &m_autostart, m_login, m_details, m_about)
     , m_onboarding(tindra.appState, m_login, tindra.clock)
     , m_dashboard(tindra.appState, m_login)
     , m_panel(tindra.appState, tindra.worker, m_login, m_desktop, tindra.site)
     , m_root(tindra.appState, tindra.engine, tindra.line.demo)
-    , m_life(m_tray, m_panel, tindra.notifier, tindra.database,
+    , m_life(m_tray, m_panel, tindra.notifier, tindra.database.safekeeping(),
              QDBusConnection::sessionBus().isConnected() ? LifeCycle::SecondStart::reaches
                                                          : LifeCycle::SecondStart::isLost)
     , m_window((setUpEngine(m_engine, m_theme), m_engine), m_life, m_theme, content())
@@ -67,7 +65,7 @@ void WindowProgram::start() {
             &LifeCycle::showWindow);
     m_tray.show();
     m_life.start(m_tindra.line.hidden);
-    m_tindra.worker.startTimer(usualIntervalMinutes);
+    m_tindra.worker.startTimer();
     m_root.start();
 }
 

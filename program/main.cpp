@@ -41,9 +41,7 @@ std::unique_ptr<PassedCommands> passedCommands(Tindra& tindra,
     return std::make_unique<PassedCommands>(
         [&tindra](bool json, const Hunt::Output& output) { return tindra.makeHunt(json, output); },
         [&tindra](const DataCommand& command) {
-            const CommandAnswer answer = run(command, {tindra.database, tindra.clock, tindra.site});
-            tindra.appState.reload();
-            return answer;
+            return run(command, {tindra.database, tindra.clock, tindra.site});
         },
         std::move(showWindow), tindra.signIn, tindra.worker, tindra.clock);
 }
@@ -154,7 +152,7 @@ int runData(const CommandLine& line, const Folders& folders, Instance& instance)
     Database database(folders.data(), clock,
                       instance.isFirst() ? Database::Access::owner : Database::Access::guest);
     if (line.demo && instance.isFirst())
-        Demo::seedWatchers(database, clock.today());
+        Demo::seedWatchers(database.watchers(), clock.today());
     return print(
         run(*line.data,
             {database, clock, Site::fromEnvironment(QProcessEnvironment::systemEnvironment())}));

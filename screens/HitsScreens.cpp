@@ -13,7 +13,7 @@ namespace {
 struct World {
     AppWorld app;
     FakeDesktop desktop;
-    HitsPage page{app.state, app.database, desktop, app.clock, Site{}};
+    HitsPage page{app.state, app.database.offers(), desktop, app.clock, Site{}};
     int number = 0;
 
     World() {
@@ -39,17 +39,18 @@ struct World {
         m.foundAt = app.clock.now() - Ticks(hoursAgo * 3600);
         if (change)
             change(m);
-        app.database.recordMatch(m);
+        app.database.offers().recordMatch(m);
     }
     void addGone(const QString& route, double hoursAgo) {
         const FareKey key{QDate(2027, 3, 1).addDays(++number), Route::fromText(route),
                           u"SK%1"_s.arg(900 + number)};
-        app.database.recordSoldOut({0,
-                                    1,
-                                    key,
-                                    {Cabin::business},
-                                    u"%1 %2 · %3"_s.arg(route, DateFmt::iso(key.date), key.flights),
-                                    app.clock.now() - Ticks(hoursAgo * 3600)});
+        app.database.offers().recordSoldOut(
+            {0,
+             1,
+             key,
+             {Cabin::business},
+             u"%1 %2 · %3"_s.arg(route, DateFmt::iso(key.date), key.flights),
+             app.clock.now() - Ticks(hoursAgo * 3600)});
     }
 };
 
@@ -105,7 +106,7 @@ const Screen narrow(u"hits-narrow"_s, QSize(660, 600), [](Shot& shot) {
 });
 const Screen cheapest(u"hits-cheapest"_s, QSize(1120, 880), [](Shot& shot) {
     World& world = filled(shot);
-    world.page.setSortOrder(2);
+    world.page.filter()->setSortOrder(2);
     world.page.toggle(u"Bangkok|København"_s);
     show(shot, world);
     for (const Qt::Key key : {Qt::Key_End, Qt::Key_Up})
@@ -123,7 +124,7 @@ const Screen empty(u"hits-empty"_s, [](Shot& shot) { show(shot, shot.make<World>
 const Screen hidden(u"hits-filtered"_s, QSize(1120, 880), [](Shot& shot) {
     World& world = filled(shot);
     world.app.addWatcher(u"LHR"_s, [](Search& s) { s.name = QString(5000, u'Å'); });
-    world.page.setWatcherIndex(3);
+    world.page.filter()->setWatcherIndex(3);
     show(shot, world);
 });
 const Screen asked(u"hits-confirm"_s, QSize(880, 600), [](Shot& shot) {

@@ -10,7 +10,7 @@ namespace {
 
 struct World : AppWorld {
     SessionState session;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     SessionModel login{session, standBack, {[] {}, [] {}}};
     OnboardingView view{state, login, clock};
 };

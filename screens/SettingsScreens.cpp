@@ -20,7 +20,7 @@ SettingsWorld& open(Shot& shot, const std::function<void(SettingsWorld&)>& build
 
 void signedIn(SettingsWorld& world) {
     world.storeDetails(u"EBN 601 234 567"_s, u"hemmelig"_s);
-    world.database.set(u"auto_login"_s, u"1"_s);
+    world.database.settings().set(Setting::autoLogin, true);
     world.session.setLoginStatus(SASLoginStatus::loggedIn(world.clock.now()));
 }
 
@@ -44,7 +44,7 @@ const Screen editing(u"settings-editing"_s, {1120, 880}, [](Shot& shot) {
 const Screen checking(u"settings-checking"_s, {1120, 880}, [](Shot& shot) {
     open(shot, [](SettingsWorld& world) {
         world.session.setLoginStatus(SASLoginStatus::checking());
-        world.database.set(u"native_notify"_s, u"0"_s);
+        world.database.settings().set(Setting::nativeNotify, false);
         world.state.setNotifyOn(false);
         world.state.setPollIntervalMin(15);
     });

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 struct World : AppWorld {
-    WatchersSection section{state, worker, database, clock};
+    WatchersSection section{state, worker, database.watchers(), clock};
 
     void add(const QString& name, const QString& origin, const QString& destination,
              const std::function<void(Search&)>& change = {}) {
@@ -23,7 +23,7 @@ struct World : AppWorld {
             if (change)
                 change(search);
         });
-        database.markChecked(stored.id, 1);
+        database.watchers().markChecked(stored.id, 1);
     }
     void addPast() {
         add(u"Jul i Bangkok"_s, u"OSL"_s, u"BKK"_s, [](Search& search) {
@@ -50,7 +50,7 @@ struct World : AppWorld {
         });
         addHits(1, 7);
         addHits(2, 11);
-        database.toggleSearch(3);
+        database.watchers().toggleSearch(3);
         state.reload();
         clock.advance(9min);
     }
@@ -63,7 +63,8 @@ struct World : AppWorld {
         summary.newAlerts = alerts;
         summary.soldOut = soldOut;
         summary.errors = errors;
-        database.set(u"last_poll"_s, QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
+        database.safekeeping().set(Kept::lastPoll,
+                                   QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
         state.reload();
     }
     /// A round that stands at `lookup`.
@@ -149,7 +150,7 @@ const Screen past(u"watchers-past"_s, {880, 600}, [](Shot& shot) {
         world.addPast();
         world.add(u"Asia i business"_s, u"CPH"_s, u"BKK,HND,NRT,SIN,PVG"_s);
         world.addPast();
-        world.database.toggleSearch(3);
+        world.database.watchers().toggleSearch(3);
         world.state.reload();
     });
 });

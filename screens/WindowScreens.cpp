@@ -27,9 +27,9 @@ void addWatcher(WindowWorld& world, const QString& name, const QString& origin,
         search.returnDateTo = QDate(2027, 4, 10);
     });
     if (isOn)
-        world.database.markChecked(stored.id, 1);
+        world.database.watchers().markChecked(stored.id, 1);
     else
-        world.database.toggleSearch(stored.id);
+        world.database.watchers().toggleSearch(stored.id);
 }
 
 void addOffer(WindowWorld& world, const QString& route, const QString& cities, int day,
@@ -100,8 +100,8 @@ const Screen demo(u"window-demo"_s, {880, 600}, [](Shot& shot) { show(shot, hunt
 
 const Screen notice(u"window-notice"_s, {880, 600}, [](Shot& shot) {
     show(shot, [](WindowWorld& world) {
-        world.database.set(
-            u"storage_notice"_s,
+        world.database.safekeeping().set(
+            Kept::storageNotice,
             u"Databasen var skadet, og er satt til side som tindra-damaged-20270115.sqlite. "
             "Kopien tindra-daily-20270114.sqlite er tatt i bruk. Det som er kommet "
             "til siden den ble tatt, mangler."_s);
@@ -115,8 +115,7 @@ const Screen full(u"window-full-disk"_s, {880, 600}, [](Shot& shot) {
             hunting(world);
             runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
                                     "BEGIN SELECT RAISE(ABORT, 'disken er full'); END");
-            world.database.set(u"x"_s, u"1"_s);
-            world.state.reload();
+            world.database.safekeeping().note(Kept::toldBackground);
         },
         true)
         .root.select(RootView::Settings);
@@ -149,7 +148,7 @@ const Screen asking(u"window-closing"_s, {880, 600}, [](Shot& shot) {
 
 const Screen unheard(u"window-closing-unheard"_s, {880, 600}, [](Shot& shot) {
     auto& world = show(shot, hunting);
-    world.database.set(u"native_notify"_s, u"0"_s);
+    world.database.settings().set(Setting::nativeNotify, false);
     world.life.closeWindow();
 });
 
@@ -157,8 +156,8 @@ const Screen noWayBack(u"window-closing-for-good"_s, {880, 600}, [](Shot& shot) 
     auto& world = shot.make<WindowWorld>();
     hunting(world);
     world.tray.isThere = false;
-    auto& life = shot.make<LifeCycle>(world.tray, world.panel, world.notifier, world.database,
-                                      LifeCycle::SecondStart::isLost);
+    auto& life = shot.make<LifeCycle>(world.tray, world.panel, world.notifier,
+                                      world.database.safekeeping(), LifeCycle::SecondStart::isLost);
     auto content = world.content();
     content[u"life"_s] = QVariant::fromValue(&life);
     shot.show(u"Tindra.Window"_s, u"MainContent"_s, content);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sharing/Community.h"
 
-#include "core/Database.h"
+#include "core/Settings.h"
 #include "sharing/CommunityFind.h"
 
 #include <QJsonArray>
@@ -31,9 +31,9 @@ QUrl address(QUrl base, const QString& path) {
 
 } // namespace
 
-Community::Community(Database& database, HttpSession& session, Clock& clock, Site site,
+Community::Community(const Settings& settings, HttpSession& session, Clock& clock, Site site,
                      QString builtInBase)
-    : m_database(database)
+    : m_settings(settings)
     , m_session(session)
     , m_clock(clock)
     , m_site(std::move(site))
@@ -44,13 +44,13 @@ QString Community::builtInBaseAddress() {
 }
 
 bool Community::isSharing() const {
-    return m_database.isOn(u"share_hits"_s, true);
+    return m_settings.isOn(Setting::shareHits);
 }
 
 /// Absent when the address makes no sense or is a reserved one that leads nowhere; then nothing is
 /// sent.
 std::optional<QUrl> Community::base() const {
-    const QUrl url(m_database.get(u"community_url"_s).value_or(m_builtInBase).trimmed(),
+    const QUrl url(m_settings.text(Setting::communityUrl).value_or(m_builtInBase).trimmed(),
                    QUrl::StrictMode);
     const bool isHttp = url.scheme() == u"https" || url.scheme() == u"http";
     const bool leadsNowhere = url.host().isEmpty() || url.host().endsWith(u".invalid");

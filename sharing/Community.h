@@ -10,7 +10,7 @@
 #include <QStringList>
 
 class Clock;
-class Database;
+class Settings;
 
 /// What others have found, as far as they have told.
 struct FoundByOthers {
@@ -31,7 +31,7 @@ class Community : public QObject {
 public:
     /// `builtInBase` is the base address while `community_url` is missing, `site` is where offers
     /// can be booked. All must outlive the object.
-    Community(Database& database, HttpSession& session, Clock& clock, Site site,
+    Community(const Settings& settings, HttpSession& session, Clock& clock, Site site,
               QString builtInBase = builtInBaseAddress());
 
     /// The build's own; under ".invalid", where nothing can answer, unless it was configured.
@@ -55,7 +55,7 @@ public:
 private:
     QCoro::Task<> post(QString path, QJsonObject body, QUrl base);
 
-    Database& m_database;
+    const Settings& m_settings;
     HttpSession& m_session;
     Clock& m_clock;
     Site m_site;

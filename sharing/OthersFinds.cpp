@@ -60,19 +60,19 @@ QCoro::Task<QList<Match>> concerning(QList<Match> hits, QList<Search> watchers) 
 
 OthersFinds::OthersFinds(Database& database, Community& community, Notifier& notifier, Clock& clock)
     : m_database(database), m_community(community), m_notifier(notifier), m_clock(clock) {
-    database.forgetTravelledCommunityFinds();
+    database.seen().forgetTravelledCommunityFinds();
 }
 
 QCoro::Task<> OthersFinds::refresh() {
     const QPointer self(this);
     // An older answer that comes later than a newer one says nothing any more.
     const int number = ++m_refreshes;
-    const QList<Route> routes = Routes::watched(enabledOf(m_database.listSearches()));
+    const QList<Route> routes = Routes::watched(enabledOf(m_database.watchers().listSearches()));
     const auto answer = co_await m_community.fetchHits(routes);
     if (!self || number != m_refreshes)
         co_return;
     QList<Match> theirs = answer ? answer->hits : QList<Match>();
-    const QList<Search> watchers = enabledOf(m_database.listSearches());
+    const QList<Search> watchers = enabledOf(m_database.watchers().listSearches());
     QList<Match> hits = co_await concerning(std::move(theirs), watchers);
     if (!self || number != m_refreshes)
         co_return;
@@ -81,7 +81,7 @@ QCoro::Task<> OthersFinds::refresh() {
         show({}, {});
         co_return;
     }
-    QList<Hit> stored = m_database.recentMatches(Match::mostShown);
+    QList<Hit> stored = m_database.offers().recentMatches(Match::mostShown);
     if (answer)
         removeGone(*answer, routes.first(std::min(routes.size(), Community::mostRoutes)), stored);
     const QSet<OfferId> known = offersOf(stored);
@@ -113,10 +113,10 @@ void OthersFinds::removeGone(const FoundByOthers& answer, const QList<Route>& as
     m_database.transaction([&] {
         for (const Match& match : gone) {
             m_served.remove(match.offer());
-            m_database.deleteMatch(match.id);
+            m_database.offers().deleteMatch(match.id);
         }
     });
-    hits = m_database.recentMatches(Match::mostShown);
+    hits = m_database.offers().recentMatches(Match::mostShown);
     Q_EMIT stored();
 }
 
@@ -128,7 +128,7 @@ void OthersFinds::noteServed(const QList<Match>& theirs, const QList<Hit>& hits)
 
 /// Those that are young and that nobody has told of.
 QList<Match> OthersFinds::fresh() const {
-    const auto seen = m_database.seenOfOthers();
+    const auto seen = m_database.seen().seenOfOthers();
     const Instant oldest = m_clock.now() - freshness;
     QList<Match> result;
     QSet<OfferId> taken;
@@ -142,9 +142,10 @@ QList<Match> OthersFinds::fresh() const {
     }
     // The user's own finds come back from the service, and are news to nobody even when they have
     // been cleared from the list.
-    const QList<Search> watchers = result.isEmpty() ? QList<Search>() : m_database.listSearches();
+    const QList<Search> watchers =
+        result.isEmpty() ? QList<Search>() : m_database.watchers().listSearches();
     for (const Search& watcher : watchers) {
-        const auto own = m_database.seenCabins(watcher.id);
+        const auto own = m_database.seen().seenCabins(watcher.id);
         result.removeIf([&own](const Match& hit) {
             const auto row = own.find(hit.key);
             return row != own.end() && row->cabins.contains(hit.cabin);
@@ -160,8 +161,8 @@ void OthersFinds::announceFresh(QSet<OfferId> known) {
         return;
     const bool isStored = m_database.transaction([&] {
         for (Match& hit : finds) {
-            m_database.noteSeenOfOthers(hit);
-            hit.id = m_database.recordMatch(asStored(hit), Database::Telling::isDue);
+            m_database.seen().noteSeenOfOthers(hit);
+            hit.id = m_database.offers().recordMatch(asStored(hit), OfferStore::Telling::isDue);
         }
     });
     if (!isStored)

@@ -20,10 +20,10 @@ QString fileOf(const QString& command, const QStringList& words) {
 }
 
 QString counted(Database& database) {
-    const auto watchers = database.listSearches().size();
+    const auto watchers = database.watchers().listSearches().size();
     return u"%1 %2 og %3 treff"_s.arg(watchers)
         .arg(watchers == 1 ? u"overvåker"_s : u"overvåkere"_s)
-        .arg(database.recentMatches(std::numeric_limits<int>::max()).size());
+        .arg(database.offers().recentMatches(std::numeric_limits<int>::max()).size());
 }
 
 } // namespace

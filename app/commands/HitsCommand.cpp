@@ -32,7 +32,7 @@ ListHits ListHits::parse(const QStringList& words) {
 CommandAnswer ListHits::run(const DataContext& context) const {
     if (watcher && !hasWatcher(context.database, *watcher))
         return noSuchWatcher(*watcher);
-    QList<Hit> hits = context.database.recentMatches(std::numeric_limits<int>::max());
+    QList<Hit> hits = context.database.offers().recentMatches(std::numeric_limits<int>::max());
     hits.removeIf([this](const Hit& hit) {
         return (Hits::isSoldOut(hit) && !withSoldOut) ||
                (watcher && Hits::searchId(hit) != *watcher);

@@ -96,8 +96,8 @@ std::variant<ListWatchers, AddWatcher, ChangeWatcher> parseWatchers(const QStrin
 }
 
 CommandAnswer ListWatchers::run(const DataContext& context) const {
-    const auto watchers = context.database.listSearches();
-    const auto hits = context.database.activeMatchCounts();
+    const auto watchers = context.database.watchers().listSearches();
+    const auto hits = context.database.offers().activeMatchCounts();
     CommandAnswer answer;
     answer.err = whatIsWrong(context.database);
     if (json) {
@@ -121,12 +121,7 @@ CommandAnswer AddWatcher::run(const DataContext& context) const {
         return {ExitCode::wrongUsage, {}, u"Datoene i «--out» er forbi.\n"_s};
     Database& database = context.database;
     qint64 id = 0;
-    const bool isStored = database.transaction([&] {
-        database.addSearch(watcher);
-        const auto all = database.listSearches();
-        id = all.isEmpty() ? 0 : all.constLast().id;
-    });
-    if (!isStored)
+    if (!database.transaction([&] { id = database.watchers().addSearch(watcher); }))
         return {ExitCode::failed, {}, whatIsWrong(database)};
     return {ExitCode::done,
             u"Overvåker %1 er lagret, og sjekkes i neste runde.\n"_s.arg(id).toUtf8(),
@@ -135,7 +130,7 @@ CommandAnswer AddWatcher::run(const DataContext& context) const {
 
 CommandAnswer ChangeWatcher::run(const DataContext& context) const {
     Database& database = context.database;
-    const auto all = database.listSearches();
+    const auto all = database.watchers().listSearches();
     const auto found =
         std::find_if(all.begin(), all.end(), [this](const Search& one) { return one.id == id; });
     if (found == all.end())
@@ -143,9 +138,9 @@ CommandAnswer ChangeWatcher::run(const DataContext& context) const {
                                   : noSuchWatcher(id);
     const bool isStored = database.transaction([&] {
         if (change == Change::remove)
-            database.deleteSearch(id);
+            database.watchers().deleteSearch(id);
         else if (found->enabled != (change == Change::resume))
-            database.toggleSearch(id);
+            database.watchers().toggleSearch(id);
     });
     if (!isStored)
         return {ExitCode::failed, {}, whatIsWrong(database)};
@@ -165,7 +160,7 @@ qint64 watcherId(const QString& text) {
 }
 
 bool hasWatcher(Database& database, qint64 id) {
-    const auto all = database.listSearches();
+    const auto all = database.watchers().listSearches();
     return std::any_of(all.begin(), all.end(), [id](const Search& one) { return one.id == id; });
 }
 

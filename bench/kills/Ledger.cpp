@@ -52,7 +52,7 @@ void Ledger::noteTold(int run, const QString& text) {
 
 void Ledger::noteStored(int run, Database& database) {
     QSet<qint64> stored;
-    for (const Hit& hit : database.recentMatches(std::numeric_limits<int>::max())) {
+    for (const Hit& hit : database.offers().recentMatches(std::numeric_limits<int>::max())) {
         const qint64 id = std::visit([](const auto& one) { return one.id; }, hit);
         stored.insert(id);
         if (!m_rows.contains(id))
@@ -60,10 +60,10 @@ void Ledger::noteStored(int run, Database& database) {
     }
     m_gone = std::count_if(m_rows.keyBegin(), m_rows.keyEnd(),
                            [&stored](qint64 id) { return !stored.contains(id); });
-    m_cutShort += database.untold().isEmpty() ? 0 : 1;
+    m_cutShort += database.offers().untold().isEmpty() ? 0 : 1;
     m_seen.clear();
-    for (const Search& watcher : database.listSearches())
-        m_seen.insert(watcher.id, database.seenCabins(watcher.id));
+    for (const Search& watcher : database.watchers().listSearches())
+        m_seen.insert(watcher.id, database.seen().seenCabins(watcher.id));
 }
 
 Ledger::Account Ledger::account() const {

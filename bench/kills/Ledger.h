@@ -53,7 +53,7 @@ private:
 
     /// In the order of storing.
     QMap<qint64, Row> m_rows;
-    QMap<qint64, QMap<FareKey, Database::Seen>> m_seen;
+    QMap<qint64, QMap<FareKey, SeenStore::Seen>> m_seen;
     /// Runs in which each text was told.
     QHash<QString, QList<int>> m_told;
     qsizetype m_gone = 0;

@@ -46,7 +46,7 @@ void addWatchers(const QString& folder, const Clock& clock) {
         search.cabins = {Cabin::economy, Cabin::premeco, Cabin::business};
         search.dateFrom = clock.today().addDays(10);
         search.dateTo = clock.today().addDays(10 + days - 1);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
     };
     add(u"LHR"_s, 8);
     add(u"CPH,LHR,ARN,CDG"_s, 60);

@@ -126,7 +126,7 @@ class TestCookies : public QObject {
         SlowSecrets secrets{clock};
         Keychain keychain{secrets};
         Database database{dir.path(), clock};
-        CookieVault vault{store, keychain, database, clock, Site{}};
+        CookieVault vault{store, keychain, database.safekeeping(), clock, Site{}};
 
         World() { TDLog::start(dir.path() + u"/ui.log"_s, &clock); }
         ~World() {
@@ -147,7 +147,7 @@ class TestCookies : public QObject {
         QStringList left() const { return names(store.cookies); }
         /// What the vault of the next run does first.
         void restoreInNextRun() {
-            CookieVault next(store, keychain, database, clock, Site{});
+            CookieVault next(store, keychain, database.safekeeping(), clock, Site{});
             awaited(next.restoreCookiesIfNeeded());
         }
     };
@@ -281,7 +281,8 @@ private Q_SLOTS:
         QVERIFY(world.store.cookies.isEmpty());
         QVERIFY(world.log().isEmpty());
 
-        CookieVault next(world.store, world.keychain, world.database, world.clock, Site{});
+        CookieVault next(world.store, world.keychain, world.database.safekeeping(), world.clock,
+                         Site{});
         next.restoreCookiesIfNeeded();
         next.restoreCookiesIfNeeded();
         settle();
@@ -311,17 +312,17 @@ private Q_SLOTS:
 
     void whatIsRememberedOfThemIsNoSecret() {
         World world;
-        const QString key = u"session_cookies"_s;
         world.store.cookies = {cookie(u"over"_s, u"sas.no"_s, world.clock.now() - moment),
                                cookie(u"_ga"_s, u"sas.no"_s),
                                cookie(u"later"_s, u".sas.no"_s, instantFromSeconds(1978307200.5)),
                                cookie(u"auth0"_s, u"auth.flysas.com"_s)};
         world.secrets.takes = false;
         awaited(world.vault.snapshotCookies());
-        QVERIFY(!world.database.get(key));
+        QVERIFY(!world.database.safekeeping().get(Kept::sessionCookies));
         world.secrets.takes = true;
         awaited(world.vault.snapshotCookies());
-        QCOMPARE(QJsonDocument::fromJson(world.database.get(key)->toUtf8()),
+        QCOMPARE(QJsonDocument::fromJson(
+                     world.database.safekeeping().get(Kept::sessionCookies)->toUtf8()),
                  QJsonDocument::fromJson(R"([
             {"domain":".sas.no", "expires":1000000000.5, "name":"later"},
             {"domain":"auth.flysas.com", "name":"auth0"}])"));
@@ -368,7 +369,7 @@ private Q_SLOTS:
         QCOMPARE(world.left(), QStringList{u"a"_s});
 
         for (const QString& broken : {u"{}"_s, u"[{\"name\":\"a\"}]"_s}) {
-            world.database.set(u"session_cookies"_s, broken);
+            world.database.safekeeping().set(Kept::sessionCookies, broken);
             world.store.cookies.clear();
             world.restoreInNextRun();
             QCOMPARE(world.left(), QStringList{u"a"_s});
@@ -416,8 +417,8 @@ private Q_SLOTS:
         World world;
         world.keep(StoredCookies::encode({cookie(u"a"_s, u"sas.no"_s)}));
         world.secrets.delay = 20s;
-        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
-                                                   world.clock, Site{});
+        auto vault = std::make_unique<CookieVault>(
+            world.store, world.keychain, world.database.safekeeping(), world.clock, Site{});
         const auto hasEnded = watched(vault->restoreCookiesIfNeeded());
         vault->snapshotSoon();
         world.clock.advance(std::chrono::seconds(seconds));
@@ -458,8 +459,8 @@ private Q_SLOTS:
         QCOMPARE(world.clock.waiting(), 0);
 
         // Its end is the end of those who wait, too.
-        auto vault = std::make_unique<CookieVault>(world.store, world.keychain, world.database,
-                                                   world.clock, Site{});
+        auto vault = std::make_unique<CookieVault>(
+            world.store, world.keychain, world.database.safekeeping(), world.clock, Site{});
         vault->snapshotSoon();
         const auto orphan = watched(vault->settled(1h));
         vault.reset();

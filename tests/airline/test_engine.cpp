@@ -77,12 +77,12 @@ class TestEngine : public QObject {
         Keychain keychain{secrets};
         Database database{dir.path(), clock};
         SessionState state;
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"id.localhost"_s, {}};
         Capture capture{view, clock, site};
         FakeKeeper keeper;
         bool isRoundRunning = false;
-        SASEngine engine{view,     clock,  database,
+        SASEngine engine{view,     clock,  database.settings(),
                          keychain, state,  standBack,
                          capture,  keeper, [this] { return isRoundRunning; }};
         QList<LegFetcher::Aside> asides;
@@ -194,9 +194,9 @@ private Q_SLOTS:
 
         TDLog::start(world.dir.path() + u"/ui.log"_s, &world.clock);
         const auto construct = [&world] {
-            const SASEngine other(world.view, world.clock, world.database, world.keychain,
-                                  world.state, world.standBack, world.capture, world.keeper,
-                                  [] { return false; });
+            const SASEngine other(world.view, world.clock, world.database.settings(),
+                                  world.keychain, world.state, world.standBack, world.capture,
+                                  world.keeper, [] { return false; });
         };
         construct();
         world.view.hasTrackingPreventionSwitch = false;
@@ -521,7 +521,7 @@ private Q_SLOTS:
         world.keeper.silent = {silent};
         world.keeper.automatic = {automatic};
         world.airline = &World::sayNothing;
-        world.database.set(u"auto_login"_s, u"1"_s);
+        world.database.settings().set(Setting::autoLogin, true);
         if (hasDetails)
             world.secrets.items.insert(u"app.tindra.Tindra.eurobonus"_s, {u"u"_s, "p"});
         world.run(3);

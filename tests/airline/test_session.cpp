@@ -107,7 +107,7 @@ class TestSession : public QObject {
         Site site{u"http://site.localhost:8080"_s, u"site.localhost"_s, u"idp.localhost"_s,
                   u"idp.localhost"_s};
         Capture capture{view, clock, site};
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         LiveSession session{view,  hostWindow, clock,   database, keychain,
                             state, standBack,  capture, site};
         NavHosts navHosts{view};
@@ -117,7 +117,7 @@ class TestSession : public QObject {
 
         World() {
             TDLog::start(dir.path() + u"/ui.log"_s, &clock);
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             keep(details);
             connect(&session.window(), &SignInWindow::loginFinished, &state,
                     [this] { ++finished; });
@@ -346,7 +346,8 @@ private Q_SLOTS:
             {u"cookies"_s, StoredCookies::encode({cookie(u"session"_s, u"site.localhost"_s),
                                                   cookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
-        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
+                          world.site);
         SignInWindow window(world.hostWindow, world.with(vault));
         window.openLogin();
         settle();
@@ -366,7 +367,7 @@ private Q_SLOTS:
 
         store.calls.clear();
         store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
-        AutoLogin autoLogin(world.with(vault), window, world.standBack, world.database,
+        AutoLogin autoLogin(world.with(vault), window, world.standBack, world.database.settings(),
                             world.keychain);
         autoLogin.attemptAutoLogin();
         settle();
@@ -541,11 +542,9 @@ private Q_SLOTS:
                 QVERIFY(world.view.loaded.isEmpty());
             }();
         };
-        for (const QString& value : {u"0"_s, u""_s, u"true"_s, u" 1"_s}) {
-            world.database.set(u"auto_login"_s, value);
-            isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
-        }
-        world.database.set(u"auto_login"_s, u"1"_s);
+        world.database.settings().set(Setting::autoLogin, false);
+        isRefused({u"auto-innlogging: hoppet over (slaatt av)"_s});
+        world.database.settings().set(Setting::autoLogin, true);
         world.secrets.items.clear();
         isRefused({u"auto-innlogging: hoppet over (ingen detaljer i noekkelringen)"_s});
         world.keep(details);
@@ -598,9 +597,10 @@ private Q_SLOTS:
         QFETCH(bool, closedAgain);
         World world;
         NotingStore store(world.view);
-        CookieVault vault(store, world.keychain, world.database, world.clock, world.site);
+        CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
+                          world.site);
         AutoLogin autoLogin(world.with(vault), world.session.window(), world.standBack,
-                            world.database, world.keychain);
+                            world.database.settings(), world.keychain);
         const auto open = [&] {
             world.state.setLoginWindowOpen(true);
             world.state.setLoginWindowOpen(!closedAgain);

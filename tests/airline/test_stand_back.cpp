@@ -59,7 +59,7 @@ private Q_SLOTS:
 
     void theSitesOwnTimeWithinReason() {
         World world;
-        StandBack standBack(world.database, world.clock);
+        StandBack standBack(world.database.safekeeping(), world.clock);
         for (const auto& [header, pause] :
              {std::pair(u"600"_s, 10min), {u"0"_s, 1min}, {u"31536000"_s, 240min}}) {
             standBack.refuse(header, 429);
@@ -78,7 +78,7 @@ private Q_SLOTS:
 
     void aQuarterOfAnHourThatDoubles() {
         World world;
-        StandBack standBack(world.database, world.clock);
+        StandBack standBack(world.database.safekeeping(), world.clock);
         for (const auto pause : {15min, 30min, 60min, 120min, 240min, 240min}) {
             standBack.refuse({}, 503);
             QCOMPARE(world.left(standBack), std::chrono::seconds(pause));
@@ -98,7 +98,7 @@ private Q_SLOTS:
     void whatIsTold() {
         World world;
         world.clock.setWallClock(1s);
-        StandBack standBack(world.database, world.clock);
+        StandBack standBack(world.database.safekeeping(), world.clock);
         standBack.refuse(u"60"_s, 429);
         const QString time =
             QDateTime(QDate(2027, 1, 15), QTime(12, 2), Qt::UTC).toLocalTime().toString(u"HH:mm"_s);
@@ -107,10 +107,10 @@ private Q_SLOTS:
 
     void itIsKeptOverARestart() {
         World world;
-        StandBack(world.database, world.clock).refuse({}, 429);
+        StandBack(world.database.safekeeping(), world.clock).refuse({}, 429);
         world.clock.advance(5min);
         {
-            StandBack again(world.database, world.clock);
+            StandBack again(world.database.safekeeping(), world.clock);
             QCOMPARE(world.left(again), std::chrono::seconds(10min));
             again.refuse({}, 429);
             QCOMPARE(world.left(again), std::chrono::seconds(30min));
@@ -120,13 +120,14 @@ private Q_SLOTS:
             world.clock.setWallClock(-3h);
         }
         world.clock.setWallClock(-48h);
-        QCOMPARE(world.left(StandBack(world.database, world.clock)), std::chrono::seconds(240min));
+        QCOMPARE(world.left(StandBack(world.database.safekeeping(), world.clock)),
+                 std::chrono::seconds(240min));
         world.clock.setWallClock(49h);
-        QVERIFY(!StandBack(world.database, world.clock).isOn());
+        QVERIFY(!StandBack(world.database.safekeeping(), world.clock).isOn());
         for (const QString& nonsense : {u"nan"_s, u"1e300"_s, u"x"_s}) {
-            world.database.set(u"refused_until"_s, nonsense);
-            world.database.set(u"refused_pause"_s, nonsense);
-            QVERIFY(world.left(StandBack(world.database, world.clock)) <= 4h);
+            world.database.safekeeping().set(Kept::refusedUntil, nonsense);
+            world.database.safekeeping().set(Kept::refusedPause, nonsense);
+            QVERIFY(world.left(StandBack(world.database.safekeeping(), world.clock)) <= 4h);
         }
     }
 };

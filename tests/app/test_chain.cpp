@@ -50,7 +50,7 @@ private:
         SecretServiceStore secrets{clock};
         Keychain keychain{secrets};
         SessionState session;
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         std::unique_ptr<WebKitView> view;
         std::unique_ptr<GtkHostWindow> window;
         std::unique_ptr<Capture> capture;
@@ -70,8 +70,8 @@ private:
                                             SignInWindow::button()});
             live = std::make_unique<LiveSession>(*view, *window, clock, database, keychain, session,
                                                  standBack, *capture, site);
-            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, session,
-                                                 standBack, *capture, *live,
+            engine = std::make_unique<SASEngine>(*view, clock, database.settings(), keychain,
+                                                 session, standBack, *capture, *live,
                                                  [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             // Nobody signs in here.
@@ -90,7 +90,7 @@ private:
             search.dateFrom = QDate(2027, 3, 1);
             search.dateTo = QDate(2027, 3, 1).addDays(days - 1);
             search.includePartners = partners;
-            database.addSearch(search);
+            database.watchers().addSearch(search);
         }
         /// One round. A capture that the airline leaves without an answer is brought to its end
         /// once nothing has been asked for a while.
@@ -123,7 +123,7 @@ private Q_SLOTS:
         QVERIFY(first->newAlerts > 3);
         QCOMPARE(first->soldOut, 0);
         QTRY_COMPARE(world.desktop.received.size(), first->newAlerts);
-        const auto stored = world.database.recentMatches(1000);
+        const auto stored = world.database.offers().recentMatches(1000);
         QCOMPARE(stored.size(), first->newAlerts);
         QSet<qint64> watchers;
         for (const Hit& hit : stored) {
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(second->soldOut > 0);
         QTRY_COMPARE(world.desktop.received.size(),
                      first->newAlerts + second->newAlerts + second->soldOut);
-        QCOMPARE(world.database.recentMatches(1000).size(), world.desktop.received.size());
+        QCOMPARE(world.database.offers().recentMatches(1000).size(), world.desktop.received.size());
     }
 
     void datesThatGoWrongLeaveTheOthers() {

@@ -53,9 +53,9 @@ private Q_SLOTS:
         QVERIFY(run(world, u"watchers list"_s).out.contains("1  pause  OSL"));
 
         run(world, u"watchers resume 1"_s);
-        QVERIFY(world.database.listSearches().first().enabled);
+        QVERIFY(world.database.watchers().listSearches().first().enabled);
         run(world, u"watchers remove 1"_s);
-        QCOMPARE(world.database.listSearches().size(), 1);
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
         for (const char* gone : {"watchers remove 1", "watchers pause 1", "hits --watcher 1"})
             QCOMPARE(run(world, QString::fromLatin1(gone)).exitCode, ExitCode::wrongUsage);
     }
@@ -123,7 +123,8 @@ private Q_SLOTS:
         QTemporaryDir other;
         const auto restored = Restore{file}.run(other.path(), world.clock);
         QVERIFY(restored.out.startsWith("2 overv"));
-        QCOMPARE(Database(other.path(), world.clock).listSearches(), world.database.listSearches());
+        QCOMPARE(Database(other.path(), world.clock).watchers().listSearches(),
+                 world.database.watchers().listSearches());
     }
 
     void aRestoreThatFailsPutsTheOldFileBack() {
@@ -131,7 +132,7 @@ private Q_SLOTS:
         const QTemporaryDir dir;
         const QString mine = dir.path() + u"/mine"_s;
         const QString other = dir.path() + u"/other"_s;
-        Database(mine, clock).set(u"x"_s, u"1"_s);
+        Database(mine, clock).settings().set(Setting::onboarded, true);
         // It has the tables, but not what belongs in them.
         QVERIFY(QDir().mkpath(other));
         runOn(other, "CREATE TABLE searches(a); CREATE TABLE seen(a); CREATE TABLE matches(a);"
@@ -144,7 +145,7 @@ private Q_SLOTS:
                      qPrintable(error.message));
         }
         QCOMPARE(QDir(mine).entryList(QDir::Files), QStringList{u"tindra.sqlite"_s});
-        QCOMPARE(Database(mine, clock).get(u"x"_s), u"1"_s);
+        QVERIFY(Database(mine, clock).settings().isOn(Setting::onboarded));
     }
 
     void aProblemIsSaid() {

@@ -72,15 +72,15 @@ private Q_SLOTS:
         AppWorld world;
         world.addWatcher(u"NRT"_s, [](Search& search) { search.name = u"Kirsebær"_s; });
         world.addWatcher(u"EWR"_s, [](Search& search) { search.name = u"Bestemor"_s; });
-        world.database.toggleSearch(2);
+        world.database.watchers().toggleSearch(2);
         world.addMatch();
         world.addSoldOut();
         PollSummary poll;
         poll.at = world.clock.now();
         poll.errors = QStringList{u"Bestemor: feilet"_s};
-        world.database.set(u"last_poll"_s,
-                           QString::fromUtf8(QJsonDocument(poll.toJson()).toJson()));
-        world.database.set(u"community_url"_s, u"https://privat.example"_s);
+        world.database.safekeeping().set(Kept::lastPoll,
+                                         QString::fromUtf8(QJsonDocument(poll.toJson()).toJson()));
+        world.database.settings().set(Setting::communityUrl, u"https://privat.example"_s);
         world.state.reload();
         QFile log(world.dir.path() + u"/ui.log"_s);
         QVERIFY(log.open(QIODevice::WriteOnly));

@@ -5,6 +5,7 @@
 #include "app/Hunt.h"
 #include "sharing/Sharing.h"
 #include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
 #include "tests/support/Settled.h"
 #include "tests/support/TestProgram.h"
 
@@ -31,14 +32,14 @@ class TestHuntRounds : public QObject {
                   {[this](const QByteArray& line) { results.append(QString::fromUtf8(line)); },
                    [this](const QString& line) { said.append(line); }}};
 
-        World() { database.set(u"share_hits"_s, u"0"_s); }
+        World() { database.settings().set(Setting::shareHits, false); }
         ~World() { settle(); }
         void add(QDate dateFrom = {2027, 3, 1}) {
             Search search;
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
             search.dateFrom = dateFrom;
-            database.addSearch(search);
+            database.watchers().addSearch(search);
         }
         void signOut() {
             airline.status = SASLoginStatus::loggedOut();
@@ -120,13 +121,15 @@ private Q_SLOTS:
                  qPrintable(world.results.last()));
     }
 
-    void theLoopSaysOnceThatTheDataWasReplaced() {
+    void theLoopSaysOnceWhatIsWrongWithStoring() {
         World world;
         world.hunt.start();
         settle();
-        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
+                                "BEGIN SELECT RAISE(ABORT, 'no room'); END");
+        world.database.safekeeping().note(Kept::toldBackground);
         world.clock.advance(25min);
-        QCOMPARE(world.said.filter(u"Databasen var skadet."_s).size(), 1);
+        QCOMPARE(world.said.filter(u"no room"_s).size(), 1);
         awaited(world.hunt.stop());
     }
 

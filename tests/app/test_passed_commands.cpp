@@ -53,10 +53,10 @@ private Q_SLOTS:
         MemorySecretStore secrets;
         Keychain keychain{secrets};
         Capture capture{view, world.clock, Site{}};
-        StandBack standBack{world.database, world.clock};
+        StandBack standBack{world.database.safekeeping(), world.clock};
         LiveSession live{view,    hostWindow, world.clock, world.database, keychain,
                          session, standBack,  capture,     Site{}};
-        SignIn signIn{live.window(), session,      standBack,  world.database,
+        SignIn signIn{live.window(), session,      standBack,  world.database.watchers(),
                       world.airline, world.worker, world.clock};
         QStringList done;
         PassedCommands commands([](bool, const Hunt::Output&) { return std::unique_ptr<Hunt>(); },

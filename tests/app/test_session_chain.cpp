@@ -52,7 +52,7 @@ private:
         SecretServiceStore secrets{clock};
         Keychain keychain{secrets};
         SessionState state;
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         std::unique_ptr<WebKitView> view;
         std::unique_ptr<GtkHostWindow> window;
         std::unique_ptr<Capture> capture;
@@ -73,8 +73,8 @@ private:
             capture = std::make_unique<Capture>(*view, clock, site);
             session = std::make_unique<LiveSession>(*view, *window, clock, database, keychain,
                                                     state, standBack, *capture, site);
-            engine = std::make_unique<SASEngine>(*view, clock, database, keychain, state, standBack,
-                                                 *capture, *session,
+            engine = std::make_unique<SASEngine>(*view, clock, database.settings(), keychain, state,
+                                                 standBack, *capture, *session,
                                                  [this] { return worker->isRunning(); });
             worker = std::make_unique<Worker>(database, *engine, notifier, clock);
             Search search;
@@ -83,7 +83,7 @@ private:
             search.cabins = {Cabin::first};
             search.dateFrom = clock.today().addDays(20);
             search.dateTo = clock.today().addDays(20 + days - 1);
-            database.addSearch(search);
+            database.watchers().addSearch(search);
             emptyStore();
             wait(keychain.clear());
         }
@@ -136,7 +136,7 @@ private:
         }
         /// As a user who has signed in by hand before.
         void haveDetails(const QString& password = u"demo"_s) {
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             wait(keychain.save(u"demo@tindra.example"_s, password));
         }
         void signOutEverywhere() {
@@ -183,8 +183,8 @@ private Q_SLOTS:
         QVERIFY(vault.contains("\"domain\""));
         QVERIFY(!vault.contains("_ga"));
         world.emptyStore();
-        CookieVault next(world.view->cookies(), world.keychain, world.database, world.clock,
-                         Site{{}, u"site.localhost"_s, {}, u"id.localhost"_s});
+        CookieVault next(world.view->cookies(), world.keychain, world.database.safekeeping(),
+                         world.clock, Site{{}, u"site.localhost"_s, {}, u"id.localhost"_s});
         // In real time: a step of the clock is longer than the keychain is waited for.
         awaited(next.restoreCookiesIfNeeded());
         QVERIFY(world.log().contains("cookie-hvelv: la tilbake "));

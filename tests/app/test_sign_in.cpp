@@ -40,10 +40,11 @@ class TestSignIn : public QObject {
         MemorySecretStore secrets;
         Keychain keychain{secrets};
         Capture capture{view, clock, Site{}};
-        StandBack standBack{database, clock};
+        StandBack standBack{database.safekeeping(), clock};
         LiveSession session{view,  hostWindow, clock,   database, keychain,
                             state, standBack,  capture, Site{}};
-        SignIn signIn{session.window(), state, standBack, database, airline, worker, clock};
+        SignIn signIn{session.window(), state,  standBack, database.watchers(),
+                      airline,          worker, clock};
         std::optional<bool> works;
 
         ~World() { settle(); }
@@ -52,7 +53,7 @@ class TestSignIn : public QObject {
             search.origin = u"OSL"_s;
             search.destination = u"CPH"_s;
             search.dateFrom = QDate(2027, 3, 1);
-            database.addSearch(search);
+            database.watchers().addSearch(search);
         }
         void open() {
             signIn.run().then([this](bool answer) { works = answer; });
@@ -93,7 +94,7 @@ private Q_SLOTS:
     void aLookupConfirmsWhereNothingIsWatched() {
         World world;
         world.add();
-        world.database.toggleSearch(world.database.listSearches().first().id);
+        world.database.watchers().toggleSearch(world.database.watchers().listSearches().first().id);
         world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
         world.open();
         Q_EMIT world.hostWindow.finished();

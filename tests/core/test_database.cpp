@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -88,131 +89,214 @@ private Q_SLOTS:
         {
             Database database(folder(), m_clock);
             QCOMPARE(database.problem().value_or(QString()), QString());
-            database.addSearch(stored);
+            database.watchers().addSearch(stored);
             QVERIFY(log().contains("addSearch OK: OSL, bgo->JFK id=1\n"));
         }
         Database database(folder(), m_clock);
         stored.id = 1;
         stored.enabled = true;
-        QCOMPARE(database.listSearches(), QList{stored});
+        QCOMPARE(database.watchers().listSearches(), QList{stored});
 
-        database.set(u"lookup_cursor_1"_s, u"60"_s);
-        database.updateSearch(stored);
+        database.safekeeping().set(Kept::lookupCursor(1), u"60"_s);
+        database.watchers().updateSearch(stored);
         stored.name = u"Høst"_s;
-        QCOMPARE(database.listSearches(), QList{stored});
-        QVERIFY(!database.get(u"lookup_cursor_1"_s));
+        QCOMPARE(database.watchers().listSearches(), QList{stored});
+        QVERIFY(!database.safekeeping().get(Kept::lookupCursor(1)));
 
-        database.renameSearch(1, u"\tVår "_s);
-        database.markChecked(1, 4);
-        database.toggleSearch(1);
+        database.watchers().renameSearch(1, u"\tVår "_s);
+        database.watchers().markChecked(1, 4);
+        database.watchers().toggleSearch(1);
         stored.name = u"Vår"_s;
         stored.lastChecked = m_clock.now();
         stored.lastFound = 4;
         stored.enabled = false;
-        QCOMPARE(database.listSearches(), QList{stored});
-        database.toggleSearch(1);
-        QVERIFY(database.listSearches().first().enabled);
+        QCOMPARE(database.watchers().listSearches(), QList{stored});
+        database.watchers().toggleSearch(1);
+        QVERIFY(database.watchers().listSearches().first().enabled);
     }
 
     void offersComeBackAsTheyWereStored() {
         Database database(folder(), m_clock);
-        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
         Match stored = offer(1, u"SK1467,TG951"_s, {2027, 12, 31});
-        database.recordMatch(stored);
-        database.recordMatch(offer(Match::communitySearchId, u"b"_s));
-        database.recordMatch(offer(1, u"yesterday"_s, {2027, 1, 14}));
-        database.recordMatch(offer(1, u"today"_s, {2027, 1, 15}));
+        database.offers().recordMatch(stored);
+        database.offers().recordMatch(offer(Match::communitySearchId, u"b"_s));
+        database.offers().recordMatch(offer(1, u"yesterday"_s, {2027, 1, 14}));
+        database.offers().recordMatch(offer(1, u"today"_s, {2027, 1, 15}));
         SoldOut gone{0, 1, fareKey(u"gone"_s), {Cabin::business, Cabin::first}, u"merke"_s, {}};
-        database.recordSoldOut(gone);
+        database.offers().recordSoldOut(gone);
 
-        const auto recent = database.recentMatches(2000);
+        const auto recent = database.offers().recentMatches(2000);
         QCOMPARE(keys(recent), QStringList({u"gone"_s, u"today"_s, u"b"_s, u"SK1467,TG951"_s}));
         stored.id = 1;
         QVERIFY(recent.last() == Hit(stored));
         QVERIFY(std::get<Match>(recent[2]).isCommunity);
         gone.id = 5;
         QVERIFY(recent.first() == Hit(gone));
-        QCOMPARE(keys(database.recentMatches(1)), QStringList{u"gone"_s});
-        QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 2}}));
+        QCOMPARE(keys(database.offers().recentMatches(1)), QStringList{u"gone"_s});
+        QCOMPARE(database.offers().activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 2}}));
 
         const FareKey a = fareKey(u"a"_s);
-        database.upsertSeen(1, a, {{Cabin::first, Cabin::business}, u"merke"_s});
-        database.upsertSeen(1, a, {{Cabin::first}, u"merke"_s});
+        database.seen().upsertSeen(1, a, {{Cabin::first, Cabin::business}, u"merke"_s});
+        database.seen().upsertSeen(1, a, {{Cabin::first}, u"merke"_s});
         // What is taken can be put back exactly, past dates too, except for a deleted watcher's.
-        database.addSearch(watcher(u"OSL"_s, u"NRT"_s));
-        database.recordMatch(offer(2, u"orphan"_s));
-        QVERIFY(database.takeMatches());
-        QVERIFY(database.recentMatches(10).isEmpty());
-        database.recordMatch(offer(1, u"meanwhile"_s));
-        database.deleteSearch(2);
-        QVERIFY(database.restoreMatches());
-        QVERIFY(!database.restoreMatches());
-        QVERIFY(database.recentMatches(10).mid(1) == recent);
-        QCOMPARE(keys(database.recentMatches(1)), QStringList{u"meanwhile"_s});
+        database.watchers().addSearch(watcher(u"OSL"_s, u"NRT"_s));
+        database.offers().recordMatch(offer(2, u"orphan"_s));
+        QVERIFY(database.offers().takeMatches());
+        QVERIFY(database.offers().recentMatches(10).isEmpty());
+        database.offers().recordMatch(offer(1, u"meanwhile"_s));
+        database.watchers().deleteSearch(2);
+        QVERIFY(database.offers().restoreMatches());
+        QVERIFY(!database.offers().restoreMatches());
+        QVERIFY(database.offers().recentMatches(10).mid(1) == recent);
+        QCOMPARE(keys(database.offers().recentMatches(1)), QStringList{u"meanwhile"_s});
         m_clock.advance(-24h);
-        QVERIFY(keys(database.recentMatches(10)).contains(u"yesterday"_s));
+        QVERIFY(keys(database.offers().recentMatches(10)).contains(u"yesterday"_s));
         m_clock.advance(24h);
-        QVERIFY(database.takeMatches());
-        QVERIFY(!database.takeMatches());
-        QVERIFY(database.seenCabins(1) ==
-                (QMap<FareKey, Database::Seen>{{a, {{Cabin::first}, u"merke"_s}}}));
-        database.recordMatch(offer(1, u"a"_s));
-        database.deleteSearch(1);
-        QVERIFY(database.recentMatches(10).isEmpty());
-        QVERIFY(database.seenCabins(1).isEmpty());
+        QVERIFY(database.offers().takeMatches());
+        QVERIFY(!database.offers().takeMatches());
+        QVERIFY(database.seen().seenCabins(1) ==
+                (QMap<FareKey, SeenStore::Seen>{{a, {{Cabin::first}, u"merke"_s}}}));
+        database.offers().recordMatch(offer(1, u"a"_s));
+        database.watchers().deleteSearch(1);
+        QVERIFY(database.offers().recentMatches(10).isEmpty());
+        QVERIFY(database.seen().seenCabins(1).isEmpty());
     }
 
     void aTakenWatcherComesBackWhole() {
         Database database(folder(), m_clock);
-        QVERIFY(!database.restoreSearch());
+        QVERIFY(!database.watchers().restoreSearch());
         for (const QString& destination : {u"BKK"_s, u"NRT"_s})
-            database.addSearch(watcher(u"OSL"_s, destination));
+            database.watchers().addSearch(watcher(u"OSL"_s, destination));
         for (const qint64 id : {1, 2}) {
-            database.markChecked(id, 3);
-            database.upsertSeen(id, fareKey(u"a"_s), {{Cabin::business}, u"merke"_s});
-            database.recordMatch(offer(id, u"a"_s));
-            database.recordMatch(offer(id, u"past"_s, {2027, 1, 1}));
+            database.watchers().markChecked(id, 3);
+            database.seen().upsertSeen(id, fareKey(u"a"_s), {{Cabin::business}, u"merke"_s});
+            database.offers().recordMatch(offer(id, u"a"_s));
+            database.offers().recordMatch(offer(id, u"past"_s, {2027, 1, 1}));
         }
-        database.toggleSearch(1);
-        const auto watchers = database.listSearches();
-        const auto offers = database.recentMatches(10);
+        database.watchers().toggleSearch(1);
+        const auto watchers = database.watchers().listSearches();
+        const auto offers = database.offers().recentMatches(10);
 
-        QVERIFY(database.takeSearch(1));
-        QCOMPARE(database.listSearches(), watchers.mid(1));
-        QVERIFY(database.recentMatches(10) == offers.first(1));
-        QVERIFY(database.seenCabins(1).isEmpty());
-        QCOMPARE(database.seenCabins(2).size(), 1);
+        QVERIFY(database.watchers().takeSearch(1));
+        QCOMPARE(database.watchers().listSearches(), watchers.mid(1));
+        QVERIFY(database.offers().recentMatches(10) == offers.first(1));
+        QVERIFY(database.seen().seenCabins(1).isEmpty());
+        QCOMPARE(database.seen().seenCabins(2).size(), 1);
         // What was stored meanwhile has its own ids.
-        database.addSearch(watcher(u"BGO"_s, u"SIN"_s));
-        QCOMPARE(database.listSearches().last().id, 3);
+        database.watchers().addSearch(watcher(u"BGO"_s, u"SIN"_s));
+        QCOMPARE(database.watchers().listSearches().last().id, 3);
 
-        QVERIFY(database.restoreSearch());
-        QCOMPARE(database.listSearches().first(2), watchers);
-        QVERIFY(database.recentMatches(10) == offers);
-        QVERIFY(database.seenCabins(1) == database.seenCabins(2));
-        QVERIFY(!database.restoreSearch()); // once
+        QVERIFY(database.watchers().restoreSearch());
+        QCOMPARE(database.watchers().listSearches().first(2), watchers);
+        QVERIFY(database.offers().recentMatches(10) == offers);
+        QVERIFY(database.seen().seenCabins(1) == database.seen().seenCabins(2));
+        QVERIFY(!database.watchers().restoreSearch()); // once
 
         // Only the last one can come back, and a file that refuses loses nothing.
-        QVERIFY(database.takeSearch(3));
-        QVERIFY(database.takeSearch(2));
-        QVERIFY(!database.takeSearch(9));
+        QVERIFY(database.watchers().takeSearch(3));
+        QVERIFY(database.watchers().takeSearch(2));
+        QVERIFY(!database.watchers().takeSearch(9));
         runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON matches BEGIN "
                         "SELECT RAISE(ABORT, 'no room'); END;");
-        QVERIFY(!database.restoreSearch());
-        QCOMPARE(database.listSearches(), watchers.first(1));
+        QVERIFY(!database.watchers().restoreSearch());
+        QCOMPARE(database.watchers().listSearches(), watchers.first(1));
         runOn(folder(), "DROP TRIGGER refuse;");
-        QVERIFY(database.restoreSearch());
-        QCOMPARE(database.listSearches(), watchers);
+        QVERIFY(database.watchers().restoreSearch());
+        QCOMPARE(database.watchers().listSearches(), watchers);
     }
 
-    void settings() {
+    void changesAreToldOnceATurn() {
         Database database(folder(), m_clock);
-        QVERIFY(!database.get(u"x"_s));
-        QVERIFY(database.isOn(u"x"_s, true));
-        database.set(u"x"_s, u"1"_s);
-        database.set(u"x"_s, u"true"_s);
-        QCOMPARE(database.get(u"x"_s), u"true"_s);
-        QVERIFY(!database.isOn(u"x"_s, true));
+        int watcherNews = 0;
+        int offerNews = 0;
+        connect(&database.watchers(), &WatcherStore::changed, this, [&] { ++watcherNews; });
+        connect(&database.offers(), &OfferStore::changed, this, [&] { ++offerNews; });
+        const auto told = [&] {
+            settle();
+            return std::pair(std::exchange(watcherNews, 0), std::exchange(offerNews, 0));
+        };
+        database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        database.watchers().markChecked(1, 1);
+        database.transaction([&] { database.offers().recordMatch(offer(1, u"a"_s)); });
+        database.offers().recordMatch(offer(1, u"b"_s));
+        QCOMPARE(told(), std::pair(1, 1));
+        database.watchers().renameSearch(9, u"nobody"_s);
+        database.seen().upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
+        database.safekeeping().note(Kept::toldBackground);
+        QCOMPARE(told(), std::pair(0, 0));
+        database.watchers().takeSearch(1);
+        QCOMPARE(told(), std::pair(1, 1));
+        database.watchers().restoreSearch();
+        QCOMPARE(told(), std::pair(1, 1));
+        database.offers().takeMatches();
+        QCOMPARE(told(), std::pair(0, 1));
+    }
+
+    void settings_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("written");
+        const auto add = [](const QString& key, const QString& stored, const QString& value,
+                            const QString& written) {
+            QTest::addRow("%s %s", qPrintable(key),
+                          stored.isNull() ? "missing" : qPrintable(stored))
+                << key << stored << value << written;
+        };
+        const QString missing;
+        for (const QString& key : {u"onboarded"_s, u"auto_login"_s})
+            add(key, missing, u"off"_s, u"0"_s);
+        for (const QString& key : {u"native_notify"_s, u"notify_soldout"_s, u"share_hits"_s})
+            add(key, missing, u"on"_s, u"1"_s);
+        for (const QString& nonsense : {u""_s, u"true"_s, u" 1"_s})
+            add(u"share_hits"_s, nonsense, u"off"_s, u"0"_s);
+        const QString interval = u"poll_interval_min"_s;
+        for (const QString& usual : {missing, u"abc"_s, u"nan"_s, u"inf"_s, u""_s})
+            add(interval, usual, u"10"_s, u"10.0"_s);
+        add(interval, u"2.5"_s, u"2.5"_s, u"2.5"_s);
+        add(interval, u"-3"_s, u"1"_s, u"1.0"_s);
+        add(interval, u"1e300"_s, u"10080"_s, u"10080.0"_s);
+        add(u"community_url"_s, missing, missing, u""_s);
+        add(u"community_url"_s, u" x "_s, u" x "_s, u" x "_s);
+    }
+    /// What is read, and then stored again.
+    void settings() {
+        QFETCH(QString, key);
+        QFETCH(QString, stored);
+        Database database(folder(), m_clock);
+        Settings& settings = database.settings();
+        if (!stored.isNull())
+            runOn(folder(),
+                  "INSERT INTO kv VALUES ('" + key.toUtf8() + "','" + stored.toUtf8() + "')");
+        QString value = settings.text(Setting::communityUrl).value_or(QString());
+        std::function<bool()> store = [&] { return settings.set(Setting::communityUrl, value); };
+        if (key == Setting::pollIntervalMin.key) {
+            const double minutes = settings.number(Setting::pollIntervalMin);
+            value = QString::number(minutes);
+            store = [&, minutes] { return settings.set(Setting::pollIntervalMin, minutes); };
+        }
+        for (const auto& one : {Setting::onboarded, Setting::nativeNotify, Setting::notifySoldOut,
+                                Setting::shareHits, Setting::autoLogin}) {
+            if (one.key != key)
+                continue;
+            value = settings.isOn(one) ? u"on"_s : u"off"_s;
+            store = [&, one] { return settings.set(one, value == u"on"_s); };
+        }
+        QTEST(value, "value");
+        QSignalSpy changed(&settings, &Settings::changed);
+        QVERIFY(store());
+        QCOMPARE(changed.takeFirst(), QVariantList{key});
+        QString written;
+        SqliteConnection file;
+        file.openReadOnly(folder() + u"/tindra.sqlite"_s);
+        file.query(
+            "SELECT value FROM kv WHERE key = ?",
+            [&written](const SqliteRow& row) { written = row.text(0); }, key);
+        QTEST(written, "written");
+        runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON kv BEGIN "
+                        "SELECT RAISE(ABORT, 'no room'); END;");
+        QVERIFY(!store() && changed.isEmpty());
     }
 
     void anOldFileIsUpgradedAndCleanedOnce() {
@@ -250,19 +334,21 @@ private Q_SLOTS:
         {
             Database database(folder(), m_clock);
             QCOMPARE(database.problem().value_or(QString()), QString());
-            QCOMPARE(keys(database.recentMatches(100)),
+            QCOMPARE(keys(database.offers().recentMatches(100)),
                      QStringList({u"shared"_s, u"twin"_s, u"twin"_s, u"twin"_s, u"twin"_s,
                                   u"half a route"_s, u"wrong, sold out"_s, u"right"_s}));
-            QCOMPARE(database.activeMatchCounts(), (QMap<qint64, int>{{-1, 1}, {1, 4}, {2, 1}}));
-            QVERIFY(database.seenCabins(1).keys() == QList{FareKey::fromText(u"right"_s)});
-            QVERIFY(database.seenCabins(2).isEmpty());
-            QCOMPARE(std::get<Match>(database.recentMatches(100).first()).durationMinutes, 0);
-            QVERIFY(!database.listSearches().first().includePartners);
+            QCOMPARE(database.offers().activeMatchCounts(),
+                     (QMap<qint64, int>{{-1, 1}, {1, 4}, {2, 1}}));
+            QVERIFY(database.seen().seenCabins(1).keys() == QList{FareKey::fromText(u"right"_s)});
+            QVERIFY(database.seen().seenCabins(2).isEmpty());
+            QCOMPARE(std::get<Match>(database.offers().recentMatches(100).first()).durationMinutes,
+                     0);
+            QVERIFY(!database.watchers().listSearches().first().includePartners);
         }
         runOn(folder(), insert("1", "twin", "OSL-CPH", "Oslo", "", "0") +
                             insert("1", "wrong again", "OSL-CPH", "Bangkok", "", "0"));
         Database database(folder(), m_clock);
-        QCOMPARE(database.recentMatches(100).size(), 10);
+        QCOMPARE(database.offers().recentMatches(100).size(), 10);
     }
 
     void onlyItsOwnerCanReadIt() {
@@ -279,36 +365,36 @@ private Q_SLOTS:
     void aTransactionIsStoredWholeOrNotAtAll() {
         Database database(folder(), m_clock);
         QVERIFY(database.transaction([&] {
-            database.recordMatch(offer(1, u"a"_s));
-            database.upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
+            database.offers().recordMatch(offer(1, u"a"_s));
+            database.seen().upsertSeen(1, fareKey(u"a"_s), {{Cabin::business}, {}});
         }));
         runOn(folder(), "CREATE TRIGGER refuse BEFORE INSERT ON seen BEGIN "
                         "SELECT RAISE(ABORT, 'no room'); END;");
         QVERIFY(!database.transaction([&] {
-            database.recordMatch(offer(1, u"b"_s));
-            database.upsertSeen(1, fareKey(u"b"_s), {{Cabin::business}, {}});
+            database.offers().recordMatch(offer(1, u"b"_s));
+            database.seen().upsertSeen(1, fareKey(u"b"_s), {{Cabin::business}, {}});
         }));
-        QCOMPARE(keys(database.recentMatches(10)), QStringList{u"a"_s});
+        QCOMPARE(keys(database.offers().recentMatches(10)), QStringList{u"a"_s});
         QVERIFY(log().contains("no room"));
         // A failure that goes on is logged once, one after a success again.
-        QVERIFY(!database.transaction([&] { database.upsertSeen(1, fareKey(u"d"_s), {}); }));
+        QVERIFY(!database.transaction([&] { database.seen().upsertSeen(1, fareKey(u"d"_s), {}); }));
         QCOMPARE(log().count("no room"), 1);
         QVERIFY(database.problem());
         runOn(folder(), "DROP TRIGGER refuse;");
-        QVERIFY(database.transaction([&] { database.recordMatch(offer(1, u"c"_s)); }));
-        QCOMPARE(keys(database.recentMatches(10)), QStringList({u"c"_s, u"a"_s}));
+        QVERIFY(database.transaction([&] { database.offers().recordMatch(offer(1, u"c"_s)); }));
+        QCOMPARE(keys(database.offers().recentMatches(10)), QStringList({u"c"_s, u"a"_s}));
         QVERIFY(!database.problem());
     }
 
     void aChangeThatFailsAddsNothing() {
         Database database(folder(), m_clock);
-        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
         runOn(folder(), "DROP TABLE searches; DROP TABLE matches;");
-        QCOMPARE(database.recordMatch(offer(1, u"a"_s)), 0);
-        database.addSearch(watcher(u"BGO"_s, u"BKK"_s));
+        QCOMPARE(database.offers().recordMatch(offer(1, u"a"_s)), 0);
+        database.watchers().addSearch(watcher(u"BGO"_s, u"BKK"_s));
         QVERIFY(log().contains("addSearch FEILET: no such table: searches (BGO->BKK)\n"));
         QCOMPARE(log().count("lagring feilet"), 1);
-        QVERIFY(!database.takeMatches() && !database.restoreMatches());
+        QVERIFY(!database.offers().takeMatches() && !database.offers().restoreMatches());
     }
 
     void aFileThatCannotBeUsed_data() {
@@ -340,12 +426,12 @@ private Q_SLOTS:
         QVERIFY(database.problem()->contains(u"tindra.sqlite"_s));
         QCOMPARE(log().count("database: "), 1);
 
-        database.addSearch(watcher(u"OSL"_s, u"BKK"_s));
-        database.set(u"x"_s, u"1"_s);
-        QVERIFY(!database.transaction([&] { database.recordMatch(offer(1, u"a"_s)); }));
-        QVERIFY(database.listSearches().isEmpty());
-        QVERIFY(database.recentMatches(10).isEmpty());
-        QVERIFY(!database.get(u"x"_s));
+        database.watchers().addSearch(watcher(u"OSL"_s, u"BKK"_s));
+        QVERIFY(!database.settings().set(Setting::onboarded, true));
+        QVERIFY(!database.transaction([&] { database.offers().recordMatch(offer(1, u"a"_s)); }));
+        QVERIFY(database.watchers().listSearches().isEmpty());
+        QVERIFY(database.offers().recentMatches(10).isEmpty());
+        QVERIFY(!database.settings().isOn(Setting::onboarded));
         QVERIFY(log().contains("addSearch FEILET: "));
         QVERIFY(log().contains("(OSL->BKK)\n"));
         QCOMPARE(log().count("database: "), 1);

@@ -79,7 +79,7 @@ class TestDatabaseSafety : public QObject {
         Search search;
         search.name = name;
         search.origin = u"OSL"_s;
-        database.addSearch(search);
+        database.watchers().addSearch(search);
     }
     /// A data folder with this watcher in it.
     void fill(const QString& name, bool withCopy = false) const {
@@ -90,7 +90,7 @@ class TestDatabaseSafety : public QObject {
     }
     static QStringList names(Database& database) {
         QStringList names;
-        for (const Search& search : database.listSearches())
+        for (const Search& search : database.watchers().listSearches())
             names.append(search.name);
         return names;
     }
@@ -268,7 +268,8 @@ private Q_SLOTS:
             QCOMPARE(names(database), QStringList());
             QVERIFY(database.problem().value_or(QString()).contains(u"skadet"_s));
             // The rest of the file takes changes, which does not make it whole.
-            QVERIFY(database.transaction([&] { database.set(u"x"_s, u"2"_s); }));
+            QVERIFY(
+                database.transaction([&] { database.safekeeping().note(Kept::toldBackground); }));
             QVERIFY(database.problem());
         }
         QVERIFY(QTest::qWaitFor([&] { return database.recover(); }));

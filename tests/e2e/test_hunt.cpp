@@ -137,9 +137,9 @@ private Q_SLOTS:
         search.origin = u"OSL"_s;
         search.destination = u"CPH"_s;
         search.dateFrom = clock.today().addDays(30);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
         search.dateFrom = QDate();
-        database.addSearch(search);
+        database.watchers().addSearch(search);
         standin::StandIn airline({});
         QVERIFY(!airline.start());
         const auto site = settingsOf(airline);

@@ -99,7 +99,7 @@ private Q_SLOTS:
         search.cabins = {Cabin::economy, Cabin::business};
         search.dateFrom = clock.today().addDays(20);
         search.dateTo = clock.today().addDays(23);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
     }
 
     void signingInByHand() {
@@ -152,10 +152,10 @@ private Q_SLOTS:
         awaited(keychain.save(userName, password));
         {
             Database database(data(), clock);
-            database.set(u"auto_login"_s, u"1"_s);
+            database.settings().set(Setting::autoLogin, true);
             // Without anything to watch, one lookup shows that the session is dead instead of
             // three.
-            database.toggleSearch(1);
+            database.watchers().toggleSearch(1);
         }
         m_airline->expireSiteSession();
         m_airline->expireSso();

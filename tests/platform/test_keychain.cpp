@@ -198,7 +198,7 @@ private Q_SLOTS:
         FakeCookieStore cookies;
         SecretServiceStore store(m_clock);
         Keychain keychain(store);
-        CookieVault vault(cookies, keychain, database, m_clock, Site{});
+        CookieVault vault(cookies, keychain, database.safekeeping(), m_clock, Site{});
         // The main thread goes on with everything else meanwhile.
         QTimer pulse;
         int beats = 0;

@@ -50,7 +50,7 @@ Fare fare(const QString& flight, int economy, int business, QDate date = {2027, 
 const Leg leg{route, QDate(2027, 3, 1)};
 const Instant now = instantFromSeconds(1.8e9);
 
-Database::Seen seen(const CabinSet& cabins, const QString& flight) {
+SeenStore::Seen seen(const CabinSet& cabins, const QString& flight) {
     return {cabins, u"CPH-BKK 2027-03-01 · "_s + flight};
 }
 

@@ -120,14 +120,14 @@ private Q_SLOTS:
 
     void settings() {
         World world;
-        world.database.set(u"notify_soldout"_s, u"0"_s);
+        world.database.settings().set(Setting::notifySoldOut, false);
         world.notifier.notifySoldOut(gone({Cabin::first}));
         QVERIFY(world.center.posted.isEmpty());
         world.notifier.notifyNewFare(offer());
         QCOMPARE(world.center.posted.size(), 1);
 
-        world.database.set(u"native_notify"_s, u"yes"_s);
-        world.database.set(u"notify_soldout"_s, u"1"_s);
+        world.database.settings().set(Setting::nativeNotify, false);
+        world.database.settings().set(Setting::notifySoldOut, true);
         Match other = offer();
         other.cabin = Cabin::first;
         world.notifier.notifyNewFare(other);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         world.notifier.notifyCommunityFare(unbookable);
         QCOMPARE(world.center.posted.size(), 1);
         // Switched on again, the filter still remembers what it let pass in silence.
-        world.database.set(u"native_notify"_s, u"1"_s);
+        world.database.settings().set(Setting::nativeNotify, true);
         world.notifier.notifyNewFare(other);
         QCOMPARE(world.center.posted.size(), 1);
     }
@@ -160,25 +160,26 @@ private Q_SLOTS:
         QFETCH(const bool, isSoldOut);
         QFETCH(const bool, isTold);
         World world;
-        world.database.addSearch(Search());
+        world.database.watchers().addSearch(Search());
         Match match = offer();
         match.searchId = 1;
         match.foundAt = world.clock.now();
         SoldOut record = gone({match.cabin});
         record.searchId = 1;
         record.foundAt = match.foundAt;
-        constexpr auto isDue = Database::Telling::isDue;
+        constexpr auto isDue = OfferStore::Telling::isDue;
         if (isSoldOut)
-            record.id = world.database.recordSoldOut(record, isDue);
+            record.id = world.database.offers().recordSoldOut(record, isDue);
         else
-            match.id = world.database.recordMatch(match, isDue);
-        world.database.upsertSeen(1, offer().key, {seenSince, {}});
+            match.id = world.database.offers().recordMatch(match, isDue);
+        world.database.seen().upsertSeen(1, offer().key, {seenSince, {}});
         // The process dies before the desktop has answered.
         world.center.answers = false;
         Notifier dead(world.database, world.center, world.clock);
         isSoldOut ? dead.notifySoldOut(record) : dead.notifyNewFare(match);
         settle();
-        QVERIFY(world.database.untold() == QList<Hit>{isSoldOut ? Hit(record) : Hit(match)});
+        QVERIFY(world.database.offers().untold() ==
+                QList<Hit>{isSoldOut ? Hit(record) : Hit(match)});
 
         world.center.answers = true;
         world.center.posted.clear();
@@ -187,7 +188,7 @@ private Q_SLOTS:
         next.tellRest();
         settle();
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
         next.tellRest();
         settle();
         QCOMPARE(world.center.posted.size(), isTold ? 1 : 0);
@@ -195,13 +196,13 @@ private Q_SLOTS:
 
     void whoeverWaitsKnowsItIsMarked() {
         World world;
-        world.database.addSearch(Search());
+        world.database.watchers().addSearch(Search());
         Match match = offer();
         match.searchId = 1;
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         world.notifier.notifyNewFare(match);
         awaited(world.notifier.settled());
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
         awaited(world.notifier.settled());
         // A desktop that says nothing holds nobody up for long.
         world.center.answers = false;
@@ -217,16 +218,16 @@ private Q_SLOTS:
 
     void whatTheDesktopDoesNotTakeStaysUntold() {
         World world;
-        world.database.addSearch(Search());
+        world.database.watchers().addSearch(Search());
         Match match = offer();
         match.searchId = 1;
         match.foundAt = world.clock.now();
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
-        world.database.upsertSeen(1, match.key, {{match.cabin}, {}});
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
+        world.database.seen().upsertSeen(1, match.key, {{match.cabin}, {}});
         world.center.isThere = false;
         world.notifier.notifyNewFare(match);
         settle();
-        QCOMPARE(world.database.untold().size(), 1);
+        QCOMPARE(world.database.offers().untold().size(), 1);
         // It is told when there is a desktop, once, and marked when the disk lets it.
         world.center.isThere = true;
         world.center.posted.clear();
@@ -236,22 +237,22 @@ private Q_SLOTS:
         runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE DELETE ON untold BEGIN "
                                 "SELECT RAISE(ABORT, 'no room'); END;");
         settle();
-        QCOMPARE(world.database.untold().size(), 1);
+        QCOMPARE(world.database.offers().untold().size(), 1);
         runOn(world.dir.path(), "DROP TRIGGER refuse;");
         world.notifier.tellRest();
         QCOMPARE(world.center.posted.size(), 1);
         match.cabin = Cabin::first;
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         world.notifier.notifyNewFare(match);
         settle();
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
 
         // What the user has switched off is not owed to them.
-        world.database.set(u"native_notify"_s, u"0"_s);
-        match.id = world.database.recordMatch(match, Database::Telling::isDue);
+        world.database.settings().set(Setting::nativeNotify, false);
+        match.id = world.database.offers().recordMatch(match, OfferStore::Telling::isDue);
         Notifier(world.database, world.center, world.clock).notifyNewFare(match);
         settle();
-        QVERIFY(world.database.untold().isEmpty());
+        QVERIFY(world.database.offers().untold().isEmpty());
     }
 };
 

@@ -47,7 +47,8 @@ class TestCommunity : public QObject {
         ManualClock clock;
         Database database{dir.path(), clock};
         FakeHttpSession http;
-        Community community{database, http, clock, Site{}, u"https://hunters.test/base"_s};
+        Community community{database.settings(), http, clock, Site{},
+                            u"https://hunters.test/base"_s};
 
         World() {
             http.answer = [](const HttpRequest&) { return HttpResponse{200, "{\"hits\":[]}"}; };
@@ -72,21 +73,21 @@ class TestCommunity : public QObject {
 
 private Q_SLOTS:
     void nothingIsSentWithoutConsentOrAddress_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("switched off") << u"share_hits"_s << u"0"_s;
-        QTest::newRow("nonsense counts as off") << u"share_hits"_s << u"yes"_s;
-        QTest::newRow("no address") << u"community_url"_s << u"hunters and friends"_s;
-        QTest::newRow("empty address") << u"community_url"_s << QString(u""_s);
-        QTest::newRow("another scheme") << u"community_url"_s << u"file:///tmp/hits"_s;
-        QTest::newRow("leads nowhere") << u"community_url"_s << u"https://community.x.invalid"_s;
+        QTest::addColumn<bool>("isSharing");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("switched off") << false << u"https://hunters.test"_s;
+        QTest::newRow("no address") << true << u"hunters and friends"_s;
+        QTest::newRow("empty address") << true << QString(u""_s);
+        QTest::newRow("another scheme") << true << u"file:///tmp/hits"_s;
+        QTest::newRow("leads nowhere") << true << u"https://community.x.invalid"_s;
     }
 
     void nothingIsSentWithoutConsentOrAddress() {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
+        QFETCH(bool, isSharing);
+        QFETCH(QString, address);
         World world;
-        world.database.set(key, value);
+        world.database.settings().set(Setting::shareHits, isSharing);
+        world.database.settings().set(Setting::communityUrl, address);
         world.callAll();
         QVERIFY(world.http.sent.isEmpty());
     }
@@ -122,7 +123,7 @@ private Q_SLOTS:
 
     void soldOutCabinsAreToldOneByOne() {
         World world;
-        world.database.set(u"community_url"_s, u"http://127.0.0.1:9/"_s);
+        world.database.settings().set(Setting::communityUrl, u"http://127.0.0.1:9/"_s);
         awaited(world.community.reportSoldOut(fareKey(u"k"_s), {Cabin::business, Cabin::premeco}));
         QCOMPARE(world.http.sent.size(), 2);
         QStringList cabins;

@@ -68,7 +68,7 @@ private Q_SLOTS:
         AppWorld world;
         world.addWatcher();
         world.addMatch([](Match& m) { m.key = fareKey(u"own"_s); });
-        world.database.upsertSeen(1, fareKey(u"own"_s), {{Cabin::business}, u"SK907"_s});
+        world.database.seen().upsertSeen(1, fareKey(u"own"_s), {{Cabin::business}, u"SK907"_s});
         const double now = secondsSince1970(world.clock.now());
         QJsonObject economy = find(u"cabin"_s, now);
         economy[u"cabin"_s] = u"economy"_s;
@@ -84,7 +84,7 @@ private Q_SLOTS:
 
         // Not again, not even after a restart and after the offers were cleared; nor is what the
         // user's own watcher had found.
-        world.database.takeMatches();
+        world.database.offers().takeMatches();
         OthersFinds next(world.database, world.community, world.notifier, world.clock);
         awaited(next.refresh());
         QCOMPARE(world.center.posted.size(), 1);
@@ -102,14 +102,14 @@ private Q_SLOTS:
         QCOMPARE(query.queryItemValue(u"routes"_s), u"OSL-EWR"_s);
         QCOMPARE(world.http.sent.constFirst().url.path(), u"/v1/hits"_s);
 
-        world.database.set(u"share_hits"_s, u"0"_s);
+        world.database.settings().set(Setting::shareHits, false);
         world.http.answer = nullptr;
         awaited(world.finds.refresh());
         QVERIFY(world.finds.hits().isEmpty());
 
-        world.database.set(u"share_hits"_s, u"1"_s);
+        world.database.settings().set(Setting::shareHits, true);
         world.addWatcher(u"LHR"_s);
-        world.database.toggleSearch(1);
+        world.database.watchers().toggleSearch(1);
         world.state.reload();
         has(world, {find(u"k"_s, 0)});
         awaited(world.finds.refresh());

@@ -31,7 +31,8 @@ struct Hunter : AppWorld {
     Sharing sharing{worker, shared, theirs, realTime};
 
     explicit Hunter(const community::Service& service)
-        : shared(database, network, clock, Site{}, QString::fromStdString(service.address())) {
+        : shared(database.settings(), network, clock, Site{},
+                 QString::fromStdString(service.address())) {
         addWatcher(u"EWR"_s, [](Search& s) { s.dateFrom = s.dateTo = bookable; });
         shown.reload();
     }
@@ -106,10 +107,11 @@ private Q_SLOTS:
         QVERIFY(restarted.hits().isEmpty());
 
         // Nor does a service that fails take away what was found.
-        second.database.set(u"community_url"_s, u"http://127.0.0.1:1"_s);
+        second.database.settings().set(Setting::communityUrl, u"http://127.0.0.1:1"_s);
         second.round();
         QCOMPARE(second.shown.matches().size(), 1);
-        second.database.set(u"community_url"_s, QString::fromStdString(service.address()));
+        second.database.settings().set(Setting::communityUrl,
+                                       QString::fromStdString(service.address()));
 
         first.airlineHas(0);
         first.round();

@@ -25,7 +25,8 @@ struct AppWorld {
     FakeLegFetcher airline;
     Worker worker{database, airline, notifier, clock};
     FakeHttpSession http;
-    Community community{database, http, clock, Site{}, QStringLiteral("https://community.test")};
+    Community community{database.settings(), http, clock, Site{},
+                        QStringLiteral("https://community.test")};
     OthersFinds finds{database, community, notifier, clock};
     AppState state{database, worker, finds, clock};
 
@@ -47,7 +48,7 @@ struct AppWorld {
         search.dateTo = QDate(2027, 3, 31);
         if (change)
             change(search);
-        database.addSearch(search);
+        database.watchers().addSearch(search);
         state.reload();
         return state.searches().constLast();
     }
@@ -58,7 +59,7 @@ struct AppWorld {
         SoldOut record{0, 1, FareKey::fromText(key), {Cabin::business}, key, clock.now()};
         if (change)
             change(record);
-        database.recordSoldOut(record);
+        database.offers().recordSoldOut(record);
         state.reload();
     }
 
@@ -80,7 +81,7 @@ struct AppWorld {
         match.foundAt = clock.now();
         if (change)
             change(match);
-        match.id = database.recordMatch(match);
+        match.id = database.offers().recordMatch(match);
         state.reload();
         return match;
     }

@@ -16,17 +16,17 @@ Flow {
         objectName: "watcherPicker"
         width: 220
         label: "Overvåker"
-        model: bar.page.watcherNames
-        currentIndex: bar.page.watcherIndex
-        onActivated: index => bar.page.watcherIndex = index
+        model: bar.page.filter.watcherNames
+        currentIndex: bar.page.filter.watcherIndex
+        onActivated: index => bar.page.filter.watcherIndex = index
     }
     TDSegmented {
         objectName: "sortPicker"
         width: 320
         label: "Sortering"
-        model: bar.page.sortOrders
-        currentIndex: bar.page.sortOrder
-        onPicked: index => bar.page.sortOrder = index
+        model: bar.page.filter.sortOrders
+        currentIndex: bar.page.filter.sortOrder
+        onPicked: index => bar.page.filter.sortOrder = index
     }
     Row {
         id: order
@@ -41,10 +41,10 @@ Flow {
             id: cards
             objectName: "cardPicker"
             label: "Kort:"
-            model: bar.page.cardOrders
-            currentIndex: bar.page.cardOrder
+            model: bar.page.filter.cardOrders
+            currentIndex: bar.page.filter.cardOrder
             Accessible.description: tip.text
-            onActivated: index => bar.page.cardOrder = index
+            onActivated: index => bar.page.filter.cardOrder = index
             TDToolTip {
                 id: tip
                 text: "Rekkefølgen på kortene i hver reisegruppe"
@@ -63,8 +63,8 @@ Flow {
             objectName: "hideSoldOut"
             height: TD.controlHeight
             text: "Skjul utsolgte"
-            checked: bar.page.hideSoldOut
-            onToggled: bar.page.hideSoldOut = checked
+            checked: bar.page.filter.hideSoldOut
+            onToggled: bar.page.filter.hideSoldOut = checked
         }
         Row {
             id: actions

@@ -3,8 +3,8 @@
 
 #include "app/AppState.h"
 #include "app/MatchTable.h"
-#include "core/Database.h"
 #include "core/DateFmt.h"
+#include "core/OfferStore.h"
 #include "platform/Desktop.h"
 #include "ui/hits/Export.h"
 
@@ -13,86 +13,22 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-HitsPage::HitsPage(AppState& state, Database& database, Desktop& desktop, Clock& clock,
+HitsPage::HitsPage(AppState& state, OfferStore& offers, Desktop& desktop, Clock& clock,
                    const Site& site)
     : m_state(state)
-    , m_database(database)
+    , m_offers(offers)
     , m_desktop(desktop)
     , m_clock(clock)
     , m_site(site)
+    , m_filter(state)
     , m_rows(clock, site) {
     connect(&state, &AppState::matchesChanged, this, &HitsPage::scheduleRegroup);
     connect(&state, &AppState::communityHitsChanged, this, &HitsPage::scheduleRegroup);
-    connect(&state, &AppState::searchesChanged, this, [this] {
-        readWatchers();
-        scheduleRegroup();
-    });
-    readWatchers();
+    connect(&state, &AppState::searchesChanged, this, &HitsPage::scheduleRegroup);
+    connect(&m_filter, &HitsFilter::shownChanged, this, &HitsPage::regroup);
 }
 
 HitsPage::~HitsPage() = default;
-
-void HitsPage::readWatchers() {
-    QStringList names{u"Alle overvåkere"_s};
-    bool isChosenThere = false;
-    for (const Search& watcher : m_state.searches()) {
-        names.append(watcher.displayName());
-        isChosenThere = isChosenThere || watcher.id == m_filter.watcher;
-    }
-    if (std::exchange(m_watcherNames, names) != names)
-        Q_EMIT watcherNamesChanged();
-    if (!isChosenThere)
-        m_filter.watcher.reset();
-    Q_EMIT choiceChanged();
-}
-
-int HitsPage::watcherIndex() const {
-    const auto& watchers = m_state.searches();
-    const auto chosen = std::find_if(watchers.begin(), watchers.end(),
-                                     [this](const Search& s) { return s.id == m_filter.watcher; });
-    return chosen == watchers.end() ? 0 : static_cast<int>(chosen - watchers.begin()) + 1;
-}
-
-void HitsPage::setWatcherIndex(int index) {
-    const auto& watchers = m_state.searches();
-    if (index == watcherIndex() || index < 0 || index > watchers.size())
-        return;
-    m_filter.watcher = index == 0 ? std::nullopt : std::optional(watchers[index - 1].id);
-    regroup();
-    Q_EMIT choiceChanged();
-}
-
-QStringList HitsPage::sortOrders() {
-    return {u"Per region"_s, u"Nyest funnet"_s, u"Billigst"_s};
-}
-
-QStringList HitsPage::cardOrders() {
-    return {u"Avreisedato"_s, u"Nyest først"_s};
-}
-
-void HitsPage::setSortOrder(int order) {
-    if (order == sortOrder() || order < 0 || order >= sortOrders().size())
-        return;
-    m_sortOrder = static_cast<Journeys::SortOrder>(order);
-    m_layout.hasRegions = m_sortOrder == Journeys::SortOrder::region;
-    regroup();
-    Q_EMIT choiceChanged();
-}
-
-void HitsPage::setCardOrder(int order) {
-    if (order == cardOrder() || order < 0 || order >= cardOrders().size())
-        return;
-    m_cardOrder = static_cast<Journeys::CardOrder>(order);
-    regroup();
-    Q_EMIT choiceChanged();
-}
-
-void HitsPage::setHideSoldOut(bool hide) {
-    if (std::exchange(m_filter.hideSoldOut, hide) == hide)
-        return;
-    regroup();
-    Q_EMIT choiceChanged();
-}
 
 void HitsPage::setColumns(int columns) {
     const int atLeastOne = std::max(columns, 1);
@@ -100,7 +36,7 @@ void HitsPage::setColumns(int columns) {
         return;
     if (!m_isStale)
         layOut();
-    Q_EMIT choiceChanged();
+    Q_EMIT columnsChanged();
 }
 
 /// A reload tells of several changes in a row; they are worth one new grouping.
@@ -120,11 +56,11 @@ void HitsPage::scheduleRegroup() {
 
 void HitsPage::regroup() {
     m_isStale = false;
-    m_filtered = Journeys::filtered(m_state.matches(), m_state.communityHits(), m_filter);
-    m_journeys =
-        Journeys::grouped(m_filtered, m_sortOrder, m_cardOrder, [this](const Match& match) {
-            return m_state.direction(match) == Direction::out;
-        });
+    m_filtered = Journeys::filtered(m_state.matches(), m_state.communityHits(), m_filter.filter());
+    m_journeys = Journeys::grouped(
+        m_filtered, m_filter.sorting(), m_filter.cardSorting(),
+        [this](const Match& match) { return m_state.direction(match) == Direction::out; });
+    m_layout.hasRegions = m_filter.sorting() == Journeys::SortOrder::region;
     layOut();
     Q_EMIT contentChanged();
 }
@@ -157,21 +93,17 @@ void HitsPage::setConfirmClear(bool confirm) {
 
 void HitsPage::clearAll() {
     setConfirmClear(false);
-    const bool isTaken = m_database.takeMatches();
-    m_state.reload();
-    if (isTaken)
+    if (m_offers.takeMatches())
         say(u"Alle treff er slettet."_s, true);
 }
 
 void HitsPage::undoClear() {
     if (!m_canUndo)
         return;
-    if (m_database.restoreMatches()) {
+    if (m_offers.restoreMatches())
         dismissNotice();
-        m_state.reload();
-    } else {
+    else
         say(u"Treffene kunne ikke legges tilbake. Prøv igjen."_s, true);
-    }
 }
 
 void HitsPage::dismissNotice() {
@@ -195,11 +127,8 @@ void HitsPage::reveal(const QString& subject) {
         return std::any_of(m_filtered.begin(), m_filtered.end(), holds);
     };
     regroup();
-    if (!isThere()) {
-        m_filter = {};
-        regroup();
-        Q_EMIT choiceChanged();
-    }
+    if (!isThere())
+        m_filter.reset();
     if (!isThere())
         return;
     const auto journey =

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/hits/HitsFilter.h"
 #include "ui/hits/HitsModel.h"
 
 #include <QObject>
@@ -9,24 +10,18 @@
 #include <memory>
 
 class AppState;
-class Database;
 class Desktop;
+class OfferStore;
 
 /// The page "Treff": all offers as journeys. Everything but the deletion of all hits only reads
-/// the state that the screens share. Choices last as long as the page. Main thread only.
+/// the state that the screens share. Main thread only.
 class HitsPage : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(HitsModel* rows READ rows CONSTANT)
-    Q_PROPERTY(QStringList watcherNames READ watcherNames NOTIFY watcherNamesChanged)
-    Q_PROPERTY(int watcherIndex READ watcherIndex WRITE setWatcherIndex NOTIFY choiceChanged)
-    Q_PROPERTY(QStringList sortOrders READ sortOrders CONSTANT)
-    Q_PROPERTY(int sortOrder READ sortOrder WRITE setSortOrder NOTIFY choiceChanged)
-    Q_PROPERTY(QStringList cardOrders READ cardOrders CONSTANT)
-    Q_PROPERTY(int cardOrder READ cardOrder WRITE setCardOrder NOTIFY choiceChanged)
-    Q_PROPERTY(bool hideSoldOut READ hideSoldOut WRITE setHideSoldOut NOTIFY choiceChanged)
-    Q_PROPERTY(int columns READ columns WRITE setColumns NOTIFY choiceChanged)
+    Q_PROPERTY(HitsFilter* filter READ filter CONSTANT)
+    Q_PROPERTY(int columns READ columns WRITE setColumns NOTIFY columnsChanged)
     Q_PROPERTY(QString countText READ countText NOTIFY contentChanged)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY contentChanged)
     Q_PROPERTY(bool hasMatches READ hasMatches NOTIFY contentChanged)
@@ -36,24 +31,11 @@ class HitsPage : public QObject {
     Q_PROPERTY(bool shown READ shown WRITE setShown NOTIFY shownChanged)
 public:
     /// All must outlive the page.
-    HitsPage(AppState& state, Database& database, Desktop& desktop, Clock& clock, const Site& site);
+    HitsPage(AppState& state, OfferStore& offers, Desktop& desktop, Clock& clock, const Site& site);
     ~HitsPage() override;
 
     HitsModel* rows() { return &m_rows; }
-    /// "Alle overvåkere" and then every watcher's name, in the state's order.
-    const QStringList& watcherNames() const { return m_watcherNames; }
-    /// Index into these; 0 also when the chosen watcher has been deleted.
-    int watcherIndex() const;
-    void setWatcherIndex(int index);
-    /// The labels, in the order of the enumerations.
-    static QStringList sortOrders();
-    static QStringList cardOrders();
-    int sortOrder() const { return static_cast<int>(m_sortOrder); }
-    void setSortOrder(int order);
-    int cardOrder() const { return static_cast<int>(m_cardOrder); }
-    void setCardOrder(int order);
-    bool hideSoldOut() const { return m_filter.hideSoldOut; }
-    void setHideSoldOut(bool hide);
+    HitsFilter* filter() { return &m_filter; }
     /// Cards side by side.
     int columns() const { return m_layout.columns; }
     void setColumns(int columns);
@@ -103,8 +85,7 @@ public:
     void setShown(bool shown);
 
 Q_SIGNALS:
-    void watcherNamesChanged();
-    void choiceChanged();
+    void columnsChanged();
     void contentChanged();
     void confirmClearChanged();
     void noticeChanged();
@@ -116,22 +97,18 @@ private:
     void scheduleRegroup();
     void regroup();
     void layOut();
-    void readWatchers();
     void startMinute();
     void say(const QString& text, bool canUndo = false);
     void save(const QString& name, const QByteArray& content);
 
     AppState& m_state;
-    Database& m_database;
+    OfferStore& m_offers;
     Desktop& m_desktop;
     Clock& m_clock;
     Site m_site;
 
-    Journeys::Filter m_filter;
-    Journeys::SortOrder m_sortOrder = Journeys::SortOrder::region;
-    Journeys::CardOrder m_cardOrder = Journeys::CardOrder::travel;
+    HitsFilter m_filter;
     HitsLayout m_layout;
-    QStringList m_watcherNames;
     QList<Hit> m_filtered;
     QList<JourneyGroup> m_journeys;
     HitsModel m_rows;

@@ -3,8 +3,6 @@
 
 #include "core/Norwegian.h"
 
-#include <QLocale>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -18,9 +16,4 @@ QList<double> CheckInterval::choices(double current) {
 
 QString CheckInterval::label(double minutes) {
     return Norwegian::decimal(minutes) + u" min"_s;
-}
-
-QString CheckInterval::toStore(double minutes) {
-    const QString text = QString::number(minutes, 'f', QLocale::FloatingPointShortest);
-    return text.contains(u'.') ? text : text + u".0"_s;
 }

@@ -11,7 +11,5 @@ namespace CheckInterval {
 QList<double> choices(double current);
 /// "10 min".
 QString label(double minutes);
-/// As the setting holds it, with at least one fractional digit: "10.0".
-QString toStore(double minutes);
 
 } // namespace CheckInterval

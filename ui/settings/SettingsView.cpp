@@ -3,28 +3,18 @@
 
 #include "airline/LegFetcher.h"
 #include "app/AppState.h"
-#include "core/Database.h"
+#include "core/Settings.h"
 #include "platform/Autostart.h"
 #include "polling/Notifier.h"
 #include "ui/settings/CheckInterval.h"
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString autoLoginKey = u"auto_login"_s;
-const QString notifyKey = u"native_notify"_s;
-const QString notifySoldOutKey = u"notify_soldout"_s;
-const QString shareHitsKey = u"share_hits"_s;
-const QString intervalKey = u"poll_interval_min"_s;
-
-} // namespace
-
-SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airline,
+SettingsView::SettingsView(AppState& state, Settings& settings, LegFetcher& airline,
                            Notifier& notifier, Autostart* autostart, SessionModel& pill,
                            SignInDetails& details, AboutTindra& about)
     : m_state(state)
-    , m_database(database)
+    , m_settings(settings)
     , m_airline(airline)
     , m_notifier(notifier)
     , m_autostart(autostart)
@@ -32,6 +22,7 @@ SettingsView::SettingsView(AppState& state, Database& database, LegFetcher& airl
     , m_details(details)
     , m_about(about)
     , m_intervals(CheckInterval::choices(state.pollIntervalMin())) {
+    connect(&settings, &Settings::changed, this, &SettingsView::changed);
     connect(&state, &AppState::notifyOnChanged, this, &SettingsView::changed);
     connect(&state, &AppState::pollIntervalMinChanged, this, [this] {
         if (!m_intervals.contains(m_state.pollIntervalMin()))
@@ -54,7 +45,7 @@ void SettingsView::close() {
 }
 
 bool SettingsView::autoLoginOn() const {
-    return m_database.isOn(autoLoginKey, false);
+    return m_settings.isOn(Setting::autoLogin);
 }
 
 bool SettingsView::notifyOn() const {
@@ -62,11 +53,11 @@ bool SettingsView::notifyOn() const {
 }
 
 bool SettingsView::notifySoldOut() const {
-    return m_database.isOn(notifySoldOutKey, true);
+    return m_settings.isOn(Setting::notifySoldOut);
 }
 
 bool SettingsView::shareHits() const {
-    return m_database.isOn(shareHitsKey, true);
+    return m_settings.isOn(Setting::shareHits);
 }
 
 bool SettingsView::autostartOn() const {
@@ -74,20 +65,19 @@ bool SettingsView::autostartOn() const {
 }
 
 void SettingsView::setAutoLoginOn(bool on) {
-    store(autoLoginKey, on);
+    store(Setting::autoLogin, on);
 }
 
 void SettingsView::setNotifyOn(bool on) {
-    store(notifyKey, on);
-    m_state.setNotifyOn(m_database.isOn(notifyKey, true));
+    m_state.setNotifyOn(on);
 }
 
 void SettingsView::setNotifySoldOut(bool on) {
-    store(notifySoldOutKey, on);
+    store(Setting::notifySoldOut, on);
 }
 
 void SettingsView::setShareHits(bool on) {
-    store(shareHitsKey, on);
+    store(Setting::shareHits, on);
     m_state.refreshCommunity();
 }
 
@@ -98,16 +88,9 @@ void SettingsView::setAutostartOn(bool on) {
     Q_EMIT changed();
 }
 
-void SettingsView::store(const QString& key, bool on) {
-    m_database.set(key, on ? u"1"_s : u"0"_s);
-    noteStorage();
-    Q_EMIT changed();
-}
-
-/// A change that failed, or worked again, is news to the state.
-void SettingsView::noteStorage() {
-    if (m_database.problem().value_or(QString()) != m_state.storageProblem())
-        m_state.reload();
+void SettingsView::store(const Setting::Switch& setting, bool on) {
+    if (!m_settings.set(setting, on))
+        Q_EMIT changed();
 }
 
 void SettingsView::checkLogin() {
@@ -131,14 +114,8 @@ int SettingsView::intervalIndex() const {
 }
 
 void SettingsView::pickInterval(int index) {
-    if (index < 0 || index >= m_intervals.size())
-        return;
-    const double minutes = m_intervals[index];
-    const QString text = CheckInterval::toStore(minutes);
-    m_database.set(intervalKey, text);
-    noteStorage();
-    if (m_database.get(intervalKey) == text)
-        m_state.setPollIntervalMin(minutes);
+    if (index >= 0 && index < m_intervals.size())
+        m_state.setPollIntervalMin(m_intervals[index]);
 }
 
 void SettingsView::offerIntervals() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/Settings.h"
 #include "ui/session/SessionModel.h"
 #include "ui/settings/AboutTindra.h"
 #include "ui/settings/SignInDetails.h"
@@ -9,7 +10,6 @@
 
 class AppState;
 class Autostart;
-class Database;
 class LegFetcher;
 class Notifier;
 
@@ -35,7 +35,7 @@ class SettingsView : public QObject {
     Q_PROPERTY(int intervalIndex READ intervalIndex NOTIFY intervalIndexChanged)
 public:
     /// All must outlive the view. `autostart` is null where nothing may start by itself.
-    SettingsView(AppState& state, Database& database, LegFetcher& airline, Notifier& notifier,
+    SettingsView(AppState& state, Settings& settings, LegFetcher& airline, Notifier& notifier,
                  Autostart* autostart, SessionModel& pill, SignInDetails& details,
                  AboutTindra& about);
 
@@ -72,12 +72,11 @@ Q_SIGNALS:
     void intervalIndexChanged();
 
 private:
-    void store(const QString& key, bool on);
-    void noteStorage();
+    void store(const Setting::Switch& setting, bool on);
     void offerIntervals();
 
     AppState& m_state;
-    Database& m_database;
+    Settings& m_settings;
     LegFetcher& m_airline;
     Notifier& m_notifier;
     Autostart* m_autostart;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/watchers/EditWatcherSheet.h"
 
-#include "app/AppState.h"
-#include "core/Database.h"
+#include "core/WatcherStore.h"
 #include "ui/watchers/WatcherCard.h"
 
 using namespace Qt::StringLiterals;
@@ -36,12 +35,10 @@ EditedWindows EditedWindows::moved(const Search& watcher, QDate today) {
     return windows;
 }
 
-EditWatcherSheet::EditWatcherSheet(AppState& state, Database& database, const Clock& clock,
-                                   const Search& original, const EditedWindows& windows,
-                                   QObject* parent)
+EditWatcherSheet::EditWatcherSheet(WatcherStore& store, const Clock& clock, const Search& original,
+                                   const EditedWindows& windows, QObject* parent)
     : QObject(parent)
-    , m_state(state)
-    , m_database(database)
+    , m_store(store)
     , m_original(original)
     , m_name(original.name)
     , m_cabins(original.cabins)
@@ -94,7 +91,6 @@ Search EditWatcherSheet::edited() const {
 void EditWatcherSheet::save() {
     if (!canSave())
         return;
-    m_database.updateSearch(edited());
-    m_state.reload();
+    m_store.updateSearch(edited());
     Q_EMIT finished();
 }

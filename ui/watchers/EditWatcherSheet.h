@@ -12,9 +12,8 @@
 
 #include <algorithm>
 
-class AppState;
 class Clock;
-class Database;
+class WatcherStore;
 
 /// The date windows that a watcher is edited with. What it does not hold as valid dates is chosen:
 /// the outbound window starts `today`, the return window with the outbound one, and both end 60
@@ -56,10 +55,9 @@ class EditWatcherSheet : public QObject {
     /// False while a place is missing.
     Q_PROPERTY(bool canSave READ canSave NOTIFY changed)
 public:
-    /// `state`, `database` and `clock` must outlive the sheet.
-    EditWatcherSheet(AppState& state, Database& database, const Clock& clock,
-                     const Search& original, const EditedWindows& windows,
-                     QObject* parent = nullptr);
+    /// `store` and `clock` must outlive the sheet.
+    EditWatcherSheet(WatcherStore& store, const Clock& clock, const Search& original,
+                     const EditedWindows& windows, QObject* parent = nullptr);
 
     QString title() const;
     AirportField* origin() { return &m_origin; }
@@ -87,8 +85,7 @@ Q_SIGNALS:
 private:
     WatcherForm form() const;
 
-    AppState& m_state;
-    Database& m_database;
+    WatcherStore& m_store;
     const Search m_original;
     QString m_name;
     AirportField m_origin{AirportField::Field::from};

@@ -2,8 +2,8 @@
 #include "ui/watchers/WatchersSection.h"
 
 #include "app/AppState.h"
-#include "core/Database.h"
 #include "core/Norwegian.h"
+#include "core/WatcherStore.h"
 #include "polling/Worker.h"
 
 #include <QPointer>
@@ -13,10 +13,10 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-WatchersSection::WatchersSection(AppState& state, Worker& worker, Database& database, Clock& clock)
+WatchersSection::WatchersSection(AppState& state, Worker& worker, WatcherStore& store, Clock& clock)
     : m_state(state)
     , m_worker(worker)
-    , m_database(database)
+    , m_store(store)
     , m_clock(clock)
     , m_activity(worker, clock)
     , m_lastCheck(state) {
@@ -84,36 +84,34 @@ void WatchersSection::checkAll() {
 }
 
 void WatchersSection::toggle(qint64 id) {
-    m_database.toggleSearch(id);
-    m_state.reload();
+    m_store.toggleSearch(id);
 }
 
 void WatchersSection::setWatching(qint64 id, bool on) {
-    const WatcherCard* card = m_cards.find(id);
-    if (card && card->search.enabled != on)
+    // The cards follow later in this turn, and of two quick presses both count.
+    const auto stored = m_store.listSearches();
+    if (std::any_of(stored.begin(), stored.end(), [id, on](const Search& watcher) {
+            return watcher.id == id && watcher.enabled != on;
+        }))
         toggle(id);
 }
 
 void WatchersSection::rename(qint64 id, const QString& name) {
-    m_database.renameSearch(id, name);
-    m_state.reload();
+    m_store.renameSearch(id, name);
 }
 
 void WatchersSection::remove(qint64 id) {
     const WatcherCard* card = m_cards.find(id);
     const QString name = card ? card->quotedTitle() : QString();
-    const bool isTaken = m_database.takeSearch(id);
-    m_state.reload();
-    m_canUndo = isTaken;
-    if (isTaken)
+    m_canUndo = m_store.takeSearch(id);
+    if (m_canUndo)
         Q_EMIT removed(u"Overvåkeren «%1» er slettet"_s.arg(name));
 }
 
 void WatchersSection::undoRemove() {
     if (!m_canUndo)
         return;
-    m_canUndo = !m_database.restoreSearch();
-    m_state.reload();
+    m_canUndo = !m_store.restoreSearch();
     if (m_canUndo)
         Q_EMIT removed(u"Overvåkeren kunne ikke legges tilbake. Prøv igjen."_s);
 }
@@ -131,7 +129,7 @@ void WatchersSection::editMoved(qint64 id) {
 void WatchersSection::openSheet(const Search& watcher, const EditedWindows& windows) {
     if (m_sheet)
         return;
-    m_sheet = new EditWatcherSheet(m_state, m_database, m_clock, watcher, windows, this);
+    m_sheet = new EditWatcherSheet(m_store, m_clock, watcher, windows, this);
     Q_EMIT sheetChanged();
 }
 

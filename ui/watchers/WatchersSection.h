@@ -13,7 +13,7 @@
 
 class AppState;
 class Clock;
-class Database;
+class WatcherStore;
 class Worker;
 
 /// All watchers with what the user can do to them. Every change goes to the database, and the
@@ -39,7 +39,7 @@ class WatchersSection : public QObject {
     Q_PROPERTY(EditWatcherSheet* sheet READ sheet NOTIFY sheetChanged)
 public:
     /// All must outlive the section.
-    WatchersSection(AppState& state, Worker& worker, Database& database, Clock& clock);
+    WatchersSection(AppState& state, Worker& worker, WatcherStore& store, Clock& clock);
 
     WatcherCards* cards() { return &m_cards; }
     ActivityStrip* activity() { return &m_activity; }
@@ -85,7 +85,7 @@ private:
 
     AppState& m_state;
     Worker& m_worker;
-    Database& m_database;
+    WatcherStore& m_store;
     Clock& m_clock;
     WatcherCards m_cards;
     ActivityStrip m_activity;

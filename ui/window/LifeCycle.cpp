@@ -1,23 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "ui/window/LifeCycle.h"
 
-#include "core/Database.h"
+#include "core/Safekeeping.h"
 #include "platform/Tray.h"
 #include "polling/Notifier.h"
 #include "ui/window/MenuBarPanel.h"
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// Set once the user knows that the hunt goes on without the window.
-const QString told = u"told_background"_s;
-
-} // namespace
-
-LifeCycle::LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Database& database,
+LifeCycle::LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Safekeeping& kept,
                      SecondStart secondStart)
-    : m_tray(tray), m_notifier(notifier), m_database(database), m_secondStart(secondStart) {
+    : m_tray(tray), m_notifier(notifier), m_kept(kept), m_secondStart(secondStart) {
     connect(&tray, &Tray::activated, this, &LifeCycle::panelRequested);
     connect(&tray, &Tray::openChosen, this, &LifeCycle::showWindow);
     connect(&tray, &Tray::checkChosen, &panel, &MenuBarPanel::checkNow);
@@ -63,7 +56,7 @@ void LifeCycle::showWindow() {
 }
 
 void LifeCycle::closeWindow() {
-    const bool isTold = m_database.isOn(told, false);
+    const bool isTold = m_kept.isNoted(Kept::toldBackground);
     if (!hasTray() || (!isTold && !m_notifier.canPost())) {
         // Nobody sees a question in a window that is minimised.
         Q_EMIT raiseRequested();
@@ -73,7 +66,7 @@ void LifeCycle::closeWindow() {
     setWindowShown(false);
     if (isTold)
         return;
-    m_database.set(told, u"1"_s);
+    m_kept.note(Kept::toldBackground);
     m_notifier.post(u"Tindra jakter videre"_s,
                     u"Vinduet er lukket, men overvåkerne sjekkes som før. Du finner Tindra ved "
                     u"klokken; der kan du også avslutte."_s);
@@ -84,7 +77,7 @@ void LifeCycle::keepHunting() {
     if (!canHide())
         return;
     if (hasTray())
-        m_database.set(told, u"1"_s);
+        m_kept.note(Kept::toldBackground);
     setWindowShown(false);
 }
 

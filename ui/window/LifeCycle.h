@@ -7,9 +7,9 @@
 
 #include <optional>
 
-class Database;
 class MenuBarPanel;
 class Notifier;
+class Safekeeping;
 class Tray;
 
 /// When the window comes and goes, and what becomes of the hunt then.
@@ -30,7 +30,7 @@ public:
     enum class SecondStart { reaches, isLost };
 
     /// All must outlive the object.
-    LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Database& database,
+    LifeCycle(Tray& tray, MenuBarPanel& panel, Notifier& notifier, Safekeeping& kept,
               SecondStart secondStart);
 
     bool isWindowShown() const { return m_isWindowShown; }
@@ -71,7 +71,7 @@ private:
 
     Tray& m_tray;
     Notifier& m_notifier;
-    Database& m_database;
+    Safekeeping& m_kept;
     SecondStart m_secondStart;
     bool m_isWindowShown = false;
     bool m_isAsking = false;

@@ -18,7 +18,7 @@ namespace {
 
 struct PageWorld : AppWorld {
     FakeDesktop desktop;
-    HitsPage page{state, database, desktop, clock, Site{}};
+    HitsPage page{state, database.offers(), desktop, clock, Site{}};
     QAbstractItemModelTester tester{page.rows(),
                                     QAbstractItemModelTester::FailureReportingMode::QtTest};
 
@@ -87,26 +87,26 @@ private Q_SLOTS:
         QCOMPARE(w.page.nextStop(3, -1), 1);
         QCOMPARE(w.page.nextStop(7, 1), 7);
 
-        w.page.setHideSoldOut(true);
-        w.page.setSortOrder(1);
+        w.page.filter()->setHideSoldOut(true);
+        w.page.filter()->setSortOrder(1);
         QCOMPARE(w.rows().size(), 5);
         w.addWatcher(u"LHR"_s, [](Search& s) { s.name = u"London"_s; });
-        QCOMPARE(w.page.watcherNames(),
+        QCOMPARE(w.page.filter()->watcherNames(),
                  QStringList({u"Alle overvåkere"_s, u"OSL → EWR"_s, u"London"_s}));
-        w.page.setWatcherIndex(2);
+        w.page.filter()->setWatcherIndex(2);
         QCOMPARE(w.page.emptyText(), u"Ingen treff matcher filtrene."_s);
         // A deleted watcher filters nothing.
-        w.database.deleteSearch(2);
+        w.database.watchers().deleteSearch(2);
         w.state.reload();
         settle();
-        QCOMPARE(w.page.watcherIndex(), 0);
+        QCOMPARE(w.page.filter()->watcherIndex(), 0);
         QCOMPARE(w.rows().size(), 5);
     }
 
     void newsChangesNoMoreThanItMust() {
         PageWorld w;
         w.page.setShown(true);
-        w.page.setSortOrder(1);
+        w.page.filter()->setSortOrder(1);
         for (const QString& to : {u"BKK"_s, u"NRT"_s, u"LHR"_s, u"MIA"_s, u"EWR"_s}) {
             w.add(u"OSL-"_s + to, flight(to));
             w.clock.advance(1s);
@@ -136,8 +136,8 @@ private Q_SLOTS:
         w.page.setColumns(1);
         QCOMPARE(w.rows().mid(2, 2), QStringList({u"more"_s, u"LHR"_s}));
         w.page.setColumns(3);
-        w.page.setSortOrder(2);
-        w.page.setSortOrder(0);
+        w.page.filter()->setSortOrder(2);
+        w.page.filter()->setSortOrder(0);
         w.state.reload();
         settle();
         counts();
@@ -178,7 +178,7 @@ private Q_SLOTS:
         w.page.setShown(true);
         w.add(u"OSL-EWR"_s);
         w.add(u"OSL-BKK"_s);
-        w.database.upsertSeen(1, {}, {{Cabin::business}, {}});
+        w.database.seen().upsertSeen(1, {}, {{Cabin::business}, {}});
         const auto before = w.state.matches();
         w.page.setConfirmClear(true);
         w.page.clearAll();
@@ -187,15 +187,17 @@ private Q_SLOTS:
         QVERIFY(w.state.matches().isEmpty());
         QVERIFY(!w.page.emptyText().isEmpty());
         QCOMPARE(w.state.searches().size(), 1);
-        QCOMPARE(w.database.seenCabins(1).size(), 1);
+        QCOMPARE(w.database.seen().seenCabins(1).size(), 1);
         QVERIFY(w.page.canUndo());
         w.page.undoClear();
+        settle();
         QVERIFY(w.state.matches() == before);
         QVERIFY(!w.page.canUndo() && w.page.notice().isEmpty());
 
         w.page.clearAll();
         w.page.dismissNotice();
         w.page.undoClear();
+        settle();
         QVERIFY(w.state.matches().isEmpty());
         w.page.clearAll();
         QVERIFY(w.page.notice().isEmpty());
@@ -207,7 +209,7 @@ private Q_SLOTS:
         w.add(u"OSL-EWR"_s);
         w.add(u"OSL-BKK"_s, [](Match& m) { m.key.flights = u"SK1"_s; });
         const QSignalSpy revealed(&w.page, &HitsPage::revealed);
-        w.page.setWatcherIndex(1);
+        w.page.filter()->setWatcherIndex(1);
         w.page.reveal(u"no such#business"_s);
         QVERIFY(revealed.isEmpty());
         w.page.reveal(u"2027-03-05-OSL-BKK-SK1#business"_s);

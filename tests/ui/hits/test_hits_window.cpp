@@ -10,7 +10,7 @@ namespace {
 
 struct WindowWorld : AppWorld {
     FakeDesktop desktop;
-    HitsPage page{state, database, desktop, clock, Site{}};
+    HitsPage page{state, database.offers(), desktop, clock, Site{}};
     std::unique_ptr<PageWindow> window;
 
     WindowWorld() {
@@ -79,8 +79,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!w.window->isShown(u"🇺🇸 USA & Canada"_s));
         w.window->click(u"watcherPicker"_s);
         w.window->click(w.window->findAll(u"OSL → EWR"_s).constLast());
-        QCOMPARE(w.page.watcherIndex(), 1);
-        w.page.setWatcherIndex(0);
+        QCOMPARE(w.page.filter()->watcherIndex(), 1);
+        w.page.filter()->setWatcherIndex(0);
         QTRY_VERIFY(w.window->isShown(u"Alle overvåkere"_s));
         w.window->click(u"OSL ⇄ EWR"_s);
         QTRY_VERIFY(!w.window->isShown(u"UTREISE"_s));
@@ -141,7 +141,7 @@ private Q_SLOTS:
         WindowWorld w;
         for (char a = 'A'; a <= 'Z'; ++a)
             w.add(u"OSL"_s, QString(3, QLatin1Char(a)));
-        w.page.setSortOrder(1);
+        w.page.filter()->setSortOrder(1);
         w.show({1120, 600});
         w.page.toggle(w.page.journeys()[12].id);
         QQuickItem* list = w.window->find(u"list"_s);

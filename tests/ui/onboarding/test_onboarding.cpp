@@ -17,7 +17,7 @@ struct World : AppWorld {
 
     SessionState session;
     int loginsOpened = 0;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     SessionModel login{session, standBack, {[this] { ++loginsOpened; }, [] {}}};
     OnboardingView view{state, login, clock};
 
@@ -102,6 +102,7 @@ private Q_SLOTS:
         usa.destination = u"JFK,EWR,ORD,IAD,SFO,LAX,BOS,MIA"_s;
         usa.dateFrom = usa.returnDateFrom = QDate(2027, 1, 16);
         usa.dateTo = usa.returnDateTo = QDate(2027, 3, 16);
+        settle();
         QCOMPARE(world.state.searches().size(), 2);
         Search stored = world.state.searches().constLast();
         stored.lastChecked.reset();

@@ -200,7 +200,7 @@ private Q_SLOTS:
         QVERIFY(!form.windowWarning());
         for (int press = 0; press < 2; ++press) {
             form.submit();
-            QVERIFY(form.windowWarning() && world.state.searches().isEmpty());
+            QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
         }
         QTEST(form.warningText(), "text");
         QCOMPARE(form.caption(), u"Søk når datoene er nye"_s);
@@ -210,8 +210,8 @@ private Q_SLOTS:
         past->setWindow({2027, 1, 20}, {2027, 1, 25});
         form.submit();
         form.takeOffer();
-        QCOMPARE(world.state.searches().size(), 1);
-        const Search& stored = world.state.searches().constFirst();
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
+        const Search stored = world.database.watchers().listSearches().constFirst();
         QTEST(u"%1–%2, %3–%4"_s.arg(DateFmt::iso(stored.dateFrom), DateFmt::iso(stored.dateTo),
                                     DateFmt::iso(stored.returnDateFrom),
                                     DateFmt::iso(stored.returnDateTo)),
@@ -237,7 +237,7 @@ private Q_SLOTS:
         BoardingPassSearchCard form(world.state, world.clock);
         QVERIFY(!form.canSearch());
         form.submit();
-        QVERIFY(world.state.searches().isEmpty());
+        QVERIFY(world.database.watchers().listSearches().isEmpty());
 
         form.origin()->setCode(u"osl, bgo"_s);
         form.destination()->setCode(u"jfk"_s);
@@ -257,8 +257,8 @@ private Q_SLOTS:
         expected.dateFrom = QDate(2027, 1, 16);
         expected.dateTo = QDate(2027, 3, 16);
         expected.includePartners = true;
-        QCOMPARE(world.state.searches().size(), 1);
-        QVERIFY(world.state.searches().constFirst() == expected);
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
+        QVERIFY(world.database.watchers().listSearches().constFirst() == expected);
         QVERIFY(world.worker.isRunning());
         QCOMPARE(form.origin()->code(), u"osl, bgo"_s);
         QVERIFY(form.destination()->code().isEmpty() && form.name().isEmpty());
@@ -295,7 +295,7 @@ private Q_SLOTS:
         form.destination()->setCode(u"JFK"_s);
         form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
         form.submit();
-        QVERIFY(form.windowWarning() && world.state.searches().isEmpty());
+        QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
         QCOMPARE(form.caption(), u"Trykk Søk igjen for å beholde standardvinduet"_s);
         QVERIFY(form.warningText().contains(u"(16. jan. – 16. mar. 2027) — du valgte"_s));
         QCOMPARE(form.offerText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
@@ -308,8 +308,8 @@ private Q_SLOTS:
             form.takeOffer();
         else
             form.submit();
-        QCOMPARE(world.state.searches().size(), 1);
-        const Search& stored = world.state.searches().constFirst();
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
+        const Search stored = world.database.watchers().listSearches().constFirst();
         QTEST(DateFmt::iso(stored.dateFrom) + u"–"_s + DateFmt::iso(stored.dateTo), "stored");
         QCOMPARE(stored.returnDateFrom, QDate(2027, 6, 1));
         QVERIFY(!form.windowWarning() && !form.outboundTouched() && !form.returnTouched());

@@ -20,7 +20,7 @@ private Q_SLOTS:
         ManualClock clock;
         Database database(dir.path(), clock);
         SessionState session;
-        StandBack standBack(database, clock);
+        StandBack standBack(database.safekeeping(), clock);
         int opened = 0;
         int tries = 0;
         SessionModel pill(session, standBack, {[&opened] { ++opened; }, [&tries] { ++tries; }});

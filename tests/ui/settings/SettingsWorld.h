@@ -46,14 +46,15 @@ struct SettingsWorld : AppWorld {
     int tries = 0;
     int loginsOpened = 0;
     std::optional<QString> engineWarning;
-    StandBack standBack{database, clock};
+    StandBack standBack{database.safekeeping(), clock};
     SessionModel pill{session, standBack, {[this] { ++loginsOpened; }, [this] { ++tries; }}};
     SignInDetails details{keychain, secrets};
     AboutTindra about{
         desktop,
         {QStringLiteral("WebKitGTK 2.50.6"), QStringLiteral("/home/kari/.local/share/Tindra"),
          [this] { return engineWarning; }, [] { return QStringLiteral("Tindra\nalt er bra"); }}};
-    SettingsView view{state, database, airline, notifier, &autostart, pill, details, about};
+    SettingsView view{state, database.settings(), airline, notifier, &autostart, pill, details,
+                      about};
 
     void storeDetails(const QString& user, const QString& password) {
         keychain.save(user, password);

@@ -77,20 +77,20 @@ private Q_SLOTS:
                                    u"Slik ser et varsel ut når en saver-plass dukker opp."_s};
         QCOMPARE(world.center.posted, QList{example});
 
-        const QMap<QString, QString> off{{u"notifySwitch"_s, u"native_notify"_s},
-                                         {u"notifySoldOutSwitch"_s, u"notify_soldout"_s},
-                                         {u"shareHitsSwitch"_s, u"share_hits"_s}};
-        for (auto entry = off.begin(); entry != off.end(); ++entry) {
-            page.click(entry.key());
-            QCOMPARE(world.database.get(*entry), u"0"_s);
+        const Settings& settings = world.database.settings();
+        for (const auto& [name, setting] : {std::pair(u"notifySwitch"_s, Setting::nativeNotify),
+                                            {u"notifySoldOutSwitch"_s, Setting::notifySoldOut},
+                                            {u"shareHitsSwitch"_s, Setting::shareHits}}) {
+            page.click(name);
+            QVERIFY(!settings.isOn(setting));
         }
         QVERIFY(!world.isEnabled(u"testNotification"_s));
         page.click(u"autoLoginSwitch"_s);
-        QCOMPARE(world.database.get(u"auto_login"_s), u"1"_s);
+        QVERIFY(settings.isOn(Setting::autoLogin));
 
         page.click(u"5 min"_s);
         page.key(Qt::Key_Left);
-        QCOMPARE(world.database.get(u"poll_interval_min"_s), u"30.0"_s);
+        QCOMPARE(settings.number(Setting::pollIntervalMin), 30);
         QCOMPARE(world.page->focused(), u"30 min"_s);
 
         // What does not work says so and goes back.

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 namespace {
 
 struct Page : AppWorld {
-    WatchersSection section{state, worker, database, clock};
+    WatchersSection section{state, worker, database.watchers(), clock};
 
     QVariant shown(int row, WatcherCards::Role role) {
         return section.cards()->data(section.cards()->index(row), role);
@@ -91,12 +91,12 @@ private Q_SLOTS:
         QCOMPARE(changes.size(), 1);
         QCOMPARE(changes[0][0].toModelIndex().row(), 1);
 
-        page.database.deleteSearch(1);
+        page.database.watchers().deleteSearch(1);
         page.addWatcher(u"SIN"_s);
         QCOMPARE(last.row(), 1);
         QCOMPARE(page.shown(2, WatcherCards::RouteRole), u"OSL → SIN"_s);
-        page.database.deleteSearch(3);
-        page.database.deleteSearch(4);
+        page.database.watchers().deleteSearch(3);
+        page.database.watchers().deleteSearch(4);
         page.state.reload();
         QVERIFY(!last.isValid());
         QCOMPARE(page.section.cards()->rowCount(), 1);
@@ -110,25 +110,30 @@ private Q_SLOTS:
         QCOMPARE(page.section.activeText(), u"2 aktive"_s);
         page.section.toggle(1);
         page.section.setWatching(1, false); // is off already
-        QVERIFY(!page.database.listSearches()[0].enabled);
+        settle();
+        QVERIFY(!page.database.watchers().listSearches()[0].enabled);
         QCOMPARE(page.section.activeText(), u"1 aktive"_s);
         QCOMPARE(page.shown(0, WatcherCards::StatusRole), u"Pauset"_s);
         page.section.setWatching(1, true);
-        QVERIFY(page.database.listSearches()[0].enabled);
+        QVERIFY(page.database.watchers().listSearches()[0].enabled);
 
         page.section.rename(1, u"Høst"_s);
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"Høst"_s);
         page.section.rename(1, u""_s);
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
 
         page.addMatch();
         QSignalSpy removed(&page.section, &WatchersSection::removed);
         page.section.remove(1);
+        settle();
         QCOMPARE(removed.size(), 1);
         QCOMPARE(removed[0][0], u"Overvåkeren «OSL → EWR» er slettet"_s);
-        QCOMPARE(page.database.listSearches().size(), 1);
+        QCOMPARE(page.database.watchers().listSearches().size(), 1);
         QVERIFY(page.state.matches().isEmpty());
         page.section.undoRemove();
+        settle();
         QCOMPARE(page.shown(0, WatcherCards::TitleRole), u"OSL → EWR"_s);
         QCOMPARE(page.shown(0, WatcherCards::HitsTextRole), u"1 treff"_s);
         page.section.remove(9);
@@ -143,20 +148,22 @@ private Q_SLOTS:
         QCOMPARE(removed[2][0], u"Overvåkeren kunne ikke legges tilbake. Prøv igjen."_s);
         runOn(page.dir.path(), "DROP TRIGGER full;");
         page.section.undoRemove();
-        QCOMPARE(page.database.listSearches().size(), 2);
+        settle();
+        QCOMPARE(page.database.watchers().listSearches().size(), 2);
         QCOMPARE(removed.size(), 3);
 
         // A file that refuses: what is shown is what it holds.
         runOn(page.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON searches BEGIN "
                                "SELECT RAISE(ABORT, 'no room'); END;");
         page.section.setWatching(1, false);
+        settle();
         QVERIFY(page.shown(0, WatcherCards::WatchingRole).toBool());
     }
 
     void timesGoOnWhileTheyAreSeen() {
         Page page;
         page.addWatcher();
-        page.database.markChecked(1, 0);
+        page.database.watchers().markChecked(1, 0);
         page.state.reload();
         const qsizetype others = page.clock.waiting();
         page.section.setShown(true);
@@ -256,7 +263,7 @@ private Q_SLOTS:
         const LastCheckStrip& strip = *page.section.lastCheck();
         QVERIFY(!strip.present());
         const auto store = [&page](const char* summary) {
-            page.database.set(u"last_poll"_s, QString::fromUtf8(summary));
+            page.database.safekeeping().set(Kept::lastPoll, QString::fromUtf8(summary));
             page.state.reload();
         };
         const QDateTime at(QDate(2027, 1, 15), QTime(14, 5));
@@ -326,8 +333,9 @@ private Q_SLOTS:
         page.section.editMoved(original.id);
         const Search edited = page.section.sheet()->edited();
         QTEST(datesOf(edited), "shown");
-        QCOMPARE(page.database.listSearches(), QList{original});
+        QCOMPARE(page.database.watchers().listSearches(), QList{original});
         page.section.sheet()->save();
+        settle();
         QVERIFY(!page.shown(0, WatcherCards::PastRole).toBool());
     }
 
@@ -339,9 +347,9 @@ private Q_SLOTS:
             search.maxStops = 2;
         });
         page.addMatch();
-        page.database.upsertSeen(1, {}, {{Cabin::business}, {}});
-        page.database.toggleSearch(1);
-        page.database.markChecked(1, 4);
+        page.database.seen().upsertSeen(1, {}, {{Cabin::business}, {}});
+        page.database.watchers().toggleSearch(1);
+        page.database.watchers().markChecked(1, 4);
         page.state.reload();
         page.section.edit(7);
         QVERIFY(!page.section.sheet());
@@ -378,9 +386,9 @@ private Q_SLOTS:
         original.enabled = false;
         original.lastChecked = page.clock.now();
         original.lastFound = 4;
-        QCOMPARE(page.database.listSearches(), QList{original});
+        QCOMPARE(page.database.watchers().listSearches(), QList{original});
         QCOMPARE(page.state.matches().size(), 1);
-        QCOMPARE(page.database.seenCabins(1).size(), 1);
+        QCOMPARE(page.database.seen().seenCabins(1).size(), 1);
     }
 };
 

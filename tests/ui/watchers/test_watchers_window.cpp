@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 struct World : AppWorld {
-    WatchersSection section{state, worker, database, clock};
+    WatchersSection section{state, worker, database.watchers(), clock};
 
     World(int watchers = 2) {
         for (int i = 0; i < watchers; ++i)
@@ -20,7 +20,7 @@ struct World : AppWorld {
                 search.dateTo = QDate(2027, 3, 5);
             });
     }
-    Search stored(int row) { return database.listSearches().value(row); }
+    Search stored(int row) { return database.watchers().listSearches().value(row); }
 };
 
 struct Window : PageWindow {
@@ -102,18 +102,18 @@ private Q_SLOTS:
         };
         remove();
         page.key(Qt::Key_Return); // on "Avbryt", where the focus is
-        QCOMPARE(world.database.listSearches().size(), 2);
+        QCOMPARE(world.database.watchers().listSearches().size(), 2);
         remove();
         page.click(u"Slett"_s);
         QVERIFY(!page.find(u"card1"_s));
-        QCOMPARE(world.database.listSearches().size(), 1);
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
         QVERIFY(page.isShown(u"Overvåkeren «Tur 1» er slettet"_s));
         page.click(u"Angre"_s);
         QVERIFY(page.onCard(1, u"1 treff"_s));
         remove();
         page.click(u"Slett"_s);
         page.key(Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(world.database.listSearches().size(), 2);
+        QCOMPARE(world.database.watchers().listSearches().size(), 2);
         QVERIFY(!page.find(u"undoBar"_s));
     }
 
@@ -171,7 +171,7 @@ private Q_SLOTS:
             QMetaObject::invokeMethod(page.find(u"undoBar"_s), "dismiss");
         }
         page.key(Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(world.database.listSearches().size(), 1);
+        QCOMPARE(world.database.watchers().listSearches().size(), 1);
         // A round that had to be broken off tells by itself.
         world.airline.status = {};
         world.airline.answer = [&world](const QString&, const QString&, const QString&) {

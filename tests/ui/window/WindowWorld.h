@@ -23,12 +23,12 @@ struct WindowWorld : SettingsWorld {
 
     FakeTray tray;
     BoardingPassSearchCard form{state, clock};
-    WatchersSection watchers{state, worker, database, clock};
-    HitsPage hits{state, database, desktop, clock, Site{}};
+    WatchersSection watchers{state, worker, database.watchers(), clock};
+    HitsPage hits{state, database.offers(), desktop, clock, Site{}};
     OnboardingView onboarding{state, pill, clock};
     DashboardView dashboard{state, pill};
     MenuBarPanel panel{state, worker, pill, desktop, Site{}};
-    LifeCycle life{tray, panel, notifier, database, LifeCycle::SecondStart::reaches};
+    LifeCycle life{tray, panel, notifier, database.safekeeping(), LifeCycle::SecondStart::reaches};
     RootView root;
 
     void lastPollWas(int fetched, const QStringList& errors = {}) {
@@ -38,8 +38,8 @@ struct WindowWorld : SettingsWorld {
         summary.fetched = fetched;
         summary.matches = 41;
         summary.errors = errors;
-        database.set(QStringLiteral("last_poll"),
-                     QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
+        database.safekeeping().set(Kept::lastPoll,
+                                   QString::fromUtf8(QJsonDocument(summary.toJson()).toJson()));
         state.reload();
     }
 

@@ -69,18 +69,18 @@ private Q_SLOTS:
         QVERIFY(page.find(u"demoNote"_s));
         QVERIFY(!page.find(u"notice"_s));
         QVERIFY(page.isShown(u"Dashboard"_s));
-        world.database.set(u"storage_notice"_s, u"Databasen var skadet."_s);
+        world.database.safekeeping().set(Kept::storageNotice, u"Databasen var skadet."_s);
         runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
                                 "BEGIN SELECT RAISE(ABORT, 'full'); END");
-        world.database.set(u"x"_s, u"1"_s);
-        world.state.reload();
+        world.database.safekeeping().note(Kept::toldBackground);
+        settle();
         world.root.select(RootView::Settings);
         QVERIFY(page.isShown(*world.database.problem()));
         QVERIFY(!page.find(u"dismissNotice"_s));
         // What has passed can be put away, what is still wrong cannot.
         runOn(world.dir.path(), "DROP TRIGGER full");
         world.database.recover();
-        world.state.reload();
+        settle();
         QVERIFY(page.isShown(u"Databasen var skadet."_s));
         page.click(u"dismissNotice"_s);
         QVERIFY(!page.find(u"notice"_s));
@@ -112,7 +112,7 @@ private Q_SLOTS:
     void withoutAWayBackThereIsOnlyToStayOrQuit() {
         WindowWorld world;
         world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
                        LifeCycle::SecondStart::isLost);
         QVariantMap content = world.content();
         content[u"life"_s] = QVariant::fromValue(&life);
@@ -130,7 +130,7 @@ private Q_SLOTS:
 
     void theOnboardingComesFirst() {
         WindowWorld world;
-        world.database.set(u"onboarded"_s, u"0"_s);
+        world.database.settings().set(Setting::onboarded, false);
         AppState state(world.database, world.worker, world.finds, world.clock);
         RootView root(state, world.airline, false);
         OnboardingView onboarding(state, world.pill, world.clock);

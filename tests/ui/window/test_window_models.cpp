@@ -30,8 +30,8 @@ private Q_SLOTS:
         World world;
         for (int i = 0; i < 5; ++i)
             world.addWatcher();
-        world.database.toggleSearch(2);
-        world.database.toggleSearch(3);
+        world.database.watchers().toggleSearch(2);
+        world.database.watchers().toggleSearch(3);
         const QSignalSpy changed(&world.dashboard, &DashboardView::changed);
         world.lastPollWas(1284);
         QVERIFY(!changed.isEmpty());
@@ -46,7 +46,7 @@ private Q_SLOTS:
 
     void aDamagedSummaryHasNoTime() {
         World world;
-        world.database.set(u"last_poll"_s, u"{\"at\":1e300,\"fetched\":2}"_s);
+        world.database.safekeeping().set(Kept::lastPoll, u"{\"at\":1e300,\"fetched\":2}"_s);
         world.state.reload();
         QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
         QCOMPARE(world.dashboard.lastCheckSub(), u"2 reiser gjennomgått"_s);
@@ -155,16 +155,16 @@ private Q_SLOTS:
     }
 
     void whatCannotBeNotifiedIsAsked_data() {
-        QTest::addColumn<QString>("setting");
+        QTest::addColumn<bool>("isOn");
         QTest::addColumn<bool>("isServiceThere");
-        QTest::newRow("switched off") << u"0"_s << true;
-        QTest::newRow("no service") << u"1"_s << false;
+        QTest::newRow("switched off") << false << true;
+        QTest::newRow("no service") << true << false;
     }
     void whatCannotBeNotifiedIsAsked() {
-        QFETCH(QString, setting);
+        QFETCH(bool, isOn);
         QFETCH(bool, isServiceThere);
         World world;
-        world.database.set(u"native_notify"_s, setting);
+        world.database.settings().set(Setting::nativeNotify, isOn);
         world.center.isThere = isServiceThere;
         world.life.showWindow();
         world.life.closeWindow();
@@ -186,7 +186,7 @@ private Q_SLOTS:
     void aWindowWithoutAWayBackStays() {
         World world;
         world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database,
+        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
                        LifeCycle::SecondStart::isLost);
         life.start(true);
         QVERIFY(life.isWindowShown());
