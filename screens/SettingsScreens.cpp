@@ -44,7 +44,6 @@ const Screen editing(u"settings-editing"_s, {1120, 880}, [](Shot& shot) {
 const Screen checking(u"settings-checking"_s, {1120, 880}, [](Shot& shot) {
     open(shot, [](SettingsWorld& world) {
         world.session.setLoginStatus(SASLoginStatus::checking());
-        world.database.settings().set(Setting::nativeNotify, false);
         world.state.setNotifyOn(false);
         world.state.setPollIntervalMin(15);
     });
