@@ -51,11 +51,21 @@ SoldOut readSoldOut(const SqliteRow& row) {
             instantFromSeconds(row.real(16))};
 }
 
+/// What a key of another form does not say stands beside it.
+FareKey keyOf(const SqliteRow& row) {
+    FareKey key = FareKey::fromText(row.text(2));
+    if (!key.date.isValid())
+        key.date = DateFmt::dateFromIso(row.text(13));
+    if (key.route == Route())
+        key.route = Route::fromText(row.text(3));
+    return key;
+}
+
 Match readMatch(const SqliteRow& row, Cabin cabin) {
     Match match;
     match.id = row.integer(0);
     match.searchId = row.integer(1);
-    match.key = FareKey::fromText(row.text(2));
+    match.key = keyOf(row);
     match.fromCity = row.text(4);
     match.toCity = row.text(5);
     match.depart = LocalTime::fromText(row.text(6), match.travelDate());

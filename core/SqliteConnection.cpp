@@ -9,7 +9,6 @@
 
 #include <sqlite3.h>
 
-#include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -44,9 +43,6 @@ SqliteConnection::~SqliteConnection() {
 }
 
 void SqliteConnection::close() {
-    for (sqlite3_stmt* statement : std::as_const(m_prepared))
-        sqlite3_finalize(statement);
-    m_prepared.clear();
     sqlite3_close(std::exchange(m_db, nullptr));
 }
 
@@ -133,33 +129,14 @@ void SqliteConnection::noteError() {
         m_onError(errorMessage());
 }
 
-sqlite3_stmt* SqliteConnection::take(const char* sql) {
-    const auto length = static_cast<qsizetype>(std::strlen(sql));
-    if (sqlite3_stmt* prepared = m_prepared.take(QByteArray::fromRawData(sql, length)))
-        return prepared;
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(m_db, sql, static_cast<int>(length), &statement, nullptr) != SQLITE_OK)
-        noteError();
-    return statement;
-}
-
-void SqliteConnection::giveBack(const char* sql, sqlite3_stmt* statement) {
-    sqlite3_reset(statement);
-    sqlite3_clear_bindings(statement);
-    sqlite3_stmt*& place = m_prepared[QByteArray(sql)];
-    // The same may have been run while it ran.
-    if (place)
-        sqlite3_finalize(statement);
-    else
-        place = statement;
-}
-
 SqliteConnection::Statement::Statement(SqliteConnection& connection, const char* sql)
-    : m_connection(connection), m_sql(sql), m_statement(connection.take(sql)) {}
+    : m_connection(connection) {
+    if (sqlite3_prepare_v2(m_connection.m_db, sql, -1, &m_statement, nullptr) != SQLITE_OK)
+        m_connection.noteError();
+}
 
 SqliteConnection::Statement::~Statement() {
-    if (m_statement)
-        m_connection.giveBack(m_sql, m_statement);
+    sqlite3_finalize(m_statement);
 }
 
 void SqliteConnection::Statement::bind(int index, const QString& value) {

@@ -4,7 +4,6 @@
 #include "platform/Clock.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 
 #include <functional>
@@ -88,8 +87,7 @@ private:
 
     private:
         SqliteConnection& m_connection;
-        const char* m_sql;
-        sqlite3_stmt* m_statement;
+        sqlite3_stmt* m_statement = nullptr;
     };
 
     template<typename... Parameters>
@@ -99,13 +97,7 @@ private:
     }
     int changes() const;
     void noteError();
-    /// Null, and noted, when the text is no statement. Whoever takes one gives it back.
-    sqlite3_stmt* take(const char* sql);
-    void giveBack(const char* sql, sqlite3_stmt* statement);
 
     sqlite3* m_db = nullptr;
-    /// Those that nobody runs, by their text: preparing one takes longer than running it, and a
-    /// round has thousands.
-    QHash<QByteArray, sqlite3_stmt*> m_prepared;
     std::function<void(const QString&)> m_onError;
 };

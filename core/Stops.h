@@ -11,11 +11,14 @@ struct Stops {
     int number = 0;
     /// Codes of the airports between, in flight order; not all of them may be known.
     QStringList codes;
+    /// How somebody else has put it, who does not write as `text` does; mostly empty.
+    QString other{};
 
     bool operator==(const Stops&) const = default;
 
     /// "direkte", or such as "2 stopp (CPH,BKK)".
     QString text() const;
-    /// The reverse. A number is enough; absent for a text that says nothing of stops.
+    /// The reverse; a text of another form is kept, and has the number that it begins with. Absent
+    /// for an empty one.
     static std::optional<Stops> fromText(const QString& text);
 };

@@ -91,7 +91,7 @@ bool isProtocolError(const error_code& error) {
 // Closing with unread input resets the connection, and the answer may be lost with it.
 asio::awaitable<void> drain(beast::tcp_stream& stream) {
     error_code error;
-    stream.socket().shutdown(tcp::socket::shutdown_send, error);
+    static_cast<void>(stream.socket().shutdown(tcp::socket::shutdown_send, error));
     stream.expires_after(std::chrono::seconds(1));
     std::array<char, 4096> scrap;
     while (!error)
@@ -129,17 +129,17 @@ void keepFromChildren(int socket) {
 
 tcp::acceptor bound(asio::io_context& context, const tcp::endpoint& endpoint, error_code& error) {
     tcp::acceptor acceptor(context);
-    acceptor.open(endpoint.protocol(), error);
+    static_cast<void>(acceptor.open(endpoint.protocol(), error));
     if (!error) {
         keepFromChildren(acceptor.native_handle());
-        acceptor.set_option(tcp::acceptor::reuse_address(true), error);
+        static_cast<void>(acceptor.set_option(tcp::acceptor::reuse_address(true), error));
     }
     if (!error && endpoint.protocol() == tcp::v6())
-        acceptor.set_option(asio::ip::v6_only(true), error);
+        static_cast<void>(acceptor.set_option(asio::ip::v6_only(true), error));
     if (!error)
-        acceptor.bind(endpoint, error);
+        static_cast<void>(acceptor.bind(endpoint, error));
     if (!error)
-        acceptor.listen(tcp::acceptor::max_listen_connections, error);
+        static_cast<void>(acceptor.listen(tcp::acceptor::max_listen_connections, error));
     return acceptor;
 }
 
@@ -200,7 +200,7 @@ asio::awaitable<void> HttpServer::Running::serve(tcp::socket socket) {
 
     error_code error;
     keepFromChildren(socket.native_handle());
-    socket.set_option(tcp::no_delay(true), error);
+    static_cast<void>(socket.set_option(tcp::no_delay(true), error));
     beast::tcp_stream stream(std::move(socket));
     beast::flat_buffer buffer(limits.header + std::size_t(limits.body));
     for (;;) {
@@ -237,7 +237,7 @@ asio::awaitable<void> HttpServer::Running::serve(tcp::socket socket) {
         if (!more)
             break;
     }
-    stream.socket().shutdown(tcp::socket::shutdown_send, error);
+    static_cast<void>(stream.socket().shutdown(tcp::socket::shutdown_send, error));
 }
 
 // Whether the connection goes on.

@@ -150,8 +150,11 @@ private Q_SLOTS:
         QCOMPARE(two.text(), u"2 stopp (CPH,BKK)"_s);
         QVERIFY(Stops::fromText(two.text()) == two);
         QVERIFY(Stops::fromText(u"direkte"_s) == Stops());
-        QVERIFY(Stops::fromText(u"1 stopp"_s) == (Stops{1, {}}));
-        QVERIFY(!Stops::fromText(u"stopp 3"_s));
+        for (const QString& other : {u"1 stopp"_s, u"stopp 3"_s, u"1 stopp (CPH) kort"_s})
+            QCOMPARE(Stops::fromText(other)->text(), other);
+        QCOMPARE(Stops::fromText(u"2 via CPH"_s)->number, 2);
+        QCOMPARE(Stops::fromText(u"nonstop"_s)->number, 0);
+        QVERIFY(!Stops::fromText(u""_s));
     }
 
     void durations_data() {
