@@ -19,7 +19,7 @@ tindra_precompiled(ui_test_pch HEADERS ${testHeaders} ${PROJECT_SOURCE_DIR}/cmak
 function(tindra_test_executable name)
     cmake_parse_arguments(ARG "SHOWS_WINDOWS" "" "LINK" ${ARGN})
     add_executable(${name})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 3)
     target_link_libraries(${name} PRIVATE tindra_common ${ARG_LINK} ${testLibraries})
     target_compile_options(${name} PRIVATE ${testOptions})
     if(ARG_SHOWS_WINDOWS)
