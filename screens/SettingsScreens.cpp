@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace settingsScreens {
 
 SettingsWorld& open(Shot& shot, const std::function<void(SettingsWorld&)>& build = {}) {
     auto& world = shot.make<SettingsWorld>();
@@ -64,4 +64,4 @@ const Screen wrong(u"settings-wrong"_s, {880, 1400}, [](Shot& shot) {
     shot.page().click(u"copyDiagnosis"_s);
 });
 
-} // namespace
+} // namespace settingsScreens
