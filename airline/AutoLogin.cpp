@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto pauseBetweenAttempts = 300s;
-constexpr auto step = 1500ms;
+constexpr auto formStep = 1500ms;
 constexpr int maxSteps = 140;
 /// How often the same form comes back before the window is shown, and before it is given up.
 constexpr int fillsBeforeWindow = 2;
@@ -119,7 +119,7 @@ bool AutoLogin::standsBack() const {
 QCoro::Task<bool> AutoLogin::run(Credentials credentials, Attempt attempt) {
     const QPointer self(this);
     for (int i = 0; i < maxSteps; ++i) {
-        co_await m_context.clock.sleep(step);
+        co_await m_context.clock.sleep(formStep);
         // The user may have opened the window meanwhile, and is not to be typed over.
         if (!self || userTookOver(attempt))
             co_return false;

@@ -280,16 +280,18 @@ void mergeAwardCabin(dom::object entry, std::string_view seatsKey, Fare& fare) {
     if (!cabin)
         return;
 
-    std::optional<int> seats = integerOf(entry, seatsKey);
-    if (seats.value_or(0) == 0) {
-        seats.reset();
+    int seats = integerOf(entry, seatsKey).value_or(0);
+    if (seats == 0) {
+        constexpr int untold = std::numeric_limits<int>::max();
+        seats = untold;
         eachEntry(member(entry, "fares"), [&seats](dom::object offer) {
-            if (const auto own = integerOf(offer, "avlSeats"))
-                seats = std::min(seats.value_or(*own), *own);
+            seats = std::min(seats, integerOf(offer, "avlSeats").value_or(seats));
         });
+        if (seats == untold)
+            seats = 0;
     }
-    if (seats.value_or(0) >= 1)
-        fare.availability[*cabin] = std::max(fare.availability[*cabin].value_or(0), *seats);
+    if (seats >= 1)
+        fare.availability[*cabin] = std::max(fare.availability[*cabin].value_or(0), seats);
 
     eachObjectMember(member(entry, "price"), [&](std::string_view, dom::object amounts) {
         const auto amount = integerOf(amounts, "amount");

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::seconds longest = 365 * 24h;
+constexpr std::chrono::seconds longestAsked = 365 * 24h;
 
 } // namespace
 
@@ -22,7 +22,7 @@ std::optional<std::chrono::seconds> retryAfter(const QString& text, Instant now)
     if (!value.isEmpty() && std::all_of(value.begin(), value.end(), isDigit)) {
         bool fits = false;
         const qint64 seconds = value.toLongLong(&fits);
-        return fits ? std::min(std::chrono::seconds(seconds), longest) : longest;
+        return fits ? std::min(std::chrono::seconds(seconds), longestAsked) : longestAsked;
     }
     // The form that servers must write; the two older ones are read as no date.
     QDateTime date = QLocale::c().toDateTime(value, u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
@@ -31,5 +31,5 @@ std::optional<std::chrono::seconds> retryAfter(const QString& text, Instant now)
     date.setTimeZone(QTimeZone::utc());
     const double left = static_cast<double>(date.toSecsSinceEpoch()) - secondsSince1970(now);
     return std::chrono::seconds(
-        static_cast<qint64>(std::clamp(left, 0.0, static_cast<double>(longest.count()))));
+        static_cast<qint64>(std::clamp(left, 0.0, static_cast<double>(longestAsked.count()))));
 }

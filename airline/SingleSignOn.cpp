@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto step = 1500ms;
+constexpr auto landingStep = 1500ms;
 constexpr auto pauseBeforeSecondLook = 3s;
 
 } // namespace
@@ -77,7 +77,7 @@ QCoro::Task<std::optional<QString>> SingleSignOn::silentSSOAttempt(int maxSteps)
         PageScripts::call(u"sso-state.js"_s, {PageScripts::jsString(m_context.site.identityHost),
                                               PageScripts::jsString(m_context.site.domain)});
     for (int i = 0; i < maxSteps; ++i) {
-        co_await m_context.clock.sleep(step);
+        co_await m_context.clock.sleep(landingStep);
         if (!self || m_context.state.isLoginWindowOpen())
             co_return std::nullopt;
         if (m_context.navHosts.isEmpty())

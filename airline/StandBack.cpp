@@ -14,9 +14,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::seconds shortest = 1min;
-constexpr std::chrono::seconds first = 15min;
-constexpr std::chrono::seconds longest = 4h;
+constexpr std::chrono::seconds shortestPause = 1min;
+constexpr std::chrono::seconds firstPause = 15min;
+constexpr std::chrono::seconds longestPause = 4h;
 
 double number(const std::optional<QString>& text) {
     const double value = text.value_or(QString()).toDouble();
@@ -32,7 +32,7 @@ QString timeOfDay(Instant instant) {
 } // namespace
 
 StandBack::StandBack(Safekeeping& kept, Clock& clock) : m_kept(kept), m_clock(clock) {
-    const double longestSeconds = static_cast<double>(longest.count());
+    const double longestSeconds = static_cast<double>(longestPause.count());
     m_ownPause = std::chrono::seconds(
         static_cast<qint64>(std::clamp(number(kept.get(Kept::refusedPause)), 0.0, longestSeconds)));
     // A clock that was set back meanwhile must not make it longer than it ever was.
@@ -72,9 +72,9 @@ void StandBack::store() {
 void StandBack::refuse(const QString& header, int status) {
     auto pause = retryAfter(header, m_clock.now());
     if (pause) {
-        pause = std::clamp(*pause, shortest, longest);
+        pause = std::clamp(*pause, shortestPause, longestPause);
     } else {
-        m_ownPause = m_ownPause == 0s ? first : std::min(m_ownPause * 2, longest);
+        m_ownPause = m_ownPause == 0s ? firstPause : std::min(m_ownPause * 2, longestPause);
         pause = m_ownPause;
     }
     begin(*pause);

@@ -36,7 +36,6 @@ AppState::AppState(Database& database, Worker& worker, OthersFinds& finds, Clock
     // At once, so that what is stored is never in neither list.
     connect(&finds, &OthersFinds::stored, this, &AppState::readOffers);
     connect(&finds, &OthersFinds::hitsChanged, this, &AppState::communityHitsChanged);
-    readSettings();
     reload();
     followDay();
 }
@@ -100,6 +99,7 @@ std::optional<Direction> AppState::direction(const Match& match) const {
 }
 
 void AppState::reload() {
+    readSettings();
     readWatchers();
     readOffers();
     readLastPoll();
@@ -137,9 +137,11 @@ void AppState::dismissStorageNotice() {
     m_database.dismissNotice();
 }
 
-void AppState::addSearchAndRun(const Search& search) {
-    m_database.watchers().addSearch(search);
+bool AppState::addSearchAndRun(const Search& search) {
+    if (m_database.watchers().addSearch(search) == 0)
+        return false;
     m_worker.pollOnce();
+    return true;
 }
 
 void AppState::finishOnboarding() {

@@ -22,8 +22,8 @@ class Worker;
 enum class Direction { out, home };
 
 /// What all screens share: a cache over the database, and the three settings that they bind to.
-/// Every change goes to the database, which tells of it; what has changed is read again in the same
-/// turn of the event loop. Main thread only.
+/// Every change goes to the database, which tells of it; what has changed is read again in
+/// one of the next turns of the event loop. Main thread only.
 class AppState : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool onboarded READ onboarded NOTIFY onboardedChanged)
@@ -70,8 +70,9 @@ public:
 
     /// Reads everything, which happens by itself when another day begins.
     void reload();
-    /// Stores a new watcher and starts a round, without waiting for it.
-    void addSearchAndRun(const Search& search);
+    /// Stores a new watcher and starts a round, without waiting for it. False, and no round, when
+    /// it could not be stored.
+    bool addSearchAndRun(const Search& search);
     void finishOnboarding();
     /// Fetches what others have found.
     QCoro::Task<> refreshCommunity();

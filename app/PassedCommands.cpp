@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto waitStep = 200ms;
+constexpr auto passedWaitStep = 200ms;
 
 } // namespace
 
@@ -61,7 +61,7 @@ QCoro::Task<CommandAnswer> PassedCommands::hunt(bool json) {
     const QPointer self(this);
     const auto answer = std::make_shared<CommandAnswer>();
     while (self && m_worker.isBusy())
-        co_await m_clock.sleep(waitStep);
+        co_await m_clock.sleep(passedWaitStep);
     if (!self)
         co_return *answer;
     const Hunt::Output output{[answer](const QByteArray& result) { answer->out += result + '\n'; },

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto waitStep = 200ms;
+constexpr auto signInWaitStep = 200ms;
 
 } // namespace
 
@@ -51,7 +51,7 @@ QCoro::Task<> SignIn::confirm() {
         // has not decided anything.
         while (self &&
                (m_worker.isBusy() || m_fetcher.isVerifying() || m_session.isLoginWindowOpen()))
-            co_await m_clock.sleep(waitStep);
+            co_await m_clock.sleep(signInWaitStep);
         if (!self)
             co_return;
         m_worker.forgetRevivalAttempt();

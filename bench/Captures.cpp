@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int pages = 25;
-constexpr int repeats = 5;
+constexpr int captureRepeats = 5;
 
 Leg legOn(int day) {
     return {{u"OSL"_s, u"CPH"_s}, QDate(2027, 3, 1).addDays(day), Flow::points};
@@ -78,7 +78,7 @@ QList<Result> measureCaptures() {
     loadAll();
     double ours = 1e9;
     double theirs = 1e9;
-    for (int i = 0; i < repeats; ++i) {
+    for (int i = 0; i < captureRepeats; ++i) {
         ours = std::min(ours, secondsOf(clock, captureAll));
         theirs = std::min(theirs, secondsOf(clock, loadAll));
     }

@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int offers = 2000;
+constexpr int shownOffers = 2000;
 constexpr int journeys = 300;
-constexpr int repetitions = 5;
+constexpr int hitsRepetitions = 5;
 
 double millisecondsOf(const std::function<void()>& work) {
     QElapsedTimer timer;
@@ -29,7 +29,7 @@ double millisecondsOf(const std::function<void()>& work) {
 
 double best(const std::function<double()>& measure) {
     double least = measure();
-    for (int i = 1; i < repetitions; ++i)
+    for (int i = 1; i < hitsRepetitions; ++i)
         least = std::min(least, measure());
     return least;
 }
@@ -48,7 +48,7 @@ public:
         m_world.http.answer = [](const HttpRequest&) { return std::nullopt; };
         m_world.addWatcher(u"EWR"_s, [](Search& s) { s.returnDateTo = QDate(2027, 6, 1); });
         m_world.database.transaction([this] {
-            for (int i = 0; i < offers; ++i)
+            for (int i = 0; i < shownOffers; ++i)
                 store(i);
         });
         m_world.state.reload();
@@ -61,7 +61,8 @@ public:
         if (journey % 3 == 0 && number / journeys % 2 == 1)
             std::swap(from, to);
         const QDate date = QDate(2027, 2, 1).addDays(number % 97);
-        const Instant foundAt = m_world.clock.now() - std::chrono::minutes((offers - number) * 3);
+        const Instant foundAt =
+            m_world.clock.now() - std::chrono::minutes((shownOffers - number) * 3);
         const FareKey key{
             date, {from.code, to.code}, u"SK%1,SK%2"_s.arg(900 + number).arg(1400 + number)};
         if (number % 8 == 0) {
@@ -106,7 +107,7 @@ public:
     /// Three new offers, from the database to the rows.
     double news() {
         for (int i = 0; i < 3; ++i)
-            store(offers + m_news++);
+            store(shownOffers + m_news++);
         return reload();
     }
     /// The same where every card on the screen moves: before the first cards of the page.
@@ -166,7 +167,7 @@ double longestFrame(PageWindow& window) {
     constexpr int frames = 400;
     constexpr double pixels = 53;
     QList<double> times(frames, 1e9);
-    for (int i = 0; i < repetitions; ++i) {
+    for (int i = 0; i < hitsRepetitions; ++i) {
         list.setProperty("contentY", 0);
         settle();
         for (int step = 0; step < frames; ++step)

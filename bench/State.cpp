@@ -11,13 +11,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int watchers = 200;
-constexpr int offers = 2000;
-constexpr int repetitions = 20;
+constexpr int stateWatchers = 200;
+constexpr int stateOffers = 2000;
+constexpr int reloads = 20;
 
-void fill(AppWorld& world) {
+void fillState(AppWorld& world) {
     world.database.transaction([&world] {
-        for (int i = 0; i < watchers; ++i) {
+        for (int i = 0; i < stateWatchers; ++i) {
             Search search;
             search.name = u"Overvåker %1"_s.arg(i);
             search.origin = u"OSL, BGO"_s;
@@ -30,8 +30,8 @@ void fill(AppWorld& world) {
     });
     Match match = world.addMatch();
     world.database.transaction([&world, &match] {
-        for (int i = 1; i < offers; ++i) {
-            match.searchId = 1 + i % watchers;
+        for (int i = 1; i < stateOffers; ++i) {
+            match.searchId = 1 + i % stateWatchers;
             match.key.flights = u"SK%1"_s.arg(i);
             match.foundAt += std::chrono::seconds(1);
             world.database.offers().recordMatch(match);
@@ -43,11 +43,11 @@ void fill(AppWorld& world) {
 QList<Result> measureOpening() {
     constexpr int seenFares = 100'000;
     AppWorld world;
-    fill(world);
+    fillState(world);
     world.database.transaction([&world] {
         for (int i = 0; i < seenFares; ++i)
             world.database.seen().upsertSeen(
-                1 + i % watchers, {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, u"SK%1"_s.arg(i)},
+                1 + i % stateWatchers, {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, u"SK%1"_s.arg(i)},
                 {{Cabin::business}, u"OSL-EWR 2027-03-05 · SK%1"_s.arg(i)});
     });
     const auto best = [](int times, const std::function<void()>& work) {
@@ -96,9 +96,9 @@ QList<Result> measureOpening() {
 
 QList<Result> measureState() {
     AppWorld world;
-    fill(world);
+    fillState(world);
     qint64 best = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < repetitions; ++i) {
+    for (int i = 0; i < reloads; ++i) {
         // Something has changed each time, as after a round.
         world.database.watchers().markChecked(1, i);
         QElapsedTimer timer;
@@ -107,7 +107,7 @@ QList<Result> measureState() {
         best = std::min(best, timer.nsecsElapsed());
     }
     const double milliseconds = static_cast<double>(best) / 1e6;
-    const bool isWhole = world.state.matches().size() == offers;
+    const bool isWhole = world.state.matches().size() == stateOffers;
     return QList<Result>{{u"AppState.reload() with 2,000 offers and 200 watchers"_s,
                           u"%1 ms"_s.arg(milliseconds, 0, 'f', 1), u"< 8 ms"_s,
                           isWhole && milliseconds < 8}} +

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What the whole of Tindra makes of what the airline does, from one round to the next: how soon a
 // find is told, how often is looked, and what an airline in trouble must not lead to.
-#include "bench/Desktop.h"
 #include "bench/Hunter.h"
 #include "bench/MutePrompter.h"
+#include "bench/NotificationLog.h"
 #include "bench/Results.h"
 #include "bench/Timing.h"
 #include "core/DateFmt.h"
@@ -97,7 +97,7 @@ qsizetype soldOutRecords(Hunter& hunter) {
 // --- A first round
 
 /// By the day of departure, which the second line of the body begins with.
-std::optional<QDate> dateOf(const Desktop::Arrival& arrival, QDate first) {
+std::optional<QDate> dateOf(const NotificationLog::Arrival& arrival, QDate first) {
     const QString day = arrival.body.section(u'\n', 1).left(5);
     for (int i = 0; i < manyDates; ++i) {
         if (first.addDays(i).toString(u"dd.MM"_s) == day)
@@ -108,7 +108,7 @@ std::optional<QDate> dateOf(const Desktop::Arrival& arrival, QDate first) {
 
 QList<Result> measureFirstRound() {
     Scene scene(150ms);
-    Desktop desktop;
+    NotificationLog desktop;
     Hunter hunter(scene.folder.path(), scene.airline);
     const QDate first = hunter.clock.today().addDays(10);
     hunter.watch(first, manyDates);
@@ -116,7 +116,7 @@ QList<Result> measureFirstRound() {
     const PollSummary summary = hunter.round();
     const double whole = secondsFrom(start, SteadyClock::now());
     QList<double> delays;
-    for (const Desktop::Arrival& arrival : desktop.take(summary.newAlerts)) {
+    for (const NotificationLog::Arrival& arrival : desktop.take(summary.newAlerts)) {
         const auto date = dateOf(arrival, first);
         if (!date)
             qFatal("a notification about no date: %s", qPrintable(arrival.body));
@@ -135,7 +135,7 @@ QList<Result> measureFirstRound() {
 
 QList<Result> measureSharedDates() {
     Scene scene;
-    const Desktop desktop;
+    const NotificationLog desktop;
     Hunter hunter(scene.folder.path(), scene.airline);
     const QDate first = hunter.clock.today().addDays(10);
     hunter.watch(first, manyDates);
@@ -164,7 +164,7 @@ struct Trouble {
 QList<Result> measureTrouble(const Trouble& trouble) {
     constexpr int days = 2;
     Scene scene;
-    const Desktop desktop;
+    const NotificationLog desktop;
     Hunter hunter(scene.folder.path(), scene.airline);
     const QDate first = daysWithOffers(hunter.clock.today().addDays(10), days);
     hunter.watch(first, days);
@@ -210,7 +210,7 @@ QList<Result> measureTrouble(const Trouble& trouble) {
 /// That the measure above would see a sold-out.
 QList<Result> measureSoldOut() {
     Scene scene;
-    const Desktop desktop;
+    const NotificationLog desktop;
     Hunter hunter(scene.folder.path(), scene.airline);
     hunter.watch(daysWithOffers(hunter.clock.today().addDays(10), 2), 10);
     hunter.round();
@@ -222,7 +222,7 @@ QList<Result> measureSoldOut() {
 
 QList<Result> measureDeadSession() {
     Scene scene;
-    const Desktop desktop;
+    const NotificationLog desktop;
     int pagesAtProvider = 0;
     TimePoint second{};
     // The looks' own: pages that the renewal loads come without a new one.
@@ -281,7 +281,7 @@ double secondsToFirstLook(Scene& scene) {
 QList<Result> measureLockedKeychain(TestBus& bus) {
     constexpr int repeats = 3;
     Scene scene;
-    const Desktop desktop;
+    const NotificationLog desktop;
     MutePrompter prompter;
     // Something to put back into the browser.
     secondsToFirstLook(scene);

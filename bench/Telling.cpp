@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // From an answer with one new seat to its notification, against what cannot be left out of that.
 #include "airline/SAS.h"
-#include "bench/Desktop.h"
 #include "bench/Hunter.h"
+#include "bench/NotificationLog.h"
 #include "bench/Results.h"
 #include "bench/Timing.h"
 #include "standin/Inventory.h"
@@ -104,7 +104,7 @@ QList<Result> measureTelling() {
     standin::StandIn airline(options);
     if (const auto error = airline.start())
         qFatal("%s", qPrintable(*error));
-    Desktop desktop;
+    NotificationLog desktop;
     const QTemporaryDir folder;
     Message message;
     Hunter hunter(folder.path(), airline, [&message](WebView& view) {

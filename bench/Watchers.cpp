@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int watchers = 20;
-constexpr int repetitions = 10;
+constexpr int pageWatchers = 20;
+constexpr int pageRepetitions = 10;
 
 double milliseconds(const std::function<void()>& work) {
     QElapsedTimer timer;
@@ -27,7 +27,7 @@ double milliseconds(const std::function<void()>& work) {
 
 QList<Result> measureWatchers() {
     AppWorld world;
-    for (int i = 0; i < watchers; ++i)
+    for (int i = 0; i < pageWatchers; ++i)
         world.addWatcher(u"EWR,JFK,BOS"_s, [i](Search& search) {
             search.name = u"Overvåker %1"_s.arg(i);
             search.returnDateTo = QDate(2027, 4, 30);
@@ -39,20 +39,20 @@ QList<Result> measureWatchers() {
                     {{u"section"_s, QVariant::fromValue(&section)}}, {1120, 880});
     double shown = 1e9;
     double followed = 1e9;
-    for (int i = 0; i < repetitions; ++i) {
+    for (int i = 0; i < pageRepetitions; ++i) {
         page.root()->setProperty("active", false);
         settle();
         shown = std::min(shown, milliseconds([&page] {
                              page.root()->setProperty("active", true);
                              page.grab();
                          }));
-        for (int id = 1; id <= watchers; ++id) {
+        for (int id = 1; id <= pageWatchers; ++id) {
             world.database.watchers().markChecked(id, i);
             world.clock.advance(std::chrono::minutes(1));
         }
         followed = std::min(followed, milliseconds([&world] { world.state.reload(); }));
     }
-    return {{u"The watchers page with %1 watchers, made and drawn"_s.arg(watchers),
+    return {{u"The watchers page with %1 watchers, made and drawn"_s.arg(pageWatchers),
              u"%1 ms"_s.arg(shown, 0, 'f', 1), u"< 100 ms"_s, shown < 100},
             {u"A round's news on all of its cards"_s, u"%1 ms"_s.arg(followed, 0, 'f', 1),
              u"< 16 ms"_s, followed < 16}};

@@ -21,8 +21,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int watchers = 20;
-constexpr int offers = 2000;
+constexpr int windowWatchers = 20;
+constexpr int windowOffers = 2000;
 constexpr int warmStarts = 5;
 constexpr int roundLimitMs = 300'000;
 constexpr int settlingMs = 10'000;
@@ -30,11 +30,11 @@ constexpr int idleMs = 60'000;
 constexpr int idleStepMs = 1000;
 
 /// 20 watchers of one leg each, so that a round is short, and 2,000 offers of theirs.
-void fill(Database& database, const Clock& clock) {
+void fillWindow(Database& database, const Clock& clock) {
     const QStringList places{u"BKK"_s, u"EWR"_s, u"LHR"_s, u"NRT"_s};
     const auto day = [&clock](int days) { return clock.today().addDays(days); };
     database.transaction([&] {
-        for (int i = 0; i < watchers; ++i) {
+        for (int i = 0; i < windowWatchers; ++i) {
             Search search;
             search.origin = u"CPH"_s;
             search.destination = places[i % places.size()];
@@ -42,9 +42,9 @@ void fill(Database& database, const Clock& clock) {
             search.dateTo = day(30 + i);
             database.watchers().addSearch(search);
         }
-        for (int i = 0; i < offers; ++i) {
+        for (int i = 0; i < windowOffers; ++i) {
             Match match;
-            match.searchId = 1 + i % watchers;
+            match.searchId = 1 + i % windowWatchers;
             const QDate date = day(30 + i % 150);
             match.key = {date, {u"CPH"_s, places[i % places.size()]}, u"SK%1"_s.arg(900 + i % 7)};
             match.depart = {date, {11, 0}};
@@ -183,7 +183,7 @@ QList<Result> measureWindow() {
     QDir().mkpath(folder);
     {
         Database database(folder, clock);
-        fill(database, clock);
+        fillWindow(database, clock);
     }
     const StandInProcess airline;
     const StatusArea status;
@@ -192,7 +192,7 @@ QList<Result> measureWindow() {
         best = std::min(best, Program(home.path(), airline).firstFrame);
 
     Database database(folder, clock, Database::Access::guest);
-    if (database.offers().recentMatches(2 * offers).size() < offers)
+    if (database.offers().recentMatches(2 * windowOffers).size() < windowOffers)
         qFatal("not all offers are there");
     const auto lastRound = database.safekeeping().get(Kept::lastPoll);
     const Program program(home.path(), airline);

@@ -8,6 +8,11 @@ target_include_directories(tindra_common INTERFACE ${PROJECT_SOURCE_DIR} ${PROJE
 target_compile_definitions(tindra_common INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 target_compile_options(tindra_common INTERFACE -pthread -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${TINDRA_WERROR}>:-Werror>)
+if(CMAKE_UNITY_BUILD)
+    # GCC takes the frames of coroutines for types that other files see too, unless they stand in
+    # the file that it was called with.
+    target_compile_options(tindra_common INTERFACE -Wno-subobject-linkage)
+endif()
 if(TINDRA_SANITIZE)
     target_compile_options(tindra_common INTERFACE -fsanitize=${TINDRA_SANITIZE} -fno-sanitize-recover=all
         -fno-omit-frame-pointer)
@@ -32,11 +37,25 @@ endfunction()
 
 tindra_precompiled(pch HEADERS ${PROJECT_SOURCE_DIR}/cmake/pch.h LINK tindra_hardening Qt6::Core QCoro6::Core)
 
+# tindra_batches(target)
+# Where CMAKE_UNITY_BUILD is on, batches of the target's files are compiled as one, so that headers
+# are read once a batch. The presets switch it on for all but `dev`, where a change rebuilds one
+# small file, and where every file is seen to include what it needs.
+function(tindra_batches target)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    list(LENGTH sources count)
+    math(EXPR batches "(${count} + ${TINDRA_BATCH} - 1) / ${TINDRA_BATCH}")
+    math(EXPR size "(${count} + ${batches} - 1) / ${batches}")
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_BATCH_SIZE ${size})
+endfunction()
+
 # tindra_library(room SOURCES file... LINK target...)
 # A static library `tindra_<room>` of the folder it is called in.
 function(tindra_library room)
     cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK;LINK_PRIVATE" ${ARGN})
     add_library(tindra_${room} STATIC ${ARG_SOURCES})
+    tindra_batches(tindra_${room})
     target_link_libraries(tindra_${room} PUBLIC tindra_common ${ARG_LINK}
         PRIVATE tindra_hardening ${ARG_LINK_PRIVATE})
     if(NOT ARG_NO_QT)
@@ -44,19 +63,23 @@ function(tindra_library room)
     endif()
 endfunction()
 
-# tindra_program(name SOURCES file... LINK target...)
+# tindra_program(name SOURCES file... LINK target... [PCH target])
 function(tindra_program name)
-    cmake_parse_arguments(ARG "NO_QT" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "NO_QT" "PCH" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    tindra_batches(${name})
     target_link_libraries(${name} PRIVATE tindra_common tindra_hardening ${ARG_LINK})
     if(NOT ARG_NO_QT)
-        tindra_uses_qt(${name} PRIVATE)
+        tindra_uses_qt(${name} PRIVATE ${ARG_PCH})
     endif()
 endfunction()
 
 # For these two. Qt's own targets need no moc, so it is not switched on for all.
 function(tindra_uses_qt target visibility)
+    if(NOT ARGN)
+        set(ARGN tindra_pch)
+    endif()
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     target_link_libraries(${target} ${visibility} Qt6::Core QCoro6::Core)
-    target_precompile_headers(${target} REUSE_FROM tindra_pch)
+    target_precompile_headers(${target} REUSE_FROM ${ARGN})
 endfunction()

@@ -14,22 +14,28 @@ tindra_precompiled(test_pch HEADERS ${testHeaders} LINK ${testLibraries} OPTIONS
 tindra_precompiled(ui_test_pch HEADERS ${testHeaders} ${PROJECT_SOURCE_DIR}/cmake/ui_pch.h <QQuickWindow>
     LINK ${testLibraries} Qt6::Quick OPTIONS ${testOptions})
 
+# tindra_test_executable(name LINK target... [SHOWS_WINDOWS])
+# A program that is built as tests are; its sources are added later.
+function(tindra_test_executable name)
+    cmake_parse_arguments(ARG "SHOWS_WINDOWS" "" "LINK" ${ARGN})
+    add_executable(${name})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 3)
+    target_link_libraries(${name} PRIVATE tindra_common ${ARG_LINK} ${testLibraries})
+    target_compile_options(${name} PRIVATE ${testOptions})
+    if(ARG_SHOWS_WINDOWS)
+        target_precompile_headers(${name} REUSE_FROM tindra_ui_test_pch)
+    else()
+        target_precompile_headers(${name} REUSE_FROM tindra_test_pch)
+    endif()
+endfunction()
+
 # tindra_test_program(room LINK target... [SHOWS_WINDOWS])
 # The program `<room>_tests` of the folder's tests; see tests/support/TestProgram.h.
 function(tindra_test_program room)
-    cmake_parse_arguments(ARG "SHOWS_WINDOWS" "" "LINK" ${ARGN})
-    add_executable(${room}_tests)
+    tindra_test_executable(${room}_tests ${ARGN})
     set_property(GLOBAL APPEND PROPERTY TINDRA_TEST_PROGRAMS ${room}_tests)
-    set_target_properties(${room}_tests PROPERTIES AUTOMOC ON)
-    target_link_libraries(${room}_tests PRIVATE
-        tindra_common tindra_test_program ${ARG_LINK} ${testLibraries})
+    target_link_libraries(${room}_tests PRIVATE tindra_test_program)
     target_compile_definitions(${room}_tests PRIVATE TINDRA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
-    target_compile_options(${room}_tests PRIVATE ${testOptions})
-    if(ARG_SHOWS_WINDOWS)
-        target_precompile_headers(${room}_tests REUSE_FROM tindra_ui_test_pch)
-    else()
-        target_precompile_headers(${room}_tests REUSE_FROM tindra_test_pch)
-    endif()
 endfunction()
 
 # tindra_test(room Class file.cpp [DISPLAY] [TIMEOUT seconds] [STARTS target...])

@@ -29,7 +29,7 @@ bool Database::transaction(const std::function<void()>& work) {
 
 void Database::setProblem(const std::optional<QString>& problem) {
     if (std::exchange(m_problem, problem) != problem)
-        announceSoon(condition);
+        announceSoon(News::condition);
 }
 
 void Database::noteFailure(const QString& message) {
@@ -56,26 +56,37 @@ void Database::noteDamage(const QString& message) {
 
 void Database::noteChange(std::string_view table) {
     if (table == "searches")
-        announceSoon(watcherRows);
+        announceSoon(News::watchers);
     else if (table == "matches")
-        announceSoon(offerRows);
+        announceSoon(News::offers);
+}
+
+/// Guests change the file without a word.
+void Database::noteOthersChanges() {
+    const auto version = m_db.dataVersion();
+    if (std::exchange(m_seenVersion, version) != version)
+        announceSoon(News::everything);
 }
 
 /// Behind everything else of this turn: what is found is told first, and then shown.
 void Database::announceSoon(News news) {
-    if (std::exchange(m_news, m_news | news) == 0)
+    if (m_news.isEmpty())
         QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
+    m_news.insert(news);
 }
 
 void Database::customEvent(QEvent*) {
-    const int news = std::exchange(m_news, 0);
-    if (news & condition)
+    const auto news = std::exchange(m_news, {});
+    const auto isNews = [&news](News one) {
+        return news.contains(one) || news.contains(News::everything);
+    };
+    if (isNews(News::condition))
         Q_EMIT conditionChanged();
-    if (news & watcherRows)
+    if (isNews(News::watchers))
         Q_EMIT m_watchers.changed();
-    if (news & offerRows)
+    if (isNews(News::offers))
         Q_EMIT m_offers.changed();
-    if (news & settingValues) {
+    if (news.contains(News::everything)) {
         for (const QLatin1StringView key : Setting::keys)
             Q_EMIT m_settings.changed(key);
     }

@@ -11,6 +11,7 @@
 
 #include <QDate>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -51,7 +52,8 @@ public:
     /// Why nothing can be stored, or not safely, in Norwegian; absent when all is well, and again
     /// when storing has worked after a failure. That a file is damaged stays until `recover`.
     const std::optional<QString>& problem() const { return m_problem; }
-    /// Reads what became of the day's copy. Where there is a problem, it tries again: a problem
+    /// Reads what became of the day's copy, and whether another process has changed the file, which
+    /// is announced as a change of everything. Where there is a problem, it tries again: a problem
     /// goes away when storing works, and a damaged file is replaced as when it is opened. True when
     /// the problem or the data may be others than before.
     bool recover();
@@ -88,14 +90,8 @@ private:
         bool isDamaged = false;
     };
 
-    /// What is to be announced, in bits.
-    enum News {
-        condition = 1,
-        watcherRows = 2,
-        offerRows = 4,
-        settingValues = 8,
-        everything = condition | watcherRows | offerRows | settingValues,
-    };
+    /// What is to be announced.
+    enum class News { condition, watchers, offers, everything };
 
     void open();
     bool isUsable();
@@ -110,6 +106,7 @@ private:
     void noteFailure(const QString& message);
     void noteDamage(const QString& message);
     void noteChange(std::string_view table);
+    void noteOthersChanges();
     void announceSoon(News news);
     Transaction asTransaction() {
         return [this](const std::function<void()>& work) { return transaction(work); };
@@ -127,7 +124,9 @@ private:
     WatcherStore m_watchers{m_db, m_safekeeping, asTransaction(), m_clock};
     OfferStore m_offers{m_db, asTransaction(), m_clock};
     SeenStore m_seen{m_db, asTransaction(), m_clock};
-    int m_news = 0;
+    QSet<News> m_news;
+    /// The file as this process has seen it last; absent while it has seen none.
+    std::optional<qint64> m_seenVersion;
     std::optional<QString> m_problem;
     /// The file was opened, and took changes then.
     bool m_isOpen = false;

@@ -38,7 +38,7 @@ Database::Database(const QString& folder, const Clock& clock, Access access)
     m_db.setChangeHandler([this](std::string_view table) { noteChange(table); });
     open();
     // Nobody has read anything yet.
-    m_news = 0;
+    m_news.clear();
     QCoreApplication::removePostedEvents(this);
 }
 
@@ -60,7 +60,7 @@ void Database::open() {
         DatabaseCopies::tidy(m_folder);
     setProblem(std::nullopt);
     // Whatever is read now may be other than before.
-    announceSoon(everything);
+    announceSoon(News::everything);
     if (!isUsable())
         return;
     if (m_access == Access::guest)
@@ -68,6 +68,8 @@ void Database::open() {
     else
         upgrade();
     m_isOpen = !m_problem;
+    if (m_isOpen)
+        m_seenVersion = m_db.dataVersion();
 }
 
 /// Leaves a file open that may be written, or says why there is none.
@@ -170,8 +172,10 @@ bool Database::recover() {
     const auto before = m_problem;
     if (m_copy.valid() && m_copy.wait_for(0s) == std::future_status::ready)
         endDailyCopy();
-    if (!m_problem)
+    if (!m_problem) {
+        noteOthersChanges();
         return false;
+    }
     if (!m_isOpen || m_isDamaged) {
         const bool wasDamaged = m_isDamaged;
         open();
@@ -191,7 +195,7 @@ std::optional<QString> Database::notice() {
 
 void Database::dismissNotice() {
     m_safekeeping.remove(Kept::storageNotice);
-    announceSoon(condition);
+    announceSoon(News::condition);
 }
 
 void Database::keepDailyCopy() {

@@ -135,8 +135,8 @@ QMap<qint64, int> OfferStore::activeMatchCounts() {
     return counts;
 }
 
-void OfferStore::deleteMatch(qint64 id) {
-    m_db.change("DELETE FROM matches WHERE id = ?", id);
+bool OfferStore::deleteMatch(qint64 id) {
+    return m_db.query("DELETE FROM matches WHERE id = ?", {}, id);
 }
 
 bool OfferStore::takeMatches() {

@@ -33,7 +33,8 @@ public:
     QList<Hit> recentMatches(int limit);
     /// Offers that can still be booked and travelled, per watcher; community finds under -1.
     QMap<qint64, int> activeMatchCounts();
-    void deleteMatch(qint64 id);
+    /// False when it could not be deleted.
+    bool deleteMatch(qint64 id);
     /// Forgets all offers, but not that they were seen, and keeps them aside for `restoreMatches`
     /// until they are next taken. False when there were none or they could not be forgotten.
     bool takeMatches();
@@ -42,7 +43,7 @@ public:
     bool restoreMatches();
 
 Q_SIGNALS:
-    /// Once for all changes of a turn of the event loop, after it.
+    /// Once for all changes of a turn of the event loop, in a later one.
     void changed();
 
 private:

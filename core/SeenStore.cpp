@@ -15,8 +15,8 @@ QMap<FareKey, SeenStore::Seen> SeenStore::seenCabins(qint64 searchId) {
     return seen;
 }
 
-void SeenStore::upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen) {
-    putSeen(searchId, key.text(), encodeCabins(seen.cabins), seen.label);
+bool SeenStore::upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen) {
+    return putSeen(searchId, key.text(), encodeCabins(seen.cabins), seen.label);
 }
 
 QSet<OfferId> SeenStore::seenOfOthers() {
@@ -31,17 +31,17 @@ QSet<OfferId> SeenStore::seenOfOthers() {
     return seen;
 }
 
-void SeenStore::noteSeenOfOthers(const Match& find) {
-    putSeen(Match::communitySearchId, find.offer().text(), rawValue(find.cabin),
-            find.route().text());
+bool SeenStore::noteSeenOfOthers(const Match& find) {
+    return putSeen(Match::communitySearchId, find.offer().text(), rawValue(find.cabin),
+                   find.route().text());
 }
 
-void SeenStore::putSeen(qint64 searchId, const QString& key, const QString& cabins,
+bool SeenStore::putSeen(qint64 searchId, const QString& key, const QString& cabins,
                         const QString& label) {
-    m_db.change("INSERT INTO seen (search_id,fare_key,cabins,label) VALUES (?,?,?,?) "
-                "ON CONFLICT(search_id,fare_key) DO UPDATE SET cabins=excluded.cabins, "
-                "label=excluded.label",
-                searchId, key, cabins, label);
+    return m_db.query("INSERT INTO seen (search_id,fare_key,cabins,label) VALUES (?,?,?,?) "
+                      "ON CONFLICT(search_id,fare_key) DO UPDATE SET cabins=excluded.cabins, "
+                      "label=excluded.label",
+                      {}, searchId, key, cabins, label);
 }
 
 void SeenStore::forgetTravelledCommunityFinds() {

@@ -31,15 +31,16 @@ public:
 
     /// What the watcher has seen, by fare key.
     QMap<FareKey, Seen> seenCabins(qint64 searchId);
-    void upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen);
+    /// False, as below, when it could not be stored.
+    bool upsertSeen(qint64 searchId, const FareKey& key, const Seen& seen);
     /// The finds of others that the user has been told of.
     QSet<OfferId> seenOfOthers();
-    void noteSeenOfOthers(const Match& find);
+    bool noteSeenOfOthers(const Match& find);
     /// Forgets that others' finds were seen whose travel date is past.
     void forgetTravelledCommunityFinds();
 
 private:
-    void putSeen(qint64 searchId, const QString& key, const QString& cabins, const QString& label);
+    bool putSeen(qint64 searchId, const QString& key, const QString& cabins, const QString& label);
 
     SqliteConnection& m_db;
     Transaction m_transaction;

@@ -125,6 +125,12 @@ void SqliteConnection::setErrorHandler(std::function<void(const QString&)> handl
     m_onError = std::move(handler);
 }
 
+std::optional<qint64> SqliteConnection::dataVersion() {
+    std::optional<qint64> version;
+    query("PRAGMA data_version", [&version](const SqliteRow& row) { version = row.integer(0); });
+    return version;
+}
+
 void SqliteConnection::setChangeHandler(std::function<void(std::string_view)> handler) {
     m_onChange = std::move(handler);
 }

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <string_view>
 
 struct sqlite3;
@@ -59,6 +60,8 @@ public:
         return query(sql, {}, parameters...) ? changes() : 0;
     }
 
+    /// Another number after another connection has changed the file; absent when it cannot be read.
+    std::optional<qint64> dataVersion();
     qint64 lastInsertId() const;
     /// What SQLite says of the last failed call, in English.
     QString errorMessage() const;

@@ -61,30 +61,30 @@ qint64 WatcherStore::addSearch(const Search& s) {
     return id;
 }
 
-void WatcherStore::updateSearch(const Search& s) {
-    m_db.change("UPDATE searches SET name=?, origin=?, destination=?, cabins=?,\n"
-                "  min_seats=?, max_stops=?, date_from=?, date_to=?,\n"
-                "  return_date_from=?, return_date_to=?, include_partners=?\n"
-                "WHERE id=?",
-                trimmedBlanks(s.name), s.origin, s.destination, encodeCabins(s.cabins), s.minSeats,
-                s.maxStops, DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo),
-                DateFmt::iso(s.returnDateFrom), DateFmt::iso(s.returnDateTo), s.includePartners,
-                s.id);
-    m_kept.remove(Kept::lookupCursor(s.id));
+bool WatcherStore::updateSearch(const Search& s) {
+    return m_db.query("UPDATE searches SET name=?, origin=?, destination=?, cabins=?,\n"
+                      "  min_seats=?, max_stops=?, date_from=?, date_to=?,\n"
+                      "  return_date_from=?, return_date_to=?, include_partners=?\n"
+                      "WHERE id=?",
+                      {}, trimmedBlanks(s.name), s.origin, s.destination, encodeCabins(s.cabins),
+                      s.minSeats, s.maxStops, DateFmt::iso(s.dateFrom), DateFmt::iso(s.dateTo),
+                      DateFmt::iso(s.returnDateFrom), DateFmt::iso(s.returnDateTo),
+                      s.includePartners, s.id) &&
+           m_kept.remove(Kept::lookupCursor(s.id));
 }
 
-void WatcherStore::renameSearch(qint64 id, const QString& name) {
-    m_db.change("UPDATE searches SET name = ? WHERE id = ?", trimmedBlanks(name), id);
+bool WatcherStore::renameSearch(qint64 id, const QString& name) {
+    return m_db.query("UPDATE searches SET name = ? WHERE id = ?", {}, trimmedBlanks(name), id);
 }
 
-void WatcherStore::toggleSearch(qint64 id) {
-    m_db.change("UPDATE searches SET enabled = 1 - enabled WHERE id = ?", id);
+bool WatcherStore::toggleSearch(qint64 id) {
+    return m_db.query("UPDATE searches SET enabled = 1 - enabled WHERE id = ?", {}, id);
 }
 
-void WatcherStore::deleteSearch(qint64 id) {
-    m_db.change("DELETE FROM searches WHERE id = ?", id);
-    m_db.change("DELETE FROM seen WHERE search_id = ?", id);
-    m_db.change("DELETE FROM matches WHERE search_id = ?", id);
+bool WatcherStore::deleteSearch(qint64 id) {
+    return m_db.query("DELETE FROM searches WHERE id = ?", {}, id) &&
+           m_db.query("DELETE FROM seen WHERE search_id = ?", {}, id) &&
+           m_db.query("DELETE FROM matches WHERE search_id = ?", {}, id);
 }
 
 // The rows move within SQLite, so that it takes no longer for a watcher with thousands of offers
@@ -123,7 +123,7 @@ bool WatcherStore::restoreSearch() {
            });
 }
 
-void WatcherStore::markChecked(qint64 id, int found) {
-    m_db.change("UPDATE searches SET last_checked = ?, last_found = ? WHERE id = ?", m_clock.now(),
-                found, id);
+bool WatcherStore::markChecked(qint64 id, int found) {
+    return m_db.query("UPDATE searches SET last_checked = ?, last_found = ? WHERE id = ?", {},
+                      m_clock.now(), found, id);
 }

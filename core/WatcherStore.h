@@ -24,12 +24,13 @@ public:
     /// Stores a new, enabled watcher, whose id and state are ignored, and returns its id; 0 when it
     /// could not be stored.
     qint64 addSearch(const Search& search);
-    /// Stores the user's edits and starts the watcher's date rotation afresh.
-    void updateSearch(const Search& search);
-    void renameSearch(qint64 id, const QString& name);
-    void toggleSearch(qint64 id);
+    /// Stores the user's edits and starts the watcher's date rotation afresh. This and the next
+    /// ones say whether it worked, as it does, too, where there is no such watcher.
+    bool updateSearch(const Search& search);
+    bool renameSearch(qint64 id, const QString& name);
+    bool toggleSearch(qint64 id);
     /// Deletes the watcher with its offers and what it has seen.
-    void deleteSearch(qint64 id);
+    bool deleteSearch(qint64 id);
     /// Deletes it likewise, but keeps all of it aside for `restoreSearch` until the next watcher is
     /// taken or the program ends. False, and nothing changes, when it could not be done.
     bool takeSearch(qint64 id);
@@ -37,10 +38,10 @@ public:
     /// to put back or it could not be done.
     bool restoreSearch();
     /// Notes that a check of the watcher ended now and found `found` offers.
-    void markChecked(qint64 id, int found);
+    bool markChecked(qint64 id, int found);
 
 Q_SIGNALS:
-    /// Once for all changes of a turn of the event loop, after it.
+    /// Once for all changes of a turn of the event loop, in a later one.
     void changed();
 
 private:

@@ -87,7 +87,7 @@ Q_SIGNALS:
     void matchFound(const Match& match);
     /// A seen fare has lost cabins; the record of it has been stored and announced.
     void soldOut(const SoldOut& record);
-    /// What the database holds has changed, or whether it can store.
+    /// What one leg has brought is stored and announced.
     void stored();
     /// A round has ended and its summary is stored.
     void roundEnded(const PollSummary& summary);

@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace galleryScreens {
 
 void showGallery(Shot& shot) {
     auto& calendar = shot.make<MonthCalendar>();
@@ -44,4 +44,4 @@ const Screen sheet(u"gallery-sheet"_s, QSize(880, 600), [](Shot& shot) {
     shot.page().click(u"Rediger…"_s);
 });
 
-} // namespace
+} // namespace galleryScreens

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace hitsScreens {
 
 struct World {
     AppWorld app;
@@ -166,4 +166,4 @@ const Screen strange(u"hits-strange"_s, [](Shot& shot) {
     show(shot, world);
 });
 
-} // namespace
+} // namespace hitsScreens

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace onboardingScreens {
 
 struct World : AppWorld {
     SessionState session;
@@ -34,4 +34,4 @@ const Screen done(u"onboarding-done"_s, [](Shot& shot) {
     shot.page().key(Qt::Key_Tab);
 });
 
-} // namespace
+} // namespace onboardingScreens

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace searchScreens {
 
 constexpr QSize usual(1120, 880);
 constexpr QSize least(880, 600);
@@ -75,4 +75,4 @@ const Screen hardText(u"search-hard-text"_s, [](Shot& shot) {
     shot.page().click(u"more"_s);
 });
 
-} // namespace
+} // namespace searchScreens

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace settingsScreens {
 
 SettingsWorld& open(Shot& shot, const std::function<void(SettingsWorld&)>& build = {}) {
     auto& world = shot.make<SettingsWorld>();
@@ -44,7 +44,6 @@ const Screen editing(u"settings-editing"_s, {1120, 880}, [](Shot& shot) {
 const Screen checking(u"settings-checking"_s, {1120, 880}, [](Shot& shot) {
     open(shot, [](SettingsWorld& world) {
         world.session.setLoginStatus(SASLoginStatus::checking());
-        world.database.settings().set(Setting::nativeNotify, false);
         world.state.setNotifyOn(false);
         world.state.setPollIntervalMin(15);
     });
@@ -65,4 +64,4 @@ const Screen wrong(u"settings-wrong"_s, {880, 1400}, [](Shot& shot) {
     shot.page().click(u"copyDiagnosis"_s);
 });
 
-} // namespace
+} // namespace settingsScreens

@@ -8,7 +8,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
+namespace watchersScreens {
 
 struct World : AppWorld {
     WatchersSection section{state, worker, database.watchers(), clock};
@@ -199,4 +199,4 @@ const Screen editingOneWay(u"watchers-edit-one-way"_s, {1120, 880}, [](Shot& sho
     shot.page().type(u", to"_s);
 });
 
-} // namespace
+} // namespace watchersScreens

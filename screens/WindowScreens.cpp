@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace windowScreens {
 
 WindowWorld& show(Shot& shot, const std::function<void(WindowWorld&)>& build = {},
                   bool isDemo = false) {
@@ -213,4 +213,4 @@ const Screen panelSignedOut(u"panel-signed-out"_s, {320, 250}, [](Shot& shot) {
     });
 });
 
-} // namespace
+} // namespace windowScreens

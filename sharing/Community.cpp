@@ -18,7 +18,7 @@ constexpr qsizetype findsPerRequest = 200;
 /// Finds that are read of one answer.
 constexpr qsizetype mostFinds = 5000;
 /// Finds read in one turn of the event loop, so that a long answer holds nobody up.
-constexpr qsizetype findsPerTurn = 200;
+constexpr qsizetype findsReadPerTurn = 200;
 constexpr int ok = 200;
 
 QUrl address(QUrl base, const QString& path) {
@@ -87,7 +87,7 @@ QCoro::Task<std::optional<FoundByOthers>> Community::fetchHits(QList<Route> rout
             match->bookingURL.clear();
         if (match)
             found->hits.append(std::move(*match));
-        if (i % findsPerTurn == findsPerTurn - 1)
+        if (i % findsReadPerTurn == findsReadPerTurn - 1)
             co_await nextTurn();
         if (!self)
             co_return found;

@@ -20,7 +20,7 @@ constexpr std::chrono::duration<double> freshness{30 * 60};
 /// Strangers' finds that are announced at once; the others wait for the next refresh.
 constexpr qsizetype mostFreshAtOnce = 20;
 /// Finds compared with the watchers in one turn of the event loop.
-constexpr qsizetype findsPerTurn = 20;
+constexpr qsizetype findsComparedPerTurn = 20;
 
 /// Where a find of a stranger belongs once it is stored.
 Match asStored(Match hit) {
@@ -50,7 +50,7 @@ QCoro::Task<QList<Match>> concerning(QList<Match> hits, QList<Search> watchers) 
     for (qsizetype i = 0; i < hits.size(); ++i) {
         if (Matching::matchesAWatcher(hits[i], watchers))
             result.append(std::move(hits[i]));
-        if (i % findsPerTurn == findsPerTurn - 1)
+        if (i % findsComparedPerTurn == findsComparedPerTurn - 1)
             co_await nextTurn();
     }
     co_return result;

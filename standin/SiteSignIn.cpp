@@ -6,7 +6,7 @@
 namespace standin {
 namespace {
 
-constexpr qsizetype flowLimit = 1000;
+constexpr qsizetype returnLimit = 1000;
 
 // Only to the site itself: "//host" and "/\host" would lead elsewhere.
 QString safePath(const QString& wanted) {
@@ -44,7 +44,7 @@ HttpResponse SiteSignIn::toForm(const QString& returnTo) {
 }
 
 HttpResponse SiteSignIn::toProvider(const QString& returnTo, bool asksEverybody) {
-    if (m_returnTo.size() >= flowLimit)
+    if (m_returnTo.size() >= returnLimit)
         m_returnTo.clear();
     const QByteArray state = randomToken();
     m_returnTo.insert(QString::fromLatin1(state), returnTo);

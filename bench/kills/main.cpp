@@ -2,7 +2,7 @@
 // Starts `tindra hunt --once` again and again, kills it at a random moment of its round, lets one
 // run end by itself, and tells whether a find was lost, left unsaid, or stored or told twice. The
 // first argument is how many are to be killed.
-#include "bench/Desktop.h"
+#include "bench/NotificationLog.h"
 #include "bench/ProcessTree.h"
 #include "bench/Results.h"
 #include "bench/kills/Ledger.h"
@@ -187,7 +187,7 @@ int main(int argc, char* argv[]) {
 
     Ledger ledger;
     // It outlives all runs, and answers at once whatever is done here.
-    Desktop desktop;
+    NotificationLog desktop;
     const LinuxClock clock;
     const LinuxFolders folders(u"Tindra"_s);
     addWatchers(folders.data(), clock);
@@ -195,7 +195,7 @@ int main(int argc, char* argv[]) {
     int unsound = 0;
     int run = 0;
     const auto note = [&] {
-        for (const Desktop::Arrival& arrival : desktop.take(0)) {
+        for (const NotificationLog::Arrival& arrival : desktop.take(0)) {
             if (arrival.summary.startsWith(u"✈️"))
                 ledger.noteTold(run, Ledger::text(arrival.summary, arrival.body));
         }

@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString objectPath = u"/app/tindra/Tindra"_s;
-const QString interfaceName = u"app.tindra.Tindra"_s;
+const QString instancePath = u"/app/tindra/Tindra"_s;
+const QString instanceInterface = u"app.tindra.Tindra"_s;
 /// A command may be a whole round, or a sign-in.
 constexpr int noTimeout = std::numeric_limits<int>::max();
 
@@ -106,12 +106,12 @@ DBusInstance::DBusInstance(const QString& folder, const QDBusConnection& bus)
 DBusInstance::~DBusInstance() {
     m_bus.unregisterService(m_name);
     m_bus.unregisterService(QStringLiteral(TINDRA_BUNDLE_ID));
-    m_bus.unregisterObject(objectPath);
+    m_bus.unregisterObject(instancePath);
 }
 
 void DBusInstance::serve(Handler handler) {
     m_object = new CommandObject(std::move(handler), this);
-    m_bus.registerObject(objectPath, m_object,
+    m_bus.registerObject(instancePath, m_object,
                          QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAdaptors);
     m_bus.registerService(m_name);
 }
@@ -126,7 +126,7 @@ QCoro::Task<std::optional<CommandAnswer>> DBusInstance::pass(QStringList argumen
     if (!m_bus.isConnected())
         co_return answer;
     const auto toFirst = [this](const QString& method) {
-        return QDBusMessage::createMethodCall(m_name, objectPath, interfaceName, method);
+        return QDBusMessage::createMethodCall(m_name, instancePath, instanceInterface, method);
     };
     if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
         m_bus.send(toFirst(u"activateWith"_s) << token);

@@ -15,16 +15,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int answerTimeoutMs = 5000;
+constexpr int notificationsTimeoutMs = 5000;
 /// The service's name is its interface's.
-const QString interfaceName = u"org.freedesktop.Notifications"_s;
-const QString objectPath = u"/org/freedesktop/Notifications"_s;
+const QString notificationsName = u"org.freedesktop.Notifications"_s;
+const QString notificationsPath = u"/org/freedesktop/Notifications"_s;
 /// What services call a click on the notification itself.
 const QString defaultAction = u"default"_s;
 const QString ownAction = u"own"_s;
 
 QDBusMessage call(const QString& method) {
-    return QDBusMessage::createMethodCall(interfaceName, objectPath, interfaceName, method);
+    return QDBusMessage::createMethodCall(notificationsName, notificationsPath, notificationsName,
+                                          method);
 }
 
 } // namespace
@@ -33,12 +34,12 @@ DBusNotifications::DBusNotifications(QDBusConnection bus, QObject* parent)
     : NotificationCenter(parent), m_bus(std::move(bus)) {
     // Of the service alone: anybody may send such signals.
     const auto listen = [this](const QString& signal, const char* slot) {
-        m_bus.connect(interfaceName, objectPath, interfaceName, signal, this, slot);
+        m_bus.connect(notificationsName, notificationsPath, notificationsName, signal, this, slot);
     };
     listen(u"ActivationToken"_s, SLOT(tokenGiven(uint, QString)));
     listen(u"ActionInvoked"_s, SLOT(chosen(uint, QString)));
     listen(u"NotificationClosed"_s, SLOT(closed(uint, uint)));
-    auto* owner = new QDBusServiceWatcher(interfaceName, m_bus,
+    auto* owner = new QDBusServiceWatcher(notificationsName, m_bus,
                                           QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& now) { startAfresh(now); });
@@ -89,7 +90,7 @@ void DBusNotifications::askCapabilities() {
         return;
     }
     m_question = std::make_unique<QDBusPendingCallWatcher>(
-        m_bus.asyncCall(call(u"GetCapabilities"_s), answerTimeoutMs));
+        m_bus.asyncCall(call(u"GetCapabilities"_s), notificationsTimeoutMs));
     connect(m_question.get(), &QDBusPendingCallWatcher::finished, this,
             &DBusNotifications::takeCapabilities);
 }
@@ -130,7 +131,8 @@ void DBusNotifications::send(const Notification& notification, const Answer& ans
                            {u"desktop-entry"_s, QStringLiteral(TINDRA_BUNDLE_ID)}}
             << -1;
     ++m_sent;
-    auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, answerTimeoutMs), this);
+    auto* watcher =
+        new QDBusPendingCallWatcher(m_bus.asyncCall(message, notificationsTimeoutMs), this);
     const QString subject = actions.isEmpty() ? QString() : notification.subject;
     const auto taken = [this, watcher, subject, answer, service = m_service] {
         watcher->deleteLater();

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Long enough for somebody who types the keychain's password.
-constexpr auto answerTimeout = 60s;
+constexpr auto vaultTimeout = 60s;
 /// How long a keychain that did not answer is left alone, and how long while its prompt may still
 /// be on the screen: prompts pile up, but the library never tells that one went with its keychain.
 constexpr std::chrono::minutes silencePause = 10min;
@@ -85,7 +85,7 @@ public:
 class Question {
 public:
     Question(Clock& clock, const std::shared_ptr<bool>& isOpen)
-        : m_call(clock, answerTimeout), m_isOpen(isOpen) {}
+        : m_call(clock, vaultTimeout), m_isOpen(isOpen) {}
 
     /// For the callback, which must be called exactly once.
     void* ask() const {

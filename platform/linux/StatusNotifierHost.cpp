@@ -11,10 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int answerTimeoutMs = 5000;
+constexpr int watcherTimeoutMs = 5000;
 /// The service's name is its interface's.
-const QString interfaceName = u"org.kde.StatusNotifierWatcher"_s;
-const QString objectPath = u"/StatusNotifierWatcher"_s;
+const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherPath = u"/StatusNotifierWatcher"_s;
 
 } // namespace
 
@@ -24,25 +24,25 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus) : m_bus(std::move(bu
         m_isKnown = true;
         return;
     }
-    auto* owner = new QDBusServiceWatcher(interfaceName, m_bus,
-                                          QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto* owner =
+        new QDBusServiceWatcher(watcherName, m_bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusNotifierHost::ask);
     for (const QString& signal :
          {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        m_bus.connect(interfaceName, objectPath, interfaceName, signal, this, SLOT(ask()));
+        m_bus.connect(watcherName, watcherPath, watcherName, signal, this, SLOT(ask()));
     ask();
 }
 
 StatusNotifierHost::~StatusNotifierHost() = default;
 
 void StatusNotifierHost::ask() {
-    auto message = QDBusMessage::createMethodCall(interfaceName, objectPath,
+    auto message = QDBusMessage::createMethodCall(watcherName, watcherPath,
                                                   u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    message << interfaceName << u"IsStatusNotifierHostRegistered"_s;
+    message << watcherName << u"IsStatusNotifierHostRegistered"_s;
     // To ask is not to want one started.
     message.setAutoStartService(false);
     m_question =
-        std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(message, answerTimeoutMs));
+        std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(message, watcherTimeoutMs));
     connect(m_question.get(), &QDBusPendingCallWatcher::finished, this, [this] {
         const QDBusPendingReply<QDBusVariant> reply = *m_question;
         set(!reply.isError() && reply.value().variant().toBool());

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto answerTimeout = 10s;
+constexpr auto cookiesTimeout = 10s;
 
 struct CookieFree {
     void operator()(SoupCookie* cookie) const { soup_cookie_free(cookie); }
@@ -59,7 +59,7 @@ WebKitCookies::WebKitCookies(WebKitCookieManager* manager, Clock& clock)
 
 QCoro::Task<std::optional<QList<WebCookie>>> WebKitCookies::all() {
     WebKitCookieManager* manager = m_manager;
-    GLibCall call(m_clock, answerTimeout);
+    GLibCall call(m_clock, cookiesTimeout);
     webkit_cookie_manager_get_all_cookies(manager, call.cancellable(), GLibCall::finished,
                                           call.userData());
     GAsyncResult* result = co_await call.end();
@@ -83,7 +83,7 @@ QCoro::Task<bool> WebKitCookies::set(WebCookie cookie) {
     if (!soup)
         co_return false;
     WebKitCookieManager* manager = m_manager;
-    GLibCall call(m_clock, answerTimeout);
+    GLibCall call(m_clock, cookiesTimeout);
     webkit_cookie_manager_add_cookie(manager, soup.get(), call.cancellable(), GLibCall::finished,
                                      call.userData());
     GAsyncResult* result = co_await call.end();
@@ -96,7 +96,7 @@ QCoro::Task<> WebKitCookies::remove(WebCookie cookie) {
     if (!soup)
         co_return;
     WebKitCookieManager* manager = m_manager;
-    GLibCall call(m_clock, answerTimeout);
+    GLibCall call(m_clock, cookiesTimeout);
     webkit_cookie_manager_delete_cookie(manager, soup.get(), call.cancellable(), GLibCall::finished,
                                         call.userData());
     GAsyncResult* result = co_await call.end();

@@ -23,9 +23,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A time that binary fractions of a second can tell exactly, so that parts add up to the whole.
-constexpr auto moment = 125ms;
-
 WebCookie cookie(const QString& name, const QString& domain,
                  std::optional<Instant> expires = std::nullopt) {
     return {name, u"live"_s, domain, u"/"_s, expires, false};

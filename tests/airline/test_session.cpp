@@ -28,8 +28,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A time that binary fractions of a second can tell exactly, so that parts add up to the whole.
-constexpr auto moment = 125ms;
 constexpr auto step = 1500ms;
 
 const Credentials details{u"medlem-42@example.no"_s, u"Hemmelig-17"_s};

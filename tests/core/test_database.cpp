@@ -231,6 +231,13 @@ private Q_SLOTS:
         QCOMPARE(told(), std::pair(1, 1));
         database.offers().takeMatches();
         QCOMPARE(told(), std::pair(0, 1));
+
+        // Those of another process are noticed when somebody asks.
+        Database(folder(), m_clock, Database::Access::guest).watchers().toggleSearch(1);
+        database.recover();
+        QCOMPARE(told(), std::pair(1, 1));
+        database.recover();
+        QCOMPARE(told(), std::pair(0, 0));
     }
 
     void settings_data() {

@@ -48,7 +48,7 @@ QStringList keys(const QList<Hit>& hits) {
     return result;
 }
 
-FareKey fareKey(const QString& flights) {
+FareKey keyOf(const QString& flights) {
     return {{2027, 3, 5}, {u"OSL"_s, u"EWR"_s}, flights};
 }
 
@@ -67,8 +67,8 @@ private Q_SLOTS:
     void communityFindsAreShownAndTheFreshAreStored() {
         AppWorld world;
         world.addWatcher();
-        world.addMatch([](Match& m) { m.key = fareKey(u"own"_s); });
-        world.database.seen().upsertSeen(1, fareKey(u"own"_s), {{Cabin::business}, u"SK907"_s});
+        world.addMatch([](Match& m) { m.key = keyOf(u"own"_s); });
+        world.database.seen().upsertSeen(1, keyOf(u"own"_s), {{Cabin::business}, u"SK907"_s});
         const double now = secondsSince1970(world.clock.now());
         QJsonObject economy = find(u"cabin"_s, now);
         economy[u"cabin"_s] = u"economy"_s;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "standin/StandIn.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QMap>
@@ -8,6 +10,14 @@
 #include <QTcpSocket>
 
 #include <utility>
+
+/// One leg's page at the stand-in's site, and what the page asks for.
+inline const QString site = standin::StandIn::siteDomain();
+inline const QString searchPage =
+    QStringLiteral("/book/flights/?search=OW_OSL-BKK-20270301_a1c0i0y0"
+                   "&view=upsell&bookingFlow=points&sortBy=rec,rec");
+inline const QString offers =
+    QStringLiteral("/api/offers/flights?from=OSL&to=BKK&outDate=2027-03-01");
 
 /// A waiting HTTP client for the stand-in's hosts: a new connection for every request, and a cookie
 /// jar with one drawer per host.

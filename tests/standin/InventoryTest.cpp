@@ -9,7 +9,7 @@ using namespace standin;
 
 namespace {
 
-Leg leg(const QString& route, int day = 0) {
+Leg legOf(const QString& route, int day = 0) {
     return {route.first(3), route.last(3), QDate(2027, 3, 1).addDays(day)};
 }
 
@@ -17,7 +17,7 @@ QList<Leg> twentyLegs() {
     QList<Leg> legs;
     for (const QString& route : {QStringLiteral("OSLBKK"), QStringLiteral("CPHHND")}) {
         for (int day = 0; day < 10; ++day)
-            legs.append(leg(route, day));
+            legs.append(legOf(route, day));
     }
     return legs;
 }
@@ -80,7 +80,7 @@ void InventoryTest::timesFitTogether() {
     const Inventory inventory(1);
     for (const QString& route : {QStringLiteral("OSLCPH"), QStringLiteral("BGOBKK"),
                                  QStringLiteral("EWRARN"), QStringLiteral("QQQOSL")}) {
-        for (const Flight& flight : inventory.flights(leg(route), 1)) {
+        for (const Flight& flight : inventory.flights(legOf(route), 1)) {
             QCOMPARE(flight.segments.first().departs.date(), QDate(2027, 3, 1));
             QCOMPARE(flight.segments.first().origin, route.first(3));
             QCOMPARE(flight.segments.last().destination, route.last(3));
@@ -112,7 +112,7 @@ void InventoryTest::airlinesAndStops() {
     for (int day = 0; day < 5; ++day) {
         for (const QString& route : {QStringLiteral("OSLBKK"), QStringLiteral("BGOBKK"),
                                      QStringLiteral("BGOHND"), QStringLiteral("TRDEWR")}) {
-            for (const Flight& flight : inventory.flights(leg(route, day), 1)) {
+            for (const Flight& flight : inventory.flights(legOf(route, day), 1)) {
                 for (const Segment& part : flight.segments)
                     QCOMPARE(part.carrier == u"SK", !flight.isPartner);
                 QVERIFY(flight.segments.size() >= 2); // only the hub flies there without a stop
@@ -122,8 +122,8 @@ void InventoryTest::airlinesAndStops() {
         }
     }
     QVERIFY(hasTwoStops && hasFirst);
-    QCOMPARE(inventory.flights(leg(QStringLiteral("OSLCPH")), 1).first().segments.size(), 1);
-    QCOMPARE(inventory.flights(leg(QStringLiteral("CPHBKK")), 1).first().segments.size(), 1);
+    QCOMPARE(inventory.flights(legOf(QStringLiteral("OSLCPH")), 1).first().segments.size(), 1);
+    QCOMPARE(inventory.flights(legOf(QStringLiteral("CPHBKK")), 1).first().segments.size(), 1);
 }
 
 void InventoryTest::sameSeedSameFlights() {

@@ -16,11 +16,8 @@ using Trouble = SignInOptions::Trouble;
 
 namespace {
 
-const QString site = StandIn::siteDomain();
 const QString idp = StandIn::idpHost();
 const QString loginPage = QStringLiteral("/auth/login?ui_locales=nb&returnTo=%2F");
-const QString searchPage = QStringLiteral("/book/flights/?search=OW_OSL-BKK-20270301_a1c0i0y0");
-const QString offers = QStringLiteral("/api/offers/flights?from=OSL&to=BKK&outDate=2027-03-01");
 const QString demoUser = SignInOptions().user;
 const QString demoPassword = SignInOptions().password;
 

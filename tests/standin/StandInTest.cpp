@@ -17,13 +17,9 @@ using namespace standin;
 
 namespace {
 
-const QString site = StandIn::siteDomain();
 const QString leg = QStringLiteral("OSL-BKK-20270301");
-const QString searchPage = QStringLiteral("/book/flights/?search=OW_OSL-BKK-20270301_a1c0i0y0"
-                                          "&view=upsell&bookingFlow=points&sortBy=rec,rec");
 const QString awardPage =
     QStringLiteral("/booking/award/flights?origin=OSL&destination=BKK&outboundDate=2027-03-01");
-const QString offers = QStringLiteral("/api/offers/flights?from=OSL&to=BKK&outDate=2027-03-01");
 const QString award =
     QStringLiteral("/award-api/flights?origin=OSL&destination=BKK&outboundDate=2027-03-01");
 

@@ -49,21 +49,21 @@ struct AppWorld {
         if (change)
             change(search);
         database.watchers().addSearch(search);
-        state.reload();
+        settle();
         return state.searches().constLast();
     }
 
-    /// Stores the record that watcher 1's fare has gone, just now, and reloads.
+    /// Stores the record that watcher 1's fare has gone, just now, and waits until it is shown.
     void addSoldOut(const QString& key = QStringLiteral("2027-03-05-OSL-EWR-SK907"),
                     const std::function<void(SoldOut&)>& change = {}) {
         SoldOut record{0, 1, FareKey::fromText(key), {Cabin::business}, key, clock.now()};
         if (change)
             change(record);
         database.offers().recordSoldOut(record);
-        state.reload();
+        settle();
     }
 
-    /// Stores an offer, found just now for watcher 1, and reloads.
+    /// Stores an offer, found just now for watcher 1, and waits likewise.
     Match addMatch(const std::function<void(Match&)>& change = {}) {
         Match match;
         match.searchId = 1;
@@ -82,7 +82,7 @@ struct AppWorld {
         if (change)
             change(match);
         match.id = database.offers().recordMatch(match);
-        state.reload();
+        settle();
         return match;
     }
 };

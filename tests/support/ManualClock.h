@@ -6,6 +6,9 @@
 #include <QDateTime>
 #include <QList>
 
+/// A time that binary fractions of a second can tell exactly, so that parts add up to the whole.
+inline constexpr std::chrono::milliseconds moment(125);
+
 /// A clock that stands still until it is told to go on. Its calendar is UTC's.
 class ManualClock final : public Clock {
 public:

@@ -19,10 +19,11 @@ void HitsFilter::readWatchers() {
         names.append(watcher.displayName());
         isChosenThere = isChosenThere || watcher.id == m_filter.watcher;
     }
-    m_watcherNames = names;
-    if (!isChosenThere)
+    const bool isLost = m_filter.watcher && !isChosenThere;
+    if (isLost)
         m_filter.watcher.reset();
-    Q_EMIT watchersChanged();
+    if (std::exchange(m_watcherNames, names) != names || isLost)
+        Q_EMIT watchersChanged();
 }
 
 int HitsFilter::watcherIndex() const {

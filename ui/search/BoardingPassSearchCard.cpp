@@ -139,8 +139,9 @@ void BoardingPassSearchCard::submit() {
 }
 
 void BoardingPassSearchCard::save() {
-    m_state.addSearchAndRun(form().applied());
-
+    // What was typed stays until it is stored.
+    if (!m_state.addSearchAndRun(form().applied()))
+        return;
     m_name.clear();
     m_destination.setCode({});
     m_outboundTouched = false;

@@ -89,8 +89,6 @@ Search EditWatcherSheet::edited() const {
 }
 
 void EditWatcherSheet::save() {
-    if (!canSave())
-        return;
-    m_store.updateSearch(edited());
-    Q_EMIT finished();
+    if (canSave() && m_store.updateSearch(edited()))
+        Q_EMIT finished();
 }

@@ -27,8 +27,12 @@ WatchersSection::WatchersSection(AppState& state, Worker& worker, WatcherStore& 
 }
 
 void WatchersSection::refresh() {
+    show(m_state.searches());
+}
+
+void WatchersSection::show(const QList<Search>& watchers) {
     QList<WatcherCard> cards;
-    for (const Search& search : m_state.searches())
+    for (const Search& search : watchers)
         cards.append(WatcherCard::of(search, m_state.matchCounts().value(search.id), m_clock));
     m_cards.update(cards);
     Q_EMIT changed();
@@ -84,15 +88,14 @@ void WatchersSection::checkAll() {
 }
 
 void WatchersSection::toggle(qint64 id) {
-    m_store.toggleSearch(id);
+    // The state follows a moment later, and until then the switch would swing back.
+    if (m_store.toggleSearch(id))
+        show(m_store.listSearches());
 }
 
 void WatchersSection::setWatching(qint64 id, bool on) {
-    // The cards follow later in this turn, and of two quick presses both count.
-    const auto stored = m_store.listSearches();
-    if (std::any_of(stored.begin(), stored.end(), [id, on](const Search& watcher) {
-            return watcher.id == id && watcher.enabled != on;
-        }))
+    const WatcherCard* card = m_cards.find(id);
+    if (card && card->search.enabled != on)
         toggle(id);
 }
 

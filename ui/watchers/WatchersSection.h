@@ -81,6 +81,7 @@ private:
     int active() const;
     void openSheet(const Search& watcher, const EditedWindows& windows);
     void refresh();
+    void show(const QList<Search>& watchers);
     void keepTime();
 
     AppState& m_state;

@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct World : AppWorld {
-    World() {
+struct OnboardingWorld : AppWorld {
+    OnboardingWorld() {
         airline.answer = [](const QString&, const QString&, const QString&) {
             return std::nullopt;
         };
@@ -56,7 +56,7 @@ private Q_SLOTS:
         QFETCH(bool, opened);
         QFETCH(bool, signedIn);
         QFETCH(int, watchers);
-        World world;
+        OnboardingWorld world;
         if (opened)
             world.view.openLogin();
         if (signedIn)
@@ -69,7 +69,7 @@ private Q_SLOTS:
     }
 
     void itIsGoneThrough() {
-        World world;
+        OnboardingWorld world;
         PageWindow page(u"Tindra.Onboarding"_s, u"OnboardingView"_s,
                         {{u"model"_s, QVariant::fromValue(&world.view)}}, {880, 600});
         // A step may be taken before the one above it.

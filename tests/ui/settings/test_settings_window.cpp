@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Page : SettingsWorld {
+struct SettingsPage : SettingsWorld {
     std::unique_ptr<PageWindow> page;
 
     void show() {
@@ -26,7 +26,7 @@ class TestSettingsWindow : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void detailsAreTyped() {
-        Page world;
+        SettingsPage world;
         world.storeDetails(u"601234567"_s, u"gammel"_s);
         world.show();
         PageWindow& page = *world.page;
@@ -54,7 +54,7 @@ private Q_SLOTS:
     }
 
     void signingIn() {
-        Page world;
+        SettingsPage world;
         world.show();
         world.page->click(u"openLogin"_s);
         QCOMPARE(world.loginsOpened, 1);
@@ -69,7 +69,7 @@ private Q_SLOTS:
     }
 
     void switchesAndChoices() {
-        Page world;
+        SettingsPage world;
         world.show();
         PageWindow& page = *world.page;
         page.click(u"testNotification"_s);
@@ -107,7 +107,7 @@ private Q_SLOTS:
     }
 
     void whatIsWrongIsSaid() {
-        Page world;
+        SettingsPage world;
         world.engineWarning = u"Motoren er for gammel."_s;
         runOn(world.dir.path(), "CREATE TRIGGER full BEFORE INSERT ON kv "
                                 "BEGIN SELECT RAISE(ABORT, 'full'); END");
@@ -127,7 +127,7 @@ private Q_SLOTS:
     }
 
     void everythingIsReachedWithTheKeyboard() {
-        Page world;
+        SettingsPage world;
         world.show();
         QString order;
         for (int i = 0; i < 13; ++i) {

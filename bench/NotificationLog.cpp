@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bench/Desktop.h"
+#include "bench/NotificationLog.h"
 
 #include "tests/support/NotificationService.h"
 
@@ -20,7 +20,7 @@ public:
         const QMutexLocker lock(&m_mutex);
         return m_arrivals.size();
     }
-    QList<Desktop::Arrival> take() {
+    QList<NotificationLog::Arrival> take() {
         const QMutexLocker lock(&m_mutex);
         return std::exchange(m_arrivals, {});
     }
@@ -38,17 +38,17 @@ public Q_SLOTS:
 
 private:
     QMutex m_mutex;
-    QList<Desktop::Arrival> m_arrivals;
+    QList<NotificationLog::Arrival> m_arrivals;
 };
 
-Desktop::Desktop() {
+NotificationLog::NotificationLog() {
     m_there.moveToThread(&m_thread);
     m_thread.start();
     QMetaObject::invokeMethod(
         &m_there, [this] { m_service = new TimedService; }, Qt::BlockingQueuedConnection);
 }
 
-Desktop::~Desktop() {
+NotificationLog::~NotificationLog() {
     QMetaObject::invokeMethod(
         &m_there, [this] { delete std::exchange(m_service, nullptr); },
         Qt::BlockingQueuedConnection);
@@ -56,10 +56,10 @@ Desktop::~Desktop() {
     m_thread.wait();
 }
 
-QList<Desktop::Arrival> Desktop::take(qsizetype expected) {
+QList<NotificationLog::Arrival> NotificationLog::take(qsizetype expected) {
     if (!QTest::qWaitFor([&] { return m_service->count() >= expected; }, 5000))
         qWarning("the notification service did not get all");
     return m_service->take();
 }
 
-#include "Desktop.moc"
+#include "NotificationLog.moc"

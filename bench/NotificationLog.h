@@ -12,7 +12,7 @@ class TimedService;
 
 /// The desktop's notification service, on a thread of its own: it notes when each notification
 /// reached it, whatever the main thread does meanwhile.
-class Desktop {
+class NotificationLog {
 public:
     struct Arrival {
         /// Who sent it.
@@ -22,9 +22,9 @@ public:
         std::chrono::steady_clock::time_point at;
     };
 
-    Desktop();
-    ~Desktop();
-    Q_DISABLE_COPY_MOVE(Desktop)
+    NotificationLog();
+    ~NotificationLog();
+    Q_DISABLE_COPY_MOVE(NotificationLog)
 
     /// What has arrived since the last call, oldest first; waits for the `expected` first of it,
     /// while the event loop turns, but not for ever.
