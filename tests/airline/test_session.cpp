@@ -49,8 +49,8 @@ QJsonArray arguments(const QString& script) {
     return QJsonDocument::fromJson(u"[%1]"_s.arg(argumentText(script)).toUtf8()).array();
 }
 
-WebCookie cookie(const QString& name, const QString& domain,
-                 std::optional<Instant> expires = std::nullopt) {
+WebCookie storedCookie(const QString& name, const QString& domain,
+                       std::optional<Instant> expires = std::nullopt) {
     return {name, u"value"_s, domain, u"/"_s, expires, false};
 }
 
@@ -264,15 +264,15 @@ private Q_SLOTS:
         World world;
         // 2027-02-01 00:00:00.75 UTC; log lines count whole seconds.
         const Instant expiry = instantFromSeconds(1801440000.75);
-        world.view.store.cookies = {cookie(u"did"_s, u".idp.localhost"_s, expiry),
-                                    cookie(u"did_compat"_s, u"sub.idp.localhost"_s),
-                                    cookie(u"auth0"_s, u"idp.localhost"_s),
-                                    cookie(u"session"_s, u"site.localhost"_s)};
+        world.view.store.cookies = {storedCookie(u"did"_s, u".idp.localhost"_s, expiry),
+                                    storedCookie(u"did_compat"_s, u"sub.idp.localhost"_s),
+                                    storedCookie(u"auth0"_s, u"idp.localhost"_s),
+                                    storedCookie(u"session"_s, u"site.localhost"_s)};
         world.refresh();
         world.navigate(form);
         world.answer(u"form"_s);
         world.clock.advance(3s);
-        world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+        world.view.store.cookies = {storedCookie(u"session"_s, u"site.localhost"_s)};
         world.navigate(form);
         world.answer(u"form"_s);
         QCOMPARE(world.result, false);
@@ -292,8 +292,8 @@ private Q_SLOTS:
         World world;
         world.secrets.items.insert(
             u"app.tindra.Tindra.sascookies"_s,
-            {u"cookies"_s, StoredCookies::encode({cookie(u"session"_s, u"site.localhost"_s),
-                                                  cookie(u"_ga"_s, u"site.localhost"_s)})});
+            {u"cookies"_s, StoredCookies::encode({storedCookie(u"session"_s, u"site.localhost"_s),
+                                                  storedCookie(u"_ga"_s, u"site.localhost"_s)})});
         NotingStore store(world.view);
         CookieVault vault(store, world.keychain, world.database.safekeeping(), world.clock,
                           world.site);
@@ -306,7 +306,7 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.size(), 1);
 
         store.calls.clear();
-        store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
+        store.cookies.append(storedCookie(u"ad"_s, u"tracker.example"_s));
         world.state.setLoginWindowOpen(false);
         SingleSignOn singleSignOn(world.with(vault));
         singleSignOn.silentSSOAttempt(0);
@@ -315,7 +315,7 @@ private Q_SLOTS:
         QCOMPARE(world.view.loaded.size(), 2);
 
         store.calls.clear();
-        store.cookies.append(cookie(u"ad"_s, u"tracker.example"_s));
+        store.cookies.append(storedCookie(u"ad"_s, u"tracker.example"_s));
         AutoLogin autoLogin(world.with(vault), window, world.standBack, world.database.settings(),
                             world.keychain);
         autoLogin.attemptAutoLogin();
@@ -331,7 +331,7 @@ private Q_SLOTS:
             world.state.setLoginStatus(SASLoginStatus::loggedOut());
             world.session.window().openLogin();
             settle();
-            world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+            world.view.store.cookies = {storedCookie(u"session"_s, u"site.localhost"_s)};
             world.navigate(visited);
             world.view.current = QUrl(page);
             world.clock.advance(1min);
@@ -451,7 +451,7 @@ private Q_SLOTS:
                  (QJsonArray{details.user, details.password, false, u"idp.localhost"_s,
                              u"site.localhost"_s}));
         QVERIFY(!world.hasVault());
-        world.view.store.cookies = {cookie(u"session"_s, u"site.localhost"_s)};
+        world.view.store.cookies = {storedCookie(u"session"_s, u"site.localhost"_s)};
         world.view.current = startPage;
         world.view.page = [](const QString&) { return u"done"_s; };
         world.clock.advance(step - moment);

@@ -691,7 +691,8 @@ private Q_SLOTS:
         if (afterTheFirstFind)
             connect(worker.get(), &Worker::matchFound, this, [&worker] {
                 QMetaObject::invokeMethod(
-                    qApp, [&worker] { worker.reset(); }, Qt::QueuedConnection);
+                    QCoreApplication::instance(), [&worker] { worker.reset(); },
+                    Qt::QueuedConnection);
             });
         else
             worker.reset();

@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-using World = WindowWorld;
-
 class TestWindowModels : public QObject {
     Q_OBJECT
 
@@ -16,7 +14,7 @@ private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "UTC"); }
 
     void theDashboardBeforeTheFirstRound() {
-        World world;
+        WindowWorld world;
         QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
         QCOMPARE(world.dashboard.lastCheckSub(), u"ikke kjørt enda"_s);
         QCOMPARE(world.dashboard.watchersValue(), u"0"_s);
@@ -27,7 +25,7 @@ private Q_SLOTS:
     }
 
     void theDashboardCounts() {
-        World world;
+        WindowWorld world;
         for (int i = 0; i < 5; ++i)
             world.addWatcher();
         world.database.watchers().toggleSearch(2);
@@ -45,7 +43,7 @@ private Q_SLOTS:
     }
 
     void aDamagedSummaryHasNoTime() {
-        World world;
+        WindowWorld world;
         world.database.safekeeping().set(Kept::lastPoll, u"{\"at\":1e300,\"fetched\":2}"_s);
         world.state.reload();
         QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
@@ -53,7 +51,7 @@ private Q_SLOTS:
     }
 
     void errorsAreShownUnlessNobodyIsSignedIn() {
-        World world;
+        WindowWorld world;
         world.lastPollWas(0, {u"søk 3: SAS-søk krever avreisedato."_s});
         QCOMPARE(world.dashboard.errorText(), u"søk 3: SAS-søk krever avreisedato."_s);
         world.lastPollWas(0, {u"a"_s, u"b"_s, u"c"_s});
@@ -63,7 +61,7 @@ private Q_SLOTS:
     }
 
     void thePanelTellsHowTheHuntGoes() {
-        World world;
+        WindowWorld world;
         QCOMPARE(world.panel.headline(), u"Ingen aktive overvåkere"_s);
         QCOMPARE(world.panel.countText(), u"0 overvåkere"_s);
         QVERIFY(!world.panel.hasLatest());
@@ -90,7 +88,7 @@ private Q_SLOTS:
     }
 
     void theLatestFindIsTheNewestThatCanBeBooked() {
-        World world;
+        WindowWorld world;
         world.addMatch([](Match& m) { m.toCity = u"Boston"_s; });
         world.addSoldOut();
         QCOMPARE(world.panel.latestRoute(), u"Oslo → Boston"_s);
@@ -109,7 +107,7 @@ private Q_SLOTS:
     }
 
     void theSignInIsCheckedWhenNoRoundWill() {
-        World world;
+        WindowWorld world;
         world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
         RootView root(world.state, world.airline, false);
         root.start();
@@ -123,7 +121,7 @@ private Q_SLOTS:
     }
 
     void theFrameFollowsTheState() {
-        World world;
+        WindowWorld world;
         RootView root(world.state, world.airline, false);
         root.select(RootView::Hits);
         QCOMPARE(root.selection(), int(RootView::Hits));
@@ -136,7 +134,7 @@ private Q_SLOTS:
     }
 
     void closingTheWindowWithATrayGoesOnAndSaysSoOnce() {
-        World world;
+        WindowWorld world;
         LifeCycle& life = world.life;
         life.showWindow();
         QVERIFY(life.isWindowShown());
@@ -163,7 +161,7 @@ private Q_SLOTS:
     void whatCannotBeNotifiedIsAsked() {
         QFETCH(bool, isOn);
         QFETCH(bool, isServiceThere);
-        World world;
+        WindowWorld world;
         world.database.settings().set(Setting::nativeNotify, isOn);
         world.center.isThere = isServiceThere;
         world.life.showWindow();
@@ -184,7 +182,7 @@ private Q_SLOTS:
     }
 
     void aWindowWithoutAWayBackStays() {
-        World world;
+        WindowWorld world;
         world.tray.isThere = false;
         LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
                        LifeCycle::SecondStart::isLost);
@@ -199,7 +197,7 @@ private Q_SLOTS:
     }
 
     void closingTheWindowWithoutATrayAsks() {
-        World world;
+        WindowWorld world;
         world.tray.isThere = false;
         LifeCycle& life = world.life;
         const QSignalSpy quit(&life, &LifeCycle::quitRequested);
