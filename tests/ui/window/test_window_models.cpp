@@ -42,14 +42,6 @@ private Q_SLOTS:
         QCOMPARE(world.dashboard.hitsText(), u"nye i dag"_s);
     }
 
-    void aDamagedSummaryHasNoTime() {
-        WindowWorld world;
-        world.database.safekeeping().set(Kept::lastPoll, u"{\"at\":1e300,\"fetched\":2}"_s);
-        world.state.reload();
-        QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
-        QCOMPARE(world.dashboard.lastCheckSub(), u"2 reiser gjennomgått"_s);
-    }
-
     void errorsAreShownUnlessNobodyIsSignedIn() {
         WindowWorld world;
         world.lastPollWas(0, {u"søk 3: SAS-søk krever avreisedato."_s});
@@ -179,47 +171,6 @@ private Q_SLOTS:
         world.life.closeWindow();
         QVERIFY(!world.life.isWindowShown());
         QVERIFY(world.center.posted.isEmpty());
-    }
-
-    void aWindowWithoutAWayBackStays() {
-        WindowWorld world;
-        world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
-                       LifeCycle::SecondStart::isLost);
-        life.start(true);
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        QVERIFY(!life.question().contains(u"på nytt"_s));
-        life.keepHunting();
-        QVERIFY(life.isWindowShown());
-        world.life.start(true);
-        QVERIFY(!world.life.isWindowShown());
-    }
-
-    void closingTheWindowWithoutATrayAsks() {
-        WindowWorld world;
-        world.tray.isThere = false;
-        LifeCycle& life = world.life;
-        const QSignalSpy quit(&life, &LifeCycle::quitRequested);
-        life.showWindow();
-        // The question is seen where the window was minimised, too.
-        const QSignalSpy raised(&life, &LifeCycle::raiseRequested);
-        life.closeWindow();
-        QCOMPARE(raised.size(), 1);
-        QVERIFY(life.isAsking());
-        QVERIFY(life.isWindowShown());
-        life.stay();
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        life.keepHunting();
-        QVERIFY(!life.isWindowShown());
-        QVERIFY(quit.isEmpty());
-        // A second start of Tindra asks for the window again.
-        life.showWindow();
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        life.quit();
-        QCOMPARE(quit.size(), 1);
     }
 };
 
