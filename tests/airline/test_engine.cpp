@@ -708,7 +708,9 @@ private Q_SLOTS:
         }
         // A sign-in's 403 may be a challenge that lets people through.
         World world;
-        world.airline = [](World& self, const QString& date) {
+        bool standsBack = false;
+        world.airline = [&standsBack](World& self, const QString& date) {
+            standsBack = standsBack || self.standBack.isOn();
             self.view.loaded.size() == 1 ? self.askToSignIn(date) : self.answer(date);
         };
         world.keeper.silent = {true};
@@ -716,6 +718,7 @@ private Q_SLOTS:
             world.view.arrive(403, {}, QUrl(u"https://id.localhost/login"_s));
         };
         QCOMPARE(world.verify(), Kind::answer);
+        QVERIFY(!standsBack);
     }
 
     void aVerificationKeepsItsPage() {
