@@ -30,7 +30,7 @@ PortalSettings setting(const QString& group, const QString& key, const QVariant&
 /// A settings portal, in a thread of its own as a real one is in a process of its own.
 class Portal : public QObject {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.PortalSettings")
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
     explicit Portal(PortalSettings settings) : m_settings(std::move(settings)) {
         moveToThread(&m_thread);
@@ -47,7 +47,7 @@ public:
     void change(const QString& group, const QString& key, const QVariant& value) {
         QDBusMessage signal =
             QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
-                                       u"org.freedesktop.portal.PortalSettings"_s, u"SettingChanged"_s);
+                                       u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         signal << group << key << QVariant::fromValue(QDBusVariant(value));
         QVERIFY(QDBusConnection(u"portal"_s).send(signal));
     }
