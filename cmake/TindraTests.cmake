@@ -2,7 +2,7 @@
 # Tests: a program a room, an entry of ctest a test class.
 
 # Nobody waits for tests to be optimized.
-set(testOptions $<$<CONFIG:Release>:-O0>)
+set(testOptions -O0)
 # Qt Test offers more where it finds some of these, and names the folder that it is used in. All
 # programs see the same, so that one precompiled header serves them.
 set(testLibraries Qt6::Core QCoro6::Core Qt6::Network Qt6::Test Qt6::Widgets)
@@ -15,13 +15,14 @@ tindra_precompiled(ui_test_pch HEADERS ${testHeaders} ${PROJECT_SOURCE_DIR}/cmak
     LINK ${testLibraries} Qt6::Quick OPTIONS ${testOptions})
 
 # tindra_test_executable(name LINK target... [SHOWS_WINDOWS])
-# A program that is built as tests are; its sources are added later.
+# A program that is built as tests are, when it is asked for; its sources are added later.
 function(tindra_test_executable name)
     cmake_parse_arguments(ARG "SHOWS_WINDOWS" "" "LINK" ${ARGN})
-    add_executable(${name})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 3)
+    add_executable(${name} EXCLUDE_FROM_ALL)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 6)
     target_link_libraries(${name} PRIVATE tindra_common ${ARG_LINK} ${testLibraries})
     target_compile_options(${name} PRIVATE ${testOptions})
+    set_target_properties(${name} PROPERTIES TINDRA_SHOWS_WINDOWS "${ARG_SHOWS_WINDOWS}")
     if(ARG_SHOWS_WINDOWS)
         target_precompile_headers(${name} REUSE_FROM tindra_ui_test_pch)
     else()
@@ -52,7 +53,14 @@ function(tindra_test room class source)
         list(PREPEND command xvfb-run -a -s "-screen 0 1400x1000x24")
     endif()
     add_test(NAME ${room}.${class} COMMAND ${command})
-    set_tests_properties(${room}.${class} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS ${room})
+    # What may take long begins first.
+    set_tests_properties(${room}.${class} PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT} COST ${ARG_TIMEOUT} LABELS ${room})
+    # WebKit, fontconfig and Qt Quick keep what they have until the process ends.
+    get_target_property(showsWindows ${room}_tests TINDRA_SHOWS_WINDOWS)
+    if(showsWindows OR ARG_DISPLAY)
+        set_tests_properties(${room}.${class} PROPERTIES ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
+    endif()
     if(ARG_STARTS)
         add_dependencies(${room}_tests ${ARG_STARTS})
     endif()

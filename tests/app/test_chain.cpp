@@ -28,11 +28,9 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using Kind = standin::Misbehaviour::Kind;
 
 class TestChain : public QObject {
     Q_OBJECT
-
 public:
     explicit TestChain(WebKitRuntime& runtime) : m_runtime(runtime) {}
 
@@ -92,24 +90,7 @@ private:
             search.includePartners = partners;
             database.watchers().addSearch(search);
         }
-        /// One round. A capture that the airline leaves without an answer is brought to its end
-        /// once nothing has been asked for a while.
-        std::optional<PollSummary> round() {
-            std::optional<PollSummary> summary;
-            worker->pollOnce().then([&summary](PollSummary result) { summary = result; });
-            qsizetype asked = 0;
-            for (int quiet = 0; !summary && quiet < 1000; ++quiet) {
-                QTest::qWait(20);
-                const qsizetype now = airline.requests(airline.siteDomain()).size();
-                if (std::exchange(asked, now) != now)
-                    quiet = 0;
-                if (quiet == 25)
-                    clock.advance(10s);
-                if (quiet == 50)
-                    clock.advance(50s);
-            }
-            return summary;
-        }
+        std::optional<PollSummary> round() { return awaited(worker->pollOnce(), 60000); }
     };
 
 private Q_SLOTS:
@@ -142,46 +123,6 @@ private Q_SLOTS:
         QTRY_COMPARE(world.desktop.received.size(),
                      first->newAlerts + second->newAlerts + second->soldOut);
         QCOMPARE(world.database.offers().recentMatches(1000).size(), world.desktop.received.size());
-    }
-
-    void datesThatGoWrongLeaveTheOthers() {
-        World world(m_runtime);
-        world.add(u"LHR"_s, 8);
-        const QList<std::pair<int, Kind>> wrong{{2, Kind::Error},  {3, Kind::Malformed},
-                                                {4, Kind::Huge},   {5, Kind::Nested},
-                                                {6, Kind::CutOff}, {7, Kind::SignIn}};
-        for (const auto& [day, kind] : wrong)
-            world.airline.misbehave(u"OSL-LHR-2027030%1"_s.arg(day), {kind, 0ms});
-        world.airline.misbehave(u"OSL-LHR-20270308"_s, {Kind::Slow, 300ms});
-        const auto summary = world.round();
-        QVERIFY(summary);
-        QCOMPARE(summary->errors, QStringList());
-        QVERIFY(summary->notes.value(0).startsWith(u"søk 1: 6 av 8 oppslag fikk ikke svar."_s));
-        // Only the first and the last day count; a lookup without faults reads the flights of all.
-        const int onTwoDays = summary->fetched;
-        QVERIFY(onTwoDays > 0);
-        const QStringList requests = world.airline.requests(u"site.localhost"_s);
-        for (int day = 1; day <= 8; ++day)
-            QVERIFY(!requests.filter(u"OW_OSL-LHR-2027030%1"_s.arg(day)).isEmpty());
-        world.airline.misbehave(u"*"_s, {});
-        for (int day = 1; day <= 8; ++day)
-            world.airline.misbehave(u"OSL-LHR-2027030%1"_s.arg(day), {});
-        // Every day of this route has the same flights.
-        QCOMPARE(world.round()->fetched, onTwoDays * 4);
-    }
-
-    void aSignedOutSiteIsReportedOnce() {
-        World world(m_runtime);
-        world.add(u"LHR"_s, 9);
-        world.airline.misbehave(u"*"_s, {Kind::SignIn, 0ms});
-        const auto summary = world.round();
-        QVERIFY(summary);
-        QCOMPARE(summary->errors.size(), 1);
-        QVERIFY(summary->errors[0].startsWith(u"søk 1: Ikke innlogget hos SAS"_s));
-        QVERIFY(world.engine->loginStatus().isLoggedOut());
-        QTRY_COMPARE(world.desktop.received.size(), 1);
-        QCOMPARE(world.desktop.received[0].summary, u"⚠️ Logget ut av SAS"_s);
-        QCOMPARE(world.airline.looks(u"OSL-LHR-20270304"_s), 0);
     }
 };
 

@@ -19,18 +19,10 @@ class TestRecords : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void codeLists_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("codes");
-        QTest::newRow("empty") << u""_s << QStringList{};
-        QTest::newRow("commas and blanks") << u" ,,\t, "_s << QStringList{};
-        QTest::newRow("as typed") << u"osl, bgo,,"_s << QStringList{u"OSL"_s, u"BGO"_s};
-        QTest::newRow("duplicates stay") << u"CPH,cph"_s << QStringList{u"CPH"_s, u"CPH"_s};
-    }
     void codeLists() {
-        QFETCH(QString, text);
-        QFETCH(QStringList, codes);
-        QCOMPARE(Search::codes(text), codes);
+        QCOMPARE(Search::codes(u" ,,\t, "_s), QStringList());
+        QCOMPARE(Search::codes(u"osl, bgo,,"_s), QStringList({u"OSL"_s, u"BGO"_s}));
+        QCOMPARE(Search::codes(u"CPH,cph"_s), QStringList({u"CPH"_s, u"CPH"_s}));
     }
 
     void watcherNames() {
@@ -44,32 +36,25 @@ private Q_SLOTS:
         QVERIFY(search.isRoundTrip());
     }
 
-    void pastWatchers_data() {
-        QTest::addColumn<QString>("dates");
-        QTest::addColumn<bool>("isPast");
-        // Today is the fifteenth of January 2027.
-        QTest::newRow("one way") << u"2027-01-01|2027-01-14||"_s << true;
-        QTest::newRow("ends today") << u"2027-01-01|2027-01-15||"_s << false;
-        QTest::newRow("without an end") << u"2027-01-14|||"_s << true;
-        QTest::newRow("today alone") << u"2027-01-15|||"_s << false;
-        QTest::newRow("ends before it starts") << u"2027-01-15|2027-01-01||"_s << false;
-        QTest::newRow("home too") << u"2027-01-01|2027-01-02|2027-01-03|2027-01-14"_s << true;
-        QTest::newRow("home is to come")
-            << u"2027-01-01|2027-01-02|2027-01-03|2027-01-15"_s << false;
-        QTest::newRow("home on one day") << u"2027-01-01|2027-01-02|2027-01-14|"_s << true;
-        QTest::newRow("home from when") << u"2027-01-01|2027-01-02||2027-01-14"_s << false;
-        QTest::newRow("no date") << u"|||"_s << false;
-        QTest::newRow("no start") << u"|2027-01-02||"_s << false;
-    }
     void pastWatchers() {
-        QFETCH(QString, dates);
-        Search search;
-        const QStringList parts = dates.split(u'|');
-        search.dateFrom = DateFmt::dateFromIso(parts[0]);
-        search.dateTo = DateFmt::dateFromIso(parts[1]);
-        search.returnDateFrom = DateFmt::dateFromIso(parts[2]);
-        search.returnDateTo = DateFmt::dateFromIso(parts[3]);
-        QTEST(search.isPast({2027, 1, 15}), "isPast");
+        const auto isPast = [](const QString& dates) {
+            Search search;
+            const QStringList parts = dates.split(u'|');
+            search.dateFrom = DateFmt::dateFromIso(parts[0]);
+            search.dateTo = DateFmt::dateFromIso(parts[1]);
+            search.returnDateFrom = DateFmt::dateFromIso(parts[2]);
+            search.returnDateTo = DateFmt::dateFromIso(parts[3]);
+            return search.isPast({2027, 1, 15});
+        };
+        for (const QString& dates : {u"2027-01-01|2027-01-14||"_s, u"2027-01-14|||"_s,
+                                     u"2027-01-01|2027-01-02|2027-01-03|2027-01-14"_s,
+                                     u"2027-01-01|2027-01-02|2027-01-14|"_s})
+            QVERIFY2(isPast(dates), qPrintable(dates));
+        for (const QString& dates :
+             {u"2027-01-01|2027-01-15||"_s, u"2027-01-15|||"_s, u"2027-01-15|2027-01-01||"_s,
+              u"2027-01-01|2027-01-02|2027-01-03|2027-01-15"_s,
+              u"2027-01-01|2027-01-02||2027-01-14"_s, u"|||"_s, u"|2027-01-02||"_s})
+            QVERIFY2(!isPast(dates), qPrintable(dates));
     }
 
     void wildNumbersAreInstantsOfOurCalendar() {
@@ -99,31 +84,23 @@ private Q_SLOTS:
         QVERIFY((some & CabinSet{Cabin::business}).isEmpty());
     }
 
-    void fareKeys_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("route");
-        QTest::addColumn<QString>("flights");
-        const auto row = [](const QString& text, const QString& route, const QString& flights) {
-            QTest::newRow(qPrintable(text)) << text << route << flights;
-        };
-        row(u"2027-03-01-OSL-BKK-SK1467,TG955"_s, u"OSL-BKK"_s, u"SK1467,TG955"_s);
-        row(u"2027-03-01-OSL-BKK-"_s, u"OSL-BKK"_s, {});
-        row(u"2027-03-01-A-B-SK-1"_s, u"A-B"_s, u"SK-1"_s);
-        row(u"2027-02-30-OSL-BKK-SK1"_s, {}, u"2027-02-30-OSL-BKK-SK1"_s);
-        // Older records begin with the codes.
-        row(u"OSL-BKK-2027-03-01"_s, u"OSL-BKK"_s, u"2027-03-01"_s);
-        row(u"no key"_s, {}, u"no key"_s);
-        row(u"2027-03-01-OSL"_s, {}, u"OSL"_s);
-    }
     void fareKeys() {
-        QFETCH(QString, text);
-        const FareKey key = FareKey::fromText(text);
-        QTEST(key.route.text(), "route");
-        QTEST(key.flights, "flights");
-        QCOMPARE(key.text(), text);
-        const OfferId offer{key, Cabin::premeco};
-        QVERIFY(OfferId::fromText(text + u"#premeco"_s) == offer);
-        QVERIFY(!OfferId::fromText(text + u"#sofa"_s));
+        for (const auto& [text, route, flights] :
+             {std::tuple(u"2027-03-01-OSL-BKK-SK1467,TG955"_s, u"OSL-BKK"_s, u"SK1467,TG955"_s),
+              {u"2027-03-01-OSL-BKK-"_s, u"OSL-BKK"_s, {}},
+              {u"2027-03-01-A-B-SK-1"_s, u"A-B"_s, u"SK-1"_s},
+              {u"2027-02-30-OSL-BKK-SK1"_s, {}, u"2027-02-30-OSL-BKK-SK1"_s},
+              // Older records begin with the codes.
+              {u"OSL-BKK-2027-03-01"_s, u"OSL-BKK"_s, u"2027-03-01"_s},
+              {u"no key"_s, {}, u"no key"_s},
+              {u"2027-03-01-OSL"_s, {}, u"OSL"_s}}) {
+            const FareKey key = FareKey::fromText(text);
+            QCOMPARE(key.route.text(), route);
+            QCOMPARE(key.flights, flights);
+            QCOMPARE(key.text(), text);
+            QVERIFY((OfferId::fromText(text + u"#premeco"_s) == OfferId{key, Cabin::premeco}));
+            QVERIFY(!OfferId::fromText(text + u"#sofa"_s));
+        }
     }
 
     void localTimes() {
@@ -157,41 +134,29 @@ private Q_SLOTS:
         QVERIFY(!Stops::fromText(u""_s));
     }
 
-    void durations_data() {
-        QTest::addColumn<int>("minutes");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("unknown") << 0 << QString();
-        QTest::newRow("negative") << -5 << QString();
-        QTest::newRow("minutes") << 59 << u"59m"_s;
-        QTest::newRow("an hour") << 60 << u"1t"_s;
-        QTest::newRow("a minute more") << 61 << u"1t 1m"_s;
-        QTest::newRow("long") << 605 << u"10t 5m"_s;
-    }
     void durations() {
-        QFETCH(int, minutes);
-        QFETCH(QString, text);
         Match match;
-        match.durationMinutes = minutes;
-        QCOMPARE(match.durationText().value_or(QString()), text);
-        QCOMPARE(match.durationText().has_value(), !text.isEmpty());
+        for (const auto& [minutes, text] :
+             {std::pair(59, u"59m"_s), {60, u"1t"_s}, {61, u"1t 1m"_s}, {605, u"10t 5m"_s}}) {
+            match.durationMinutes = minutes;
+            QCOMPARE(match.durationText(), text);
+        }
+        for (const int unknown : {0, -5}) {
+            match.durationMinutes = unknown;
+            QVERIFY(!match.durationText());
+        }
     }
 
-    void ago_data() {
-        QTest::addColumn<double>("secondsBefore");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("future") << -30.0 << u"akkurat nå"_s;
-        QTest::newRow("59 s") << 59.0 << u"akkurat nå"_s;
-        QTest::newRow("60 s") << 60.0 << u"1 min siden"_s;
-        QTest::newRow("just under an hour") << 3599.0 << u"59 min siden"_s;
-        QTest::newRow("an hour") << 3600.0 << u"1 t siden"_s;
-        QTest::newRow("a day") << 86400.0 << u"1 d siden"_s;
-        QTest::newRow("10 days") << 864000.0 << u"10 d siden"_s;
-    }
     void ago() {
-        QFETCH(double, secondsBefore);
-        QFETCH(QString, text);
         const Instant now = instantFromSeconds(1.8e9);
-        QCOMPARE(DateFmt::ago(now - std::chrono::duration<double>(secondsBefore), now), text);
+        for (const auto& [secondsBefore, text] : {std::pair(-30, u"akkurat nå"_s),
+                                                  {59, u"akkurat nå"_s},
+                                                  {60, u"1 min siden"_s},
+                                                  {3599, u"59 min siden"_s},
+                                                  {3600, u"1 t siden"_s},
+                                                  {86400, u"1 d siden"_s},
+                                                  {864000, u"10 d siden"_s}})
+            QCOMPARE(DateFmt::ago(now - std::chrono::seconds(secondsBefore), now), text);
         QCOMPARE(DateFmt::ago(std::nullopt, now), u"ikke sjekket enda"_s);
     }
 

@@ -2,7 +2,7 @@
 // A person's first days with the demo on their desktop, from the first screen to signing in again
 // after the airline has signed them out. The airline is one that this test can ask and upset.
 #include "standin/StandIn.h"
-#include "tests/e2e/Desktop.h"
+#include "tests/e2e/Person.h"
 #include "tests/support/NotificationService.h"
 #include "tests/support/TestBus.h"
 #include "tests/support/TestProgram.h"
@@ -21,7 +21,7 @@ public:
 
 private:
     TestBus& m_bus;
-    Desktop m_desktop;
+    Person m_person;
     NotificationService m_notifications{{u"actions"_s, u"body"_s}};
     std::unique_ptr<standin::StandIn> m_airline;
     QProcess m_program;
@@ -48,24 +48,24 @@ private:
     /// In the airline's window, once it is there.
     void signIn(int formsBefore) {
         QTRY_VERIFY_WITH_TIMEOUT(m_airline->counters().forms > formsBefore, 20000);
-        const auto window = m_desktop.find(
-            [](const Desktop::Item& item) { return item.name.startsWith(u"SAS —"_s); });
+        const auto window = m_person.find(
+            [](const Person::Item& item) { return item.name.startsWith(u"SAS —"_s); });
         QVERIFY(window);
         // The page's fields stand in the middle, the second form's one line lower.
         QTest::qWait(1500);
         const QPoint field(window->place.center().x(), window->place.top() + 310);
-        Desktop::press(field);
-        Desktop::type(u"demo@tindra.example"_s);
-        Desktop::key(u"Return"_s);
+        Person::press(field);
+        Person::type(u"demo@tindra.example"_s);
+        Person::key(u"Return"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_airline->counters().forms > formsBefore + 1, 20000);
         QTest::qWait(1500);
         const int signIns = m_airline->counters().passwordSignIns;
-        Desktop::press(field + QPoint(0, 30));
-        Desktop::type(u"demo"_s);
-        Desktop::key(u"Return"_s);
+        Person::press(field + QPoint(0, 30));
+        Person::type(u"demo"_s);
+        Person::key(u"Return"_s);
         QTRY_COMPARE_WITH_TIMEOUT(m_airline->counters().passwordSignIns, signIns + 1, 20000);
         QTest::qWait(1500);
-        QVERIFY(m_desktop.press(u"Ferdig — jeg er innlogget"_s));
+        QVERIFY(m_person.press(u"Ferdig — jeg er innlogget"_s));
     }
 
     QStringList opened() const {
@@ -77,7 +77,7 @@ private:
 
 private Q_SLOTS:
     void initTestCase() {
-        QVERIFY(m_desktop.isThere());
+        QVERIFY(m_person.isThere());
         standin::Options options;
         options.signIn.isRequired = true;
         // As fast as it may be with a round that can still be watched.
@@ -94,25 +94,25 @@ private Q_SLOTS:
 
     void theFirstScreen() {
         start();
-        QVERIFY(m_desktop.sees(u"Demo: flyselskapet"_s));
+        QVERIFY(m_person.sees(u"Demo: flyselskapet"_s));
         QFile limits(u"/proc/%1/limits"_s.arg(m_program.processId()));
         QVERIFY(limits.open(QIODevice::ReadOnly));
         const QString dumps = QString::fromLatin1(limits.readAll()).section(u"core file size"_s, 1);
         QCOMPARE(dumps.simplified().section(u' ', 0, 1), u"1 1"_s);
-        QVERIFY(m_desktop.sees(u"Kom i gang"_s));
-        QVERIFY(m_desktop.press(u"Åpne SAS og logg inn"_s));
+        QVERIFY(m_person.sees(u"Kom i gang"_s));
+        QVERIFY(m_person.press(u"Åpne SAS og logg inn"_s));
         signIn(0);
-        QVERIFY(m_desktop.sees(u"1. Koble til EuroBonus, ferdig"_s));
-        QVERIFY(m_desktop.press(u"USA i business"_s));
-        QVERIFY(m_desktop.sees(u"4 overvåkere er i gang"_s));
-        QVERIFY(m_desktop.press(u"Start jakten"_s));
+        QVERIFY(m_person.sees(u"1. Koble til EuroBonus, ferdig"_s));
+        QVERIFY(m_person.press(u"USA i business"_s));
+        QVERIFY(m_person.sees(u"4 overvåkere er i gang"_s));
+        QVERIFY(m_person.press(u"Start jakten"_s));
     }
 
     void theFirstRound() {
-        QVERIFY(m_desktop.press(u"Overvåkere"_s));
-        QVERIFY(m_desktop.find([](const auto& item) { return item.role == u"progress bar"_s; }));
-        QVERIFY(m_desktop.sees(u"av 60 oppslag · roterer over 960"_s));
-        QVERIFY(m_desktop.sees(u"4 overvåkere"_s, 60000));
+        QVERIFY(m_person.press(u"Overvåkere"_s));
+        QVERIFY(m_person.find([](const auto& item) { return item.role == u"progress bar"_s; }));
+        QVERIFY(m_person.sees(u"av 60 oppslag · roterer over 960"_s));
+        QVERIFY(m_person.sees(u"4 overvåkere"_s, 60000));
     }
 
     void theNotificationLeadsToTheFind() {
@@ -130,14 +130,14 @@ private Q_SLOTS:
             date, lines.value(1).section(u' ', 1, 1), lines.value(0));
         const auto id = static_cast<uint>(sent.rend() - last);
         Q_EMIT m_notifications.ActionInvoked(id, u"default"_s);
-        QVERIFY(m_desktop.sees(card));
+        QVERIFY(m_person.sees(card));
         QTest::qWait(1000);
-        const auto find = m_desktop.find([&card](const auto& item) { return item.name == card; });
+        const auto find = m_person.find([&card](const auto& item) { return item.name == card; });
         QVERIFY(find);
 
-        const auto book = m_desktop.controlIn(find->place, u"Book på SAS"_s);
+        const auto book = m_person.controlIn(find->place, u"Book på SAS"_s);
         QVERIFY(book);
-        Desktop::press(book->place.center());
+        Person::press(book->place.center());
         QTRY_COMPARE(opened().size(), 1);
         const QString address = opened().constFirst();
         QVERIFY2(address.startsWith(m_airline->siteOrigin()), qPrintable(address));
@@ -149,54 +149,54 @@ private Q_SLOTS:
     }
 
     void aWatcherIsPaused() {
-        QVERIFY(m_desktop.press(u"Overvåkere"_s));
-        QVERIFY(m_desktop.press(u"Overvåker OSL → LHR"_s));
-        QVERIFY(m_desktop.sees(u"Pauset"_s));
-        QVERIFY(m_desktop.sees(u"3 aktive"_s));
+        QVERIFY(m_person.press(u"Overvåkere"_s));
+        QVERIFY(m_person.press(u"Overvåker OSL → LHR"_s));
+        QVERIFY(m_person.sees(u"Pauset"_s));
+        QVERIFY(m_person.sees(u"3 aktive"_s));
     }
 
     void aWatcherIsEdited() {
-        QVERIFY(m_desktop.press(u"Rediger søket…"_s));
-        QVERIFY(m_desktop.press(u"Navn"_s));
-        Desktop::key(u"ctrl+a"_s);
-        Desktop::type(u"Vinter i Bangkok"_s);
-        QVERIFY(m_desktop.press(u"Lagre"_s));
-        QVERIFY(m_desktop.sees(u"Overvåker Vinter i Bangkok"_s));
+        QVERIFY(m_person.press(u"Rediger søket…"_s));
+        QVERIFY(m_person.press(u"Navn"_s));
+        Person::key(u"ctrl+a"_s);
+        Person::type(u"Vinter i Bangkok"_s);
+        QVERIFY(m_person.press(u"Lagre"_s));
+        QVERIFY(m_person.sees(u"Overvåker Vinter i Bangkok"_s));
     }
 
     void settingsAreKeptOverARestart() {
-        QVERIFY(m_desktop.press(u"Innstillinger"_s));
-        QVERIFY(m_desktop.press(u"30 min"_s));
-        QVERIFY(m_desktop.press(u"Varsle når treff blir utsolgt"_s));
+        QVERIFY(m_person.press(u"Innstillinger"_s));
+        QVERIFY(m_person.press(u"30 min"_s));
+        QVERIFY(m_person.press(u"Varsle når treff blir utsolgt"_s));
         QCOMPARE(stop(), 0);
         start();
-        QVERIFY(m_desktop.press(u"Innstillinger"_s));
-        QVERIFY(m_desktop.control(u"30 min"_s)->isChecked);
-        QVERIFY(!m_desktop.control(u"Varsle når treff blir utsolgt"_s)->isChecked);
-        QVERIFY(m_desktop.control(u"Skrivebordsvarsler ved nye treff"_s)->isChecked);
-        QVERIFY(m_desktop.press(u"Overvåkere"_s));
-        QVERIFY(m_desktop.sees(u"Overvåker Vinter i Bangkok"_s));
+        QVERIFY(m_person.press(u"Innstillinger"_s));
+        QVERIFY(m_person.control(u"30 min"_s)->isChecked);
+        QVERIFY(!m_person.control(u"Varsle når treff blir utsolgt"_s)->isChecked);
+        QVERIFY(m_person.control(u"Skrivebordsvarsler ved nye treff"_s)->isChecked);
+        QVERIFY(m_person.press(u"Overvåkere"_s));
+        QVERIFY(m_person.sees(u"Overvåker Vinter i Bangkok"_s));
         // Its first round ends, still signed in.
-        QVERIFY(m_desktop.sees(u"3 overvåkere"_s, 60000));
+        QVERIFY(m_person.sees(u"3 overvåkere"_s, 60000));
     }
 
     void signedOutAndInAgain() {
         m_airline->expireSiteSession();
         m_airline->expireSso();
-        QVERIFY(m_desktop.press(u"Innstillinger"_s));
-        QVERIFY(m_desktop.press(u"Sjekk innlogging"_s));
-        QVERIFY(m_desktop.sees(u"Ikke innlogget hos SAS"_s, 120000));
+        QVERIFY(m_person.press(u"Innstillinger"_s));
+        QVERIFY(m_person.press(u"Sjekk innlogging"_s));
+        QVERIFY(m_person.sees(u"Ikke innlogget hos SAS"_s, 120000));
         const int forms = m_airline->counters().forms;
-        QVERIFY(m_desktop.press(u"Logg inn nå"_s));
+        QVERIFY(m_person.press(u"Logg inn nå"_s));
         // The window that is closed meanwhile comes back for who has signed in.
-        QVERIFY(m_desktop.sees(u"SAS —"_s));
-        QVERIFY(Desktop::close(u"Tindra"_s));
-        QVERIFY(m_desktop.press(u"Fortsett i bakgrunnen"_s));
-        QTRY_VERIFY(!m_desktop.seesNow(u"Overvåkere"_s));
+        QVERIFY(m_person.sees(u"SAS —"_s));
+        QVERIFY(Person::close(u"Tindra"_s));
+        QVERIFY(m_person.press(u"Fortsett i bakgrunnen"_s));
+        QTRY_VERIFY(!m_person.seesNow(u"Overvåkere"_s));
         signIn(forms);
-        QVERIFY(m_desktop.press(u"Innstillinger"_s));
-        QVERIFY(m_desktop.sees(u"Innlogget hos SAS ·"_s, 60000));
-        QVERIFY(!m_desktop.seesNow(u"Ikke innlogget hos SAS"_s));
+        QVERIFY(m_person.press(u"Innstillinger"_s));
+        QVERIFY(m_person.sees(u"Innlogget hos SAS ·"_s, 60000));
+        QVERIFY(!m_person.seesNow(u"Ikke innlogget hos SAS"_s));
         QCOMPARE(stop(), 0);
     }
 };

@@ -442,6 +442,9 @@ private Q_SLOTS:
         QVERIFY2(day < 20, "every page loaded its pictures");
         for (int more = 0; more < 3; ++more)
             QVERIFY(pageFetchesNone(++day));
+        // Which they have.
+        QVERIFY(awaited(world.view->evaluate(u"String(document.images.length > 0)"_s)).value() ==
+                u"true"_s);
     }
 
     void aDeadWebProcessEndsTheCaptureAndTheNextOneWorks() {

@@ -98,50 +98,45 @@ private Q_SLOTS:
         QVERIFY(comparison.compare(other, {fare(u"SK1,SK2"_s, 4, 2)}, now).isEmpty());
     }
 
-    void whatWasSeenBefore_data() {
-        QTest::addColumn<CabinSet>("before");
-        QTest::addColumn<QList<Fare>>("fares");
-        QTest::addColumn<QString>("found");
-        QTest::addColumn<QString>("gone");
-        QTest::addColumn<QString>("seen");
-        const CabinSet both{Cabin::economy, Cabin::business};
-        const auto row = [](const char* name, const CabinSet& before, const QList<Fare>& fares,
-                            const QString& found, const QString& gone, const QString& seen) {
-            QTest::newRow(name) << before << fares << found << gone << seen;
-        };
-        // The last column: what is stored as seen, "-" where that stays as it was.
-        row("as before", both, {fare(u"SK1"_s, 1, 1)}, {}, {}, u"-"_s);
-        row("in pieces", both, {fare(u"SK1"_s, 1, 0), fare(u"SK1"_s, 0, 1)}, {}, {},
-            u"business,economy"_s);
-        row("one cabin gone", both, {fare(u"SK1"_s, 4, 0)}, {}, u"business"_s, u"economy"_s);
-        row("one gone, one new", {Cabin::business}, {fare(u"SK1"_s, 4, 0)}, u"economy"_s,
-            u"business"_s, u"economy"_s);
-        row("all gone", both, {}, {}, u"business,economy"_s, u""_s);
-        row("no longer wanted", {Cabin::first}, {}, {}, {}, u""_s);
-        row("gone before", {}, {}, {}, {}, u"-"_s);
-        row("back again", {}, {fare(u"SK1"_s, 1, 0)}, u"economy"_s, {}, u"economy"_s);
-    }
     void whatWasSeenBefore() {
-        QFETCH(const CabinSet, before);
-        QFETCH(const QList<Fare>, fares);
         const FareKey key{leg.date, route, u"SK1"_s};
-        FareComparison comparison(watcher(), {{key, seen(before, u"SK1"_s)}});
-        const auto news = comparison.compare(leg, fares, now);
-        // All that one fare says is stored together.
-        QVERIFY(news.size() <= 1);
-        const FareNews one = news.value(0);
-        CabinSet found;
-        for (const Match& match : one.found)
-            found.insert(match.cabin);
-        QTEST(encodeCabins(found), "found");
-        QTEST(encodeCabins(one.soldOut.value_or(SoldOut()).cabins), "gone");
-        QTEST(one.seen ? encodeCabins(one.seen->cabins) : u"-"_s, "seen");
-        if (!one.soldOut)
-            return;
-        const SoldOut record{0, 7, key, one.soldOut->cabins, u"CPH-BKK 2027-03-01 · SK1"_s, now};
-        QVERIFY(one.soldOut == record && !record.cabins.isEmpty());
-        // Told once.
-        QVERIFY(comparison.compare(leg, fares, now).isEmpty());
+        // What is found, what is gone, and what is stored as seen, "-" where that stays as it was.
+        const auto news = [&key](const CabinSet& before, const QList<Fare>& fares) {
+            FareComparison comparison(watcher(), {{key, seen(before, u"SK1"_s)}});
+            const auto all = comparison.compare(leg, fares, now);
+            const FareNews one = all.value(0);
+            CabinSet found;
+            for (const Match& match : one.found)
+                found.insert(match.cabin);
+            const SoldOut gone = one.soldOut.value_or(SoldOut());
+            [&] {
+                // All that one fare says is stored together.
+                QVERIFY(all.size() <= 1);
+                if (!one.soldOut)
+                    return;
+                const QString label = u"CPH-BKK 2027-03-01 · SK1"_s;
+                QVERIFY((gone == SoldOut{0, 7, key, gone.cabins, label, now}));
+                // Told once.
+                QVERIFY(comparison.compare(leg, fares, now).isEmpty());
+            }();
+            return QStringList{encodeCabins(found), encodeCabins(gone.cabins),
+                               one.seen ? encodeCabins(one.seen->cabins) : u"-"_s};
+        };
+        const CabinSet both{Cabin::economy, Cabin::business};
+        const QString economy = u"economy"_s;
+        const QString business = u"business"_s;
+        const QString all = u"business,economy"_s;
+        QCOMPARE(news(both, {fare(u"SK1"_s, 1, 1)}), QStringList({{}, {}, u"-"_s}));
+        QCOMPARE(news(both, {fare(u"SK1"_s, 1, 0), fare(u"SK1"_s, 0, 1)}),
+                 QStringList({{}, {}, all}));
+        QCOMPARE(news(both, {fare(u"SK1"_s, 4, 0)}), QStringList({{}, business, economy}));
+        QCOMPARE(news({Cabin::business}, {fare(u"SK1"_s, 4, 0)}),
+                 QStringList({economy, business, economy}));
+        QCOMPARE(news(both, {}), QStringList({{}, all, {}}));
+        // No longer wanted, gone before, and back again.
+        QCOMPARE(news({Cabin::first}, {}), QStringList({{}, {}, {}}));
+        QCOMPARE(news({}, {}), QStringList({{}, {}, u"-"_s}));
+        QCOMPARE(news({}, {fare(u"SK1"_s, 1, 0)}), QStringList({economy, {}, economy}));
     }
 
     void onlyTheLegItselfSellsOut() {
@@ -156,55 +151,44 @@ private Q_SLOTS:
         QVERIFY(comparison.compare({route, next}, {}, now).isEmpty());
     }
 
-    void offersOfOthers_data() {
-        QTest::addColumn<QString>("route");
-        QTest::addColumn<QString>("date");
-        QTest::addColumn<Cabin>("cabin");
-        QTest::addColumn<int>("seats");
-        QTest::addColumn<QString>("stops");
-        QTest::addColumn<bool>("fits");
-        const QString in = u"2027-03-10"_s;
-        const Cabin business = Cabin::business;
-        const QString one = u"1 stopp (ARN)"_s;
-        QTest::newRow("fits") << u"CPH-BKK"_s << in << business << 2 << one << true;
-        QTest::newRow("not from the hub") << u"OSL-BKK"_s << in << business << 2 << one << false;
-        QTest::newRow("way back") << u"BKK-CPH"_s << u"2027-05-01"_s << business << 2 << one
-                                  << true;
-        QTest::newRow("way back, out of its window")
-            << u"BKK-CPH"_s << in << business << 2 << one << false;
-        QTest::newRow("open end") << u"BKK-CPH"_s << u"2029-05-01"_s << business << 2 << one
-                                  << true;
-        QTest::newRow("first day")
-            << u"CPH-BKK"_s << u"2027-03-01"_s << business << 2 << one << true;
-        QTest::newRow("last day") << u"CPH-BKK"_s << u"2027-03-31"_s << business << 2 << one
-                                  << true;
-        QTest::newRow("before") << u"CPH-BKK"_s << u"2027-02-28"_s << business << 2 << one << false;
-        QTest::newRow("after") << u"CPH-BKK"_s << u"2027-04-01"_s << business << 2 << one << false;
-        QTest::newRow("no date") << u"CPH-BKK"_s << u""_s << business << 2 << one << false;
-        QTest::newRow("cabin") << u"CPH-BKK"_s << in << Cabin::first << 2 << one << false;
-        QTest::newRow("seats") << u"CPH-BKK"_s << in << business << 1 << one << false;
-        QTest::newRow("seats unknown") << u"CPH-BKK"_s << in << business << 0 << one << true;
-        QTest::newRow("stops") << u"CPH-BKK"_s << in << business << 2 << u"3 stopp (A)"_s << false;
-    }
     void offersOfOthers() {
-        QFETCH(QString, route);
-        QFETCH(QString, date);
-        QFETCH(Cabin, cabin);
-        QFETCH(int, seats);
-        QFETCH(QString, stops);
-        Match match;
-        match.key = {DateFmt::dateFromIso(date), Route::fromText(route), u"SK1"_s};
-        match.cabin = cabin;
-        match.seats = seats;
-        match.stops = Stops::fromText(stops);
         Search search = watcher();
         search.returnDateFrom = QDate(2027, 4, 15);
         search.minSeats = 2;
         Search other = watcher();
         other.origin = u"BGO"_s;
         other.destination = u"EWR"_s;
-        QTEST(Matching::matchesAWatcher(match, {other, search}), "fits");
-        QVERIFY(!Matching::matchesAWatcher(match, {other}));
+        Match match;
+        match.cabin = Cabin::business;
+        match.seats = 2;
+        match.stops = Stops{1, {u"ARN"_s}};
+        const auto fits = [&](const char* codes, QDate date) {
+            match.key = {date, Route::fromText(QString::fromLatin1(codes)), u"SK1"_s};
+            return !Matching::matchesAWatcher(match, {other}) &&
+                   Matching::matchesAWatcher(match, {other, search});
+        };
+        for (const QDate date : {QDate(2027, 3, 1), QDate(2027, 3, 10), QDate(2027, 3, 31)}) {
+            QVERIFY(fits("CPH-BKK", date));
+            QVERIFY(!fits("OSL-BKK", date));
+            QVERIFY(!fits("BKK-CPH", date));
+        }
+        for (const QDate date : {QDate(2027, 2, 28), QDate(2027, 4, 1), QDate()})
+            QVERIFY(!fits("CPH-BKK", date));
+        // The window home has no end.
+        for (const QDate date : {QDate(2027, 4, 15), QDate(2029, 5, 1)})
+            QVERIFY(fits("BKK-CPH", date));
+        const QDate day(2027, 3, 10);
+        match.seats = 1;
+        QVERIFY(!fits("CPH-BKK", day));
+        // Not known.
+        match.seats = 0;
+        QVERIFY(fits("CPH-BKK", day));
+        match.stops = Stops{3, {}};
+        QVERIFY(!fits("CPH-BKK", day));
+        match.stops.reset();
+        QVERIFY(fits("CPH-BKK", day));
+        match.cabin = Cabin::first;
+        QVERIFY(!fits("CPH-BKK", day));
     }
 
     void legs() {
@@ -290,12 +274,19 @@ private Q_SLOTS:
         QCOMPARE(all.size(), 60);
         QCOMPARE(Legs::slice(sixty, 7), all);
         QVERIFY(!Turn(sixty, 7).cursor());
+        Turn rest(sixty, 0);
+        rest.beginAt(all[20]);
+        QCOMPARE(rest.size(), 40);
         search.returnDateTo = QDate(2027, 5, 1);
         const auto more = Legs::ofWatcher(search, today);
         QCOMPARE(Legs::slice(more, 0), all);
         const QList<Leg> wrapped = Legs::slice(more, 60);
         QCOMPARE(wrapped, QList<Leg>{more[60]} + all.first(59));
         QCOMPARE(more[60].date, QDate(2027, 5, 1));
+        // A rotation has its own place to go on.
+        Turn whole(more, 0);
+        whole.beginAt(all[20]);
+        QCOMPARE(whole.size(), 60);
         QCOMPARE(Legs::countOfRound(search, today), 60);
         QCOMPARE(Legs::countOfRound(Search(), today), 0);
     }

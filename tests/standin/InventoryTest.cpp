@@ -30,7 +30,6 @@ class InventoryTest : public QObject {
 private Q_SLOTS:
     void everySeedTellsEveryStory();
     void timesFitTogether();
-    void airlinesAndStops();
     void sameSeedSameFlights();
 };
 
@@ -103,27 +102,6 @@ void InventoryTest::timesFitTogether() {
     };
     QCOMPARE(offsets(1), std::pair(1, 7));
     QCOMPARE(offsets(7), std::pair(2, 7));
-}
-
-void InventoryTest::airlinesAndStops() {
-    const Inventory inventory(1);
-    bool hasTwoStops = false;
-    bool hasFirst = false;
-    for (int day = 0; day < 5; ++day) {
-        for (const QString& route : {QStringLiteral("OSLBKK"), QStringLiteral("BGOBKK"),
-                                     QStringLiteral("BGOHND"), QStringLiteral("TRDEWR")}) {
-            for (const Flight& flight : inventory.flights(legOf(route, day), 1)) {
-                for (const Segment& part : flight.segments)
-                    QCOMPARE(part.carrier == u"SK", !flight.isPartner);
-                QVERIFY(flight.segments.size() >= 2); // only the hub flies there without a stop
-                hasTwoStops |= flight.segments.size() == 3;
-                hasFirst |= flight.cabins.contains(Cabin::First);
-            }
-        }
-    }
-    QVERIFY(hasTwoStops && hasFirst);
-    QCOMPARE(inventory.flights(legOf(QStringLiteral("OSLCPH")), 1).first().segments.size(), 1);
-    QCOMPARE(inventory.flights(legOf(QStringLiteral("CPHBKK")), 1).first().segments.size(), 1);
 }
 
 void InventoryTest::sameSeedSameFlights() {

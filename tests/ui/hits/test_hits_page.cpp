@@ -253,43 +253,36 @@ private Q_SLOTS:
         QCOMPARE(w.page.notice(), u"Filen kunne ikke lagres."_s);
     }
 
-    void calendarTimes_data() {
-        QTest::addColumn<QString>("depart");
-        QTest::addColumn<QString>("arrive");
-        QTest::addColumn<QByteArray>("lines");
-        QTest::newRow("local times")
-            << u"31.12 23:00"_s << u"01.01 06:10"_s
-            << QByteArray("DTSTART:20271231T230000\r\nDTEND:20280101T061000");
-        QTest::newRow("over the date line")
-            << u"31.12 23:00"_s << u"31.12 12:00"_s
-            << QByteArray("DTSTART:20271231T230000\r\nDURATION:PT90M");
-        QTest::newRow("unknown") << u"?"_s << u"31.12 12:00"_s
-                                 << QByteArray("DTSTART;VALUE=DATE:20271231");
-    }
     void calendarTimes() {
-        QFETCH(QString, depart);
-        QFETCH(QString, arrive);
-        QFETCH(QByteArray, lines);
-        JourneyGroup journey;
-        Match match;
-        const QDate travel(2027, 12, 31);
-        match.key = {travel, {u"OSL"_s, u"EWR"_s}, u"SK1"_s};
-        match.fromCity = QString(60, u'ø') + u"a;b,c\\d\ne"_s;
-        match.depart = LocalTime::fromText(depart, travel);
-        match.arrive = LocalTime::fromText(arrive, travel);
-        match.durationMinutes = 90;
-        journey.out = {match, match};
-        Match undated = match;
-        undated.key.date = QDate();
-        journey.ret = {SoldOut{0, 1, match.key, {Cabin::first}, {}, {}}, undated};
-        const QByteArray file = Export::calendar(journey, Site{}, instantFromSeconds(0));
-        QCOMPARE(file.count("BEGIN:VEVENT\r\n"), 1);
-        QVERIFY2(file.contains("DTSTAMP:19700101T000000Z\r\n" + lines + "\r\nSUMMARY"), file);
-        for (const QByteArray& line : file.split('\n'))
-            QVERIFY2(line.size() <= 76 && QString::fromUtf8(line).toUtf8() == line, line);
-        QVERIFY(QByteArray(file)
-                    .replace("\r\n ", "")
-                    .contains("øa\\;b\\,c\\\\d\\ne → EWR · Økonomi\r\n"));
+        for (const auto& [depart, arrive, lines] :
+             {std::tuple(u"31.12 23:00"_s, u"01.01 06:10"_s,
+                         "DTSTART:20271231T230000\r\nDTEND:20280101T061000"),
+              // Over the date line, and of other words.
+              {u"31.12 23:00"_s, u"31.12 12:00"_s, "DTSTART:20271231T230000\r\nDURATION:PT90M"},
+              {u"?"_s, u"31.12 12:00"_s, "DTSTART;VALUE=DATE:20271231"}}) {
+            JourneyGroup journey;
+            Match match;
+            const QDate travel(2027, 12, 31);
+            match.key = {travel, {u"OSL"_s, u"EWR"_s}, u"SK1"_s};
+            match.fromCity = QString(60, u'ø') + u"a;b,c\\d\ne"_s;
+            match.depart = LocalTime::fromText(depart, travel);
+            match.arrive = LocalTime::fromText(arrive, travel);
+            match.durationMinutes = 90;
+            journey.out = {match, match};
+            Match undated = match;
+            undated.key.date = QDate();
+            journey.ret = {SoldOut{0, 1, match.key, {Cabin::first}, {}, {}}, undated};
+            const QByteArray file = Export::calendar(journey, Site{}, instantFromSeconds(0));
+            QCOMPARE(file.count("BEGIN:VEVENT\r\n"), 1);
+            QVERIFY2(
+                file.contains(QByteArray("DTSTAMP:19700101T000000Z\r\n") + lines + "\r\nSUMMARY"),
+                file);
+            for (const QByteArray& line : file.split('\n'))
+                QVERIFY2(line.size() <= 76 && QString::fromUtf8(line).toUtf8() == line, line);
+            QVERIFY(QByteArray(file)
+                        .replace("\r\n ", "")
+                        .contains("øa\\;b\\,c\\\\d\\ne → EWR · Økonomi\r\n"));
+        }
         QCOMPARE(Export::fileName(u"../Oslo ⇄ A/B\u202e"_s, u"ics"_s), u"Oslo - AB.ics"_s);
     }
 };

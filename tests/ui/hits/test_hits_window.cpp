@@ -65,6 +65,8 @@ private Q_SLOTS:
              {u"UTREISE"_s, u"HJEMREISE"_s, u"Utreise"_s, u"Hjemreise"_s, u"+1"_s, u"OSL · 05.03"_s,
               u"Business · 2 seter · 60\u00a0000 poeng"_s, u"Funnet akkurat nå"_s})
             QTRY_VERIFY2(w.window->isShown(text), qPrintable(text));
+        // Places of a row that have no card are empty.
+        QCOMPARE(w.window->findAll(u"book"_s).size(), 2);
         w.window->click(u"book"_s);
         QCOMPARE(w.desktop.opened.size(), 1);
         w.window->click(u"copy"_s);

@@ -60,22 +60,14 @@ private Q_SLOTS:
         tzset();
     }
 
-    void codesOfAnOffer_data() {
-        QTest::addColumn<Hit>("hit");
-        QTest::addColumn<QString>("codes");
-        QTest::newRow("route") << Hit(offer(u"OSL-EWR"_s)) << u"OSL-EWR"_s;
-        QTest::newRow("long code") << Hit(offer(u"OSLO-EWR"_s)) << QString();
-        QTest::newRow("empty") << Hit(offer({})) << QString();
-        QTest::newRow("sold out, codes first")
-            << Hit(soldOut(u"OSL-EWR-2025-03-07-SK907"_s)) << u"OSL-EWR"_s;
-        QTest::newRow("sold out, date first")
-            << Hit(soldOut(u"2025-03-01-OSL-BKK-SK1467,TG955"_s)) << u"OSL-BKK"_s;
-        QTest::newRow("sold out, no such date")
-            << Hit(soldOut(u"2025-13-01-OSL-BKK-1"_s)) << QString();
-    }
     void codesOfAnOffer() {
-        QFETCH(Hit, hit);
-        QTEST(pairCodes(hit).value_or(Route()).text(), "codes");
+        const auto codes = [](const Hit& hit) { return pairCodes(hit).value_or(Route()).text(); };
+        QCOMPARE(codes(offer(u"OSL-EWR"_s)), u"OSL-EWR"_s);
+        QCOMPARE(codes(offer(u"OSLO-EWR"_s)) + codes(offer({})), u""_s);
+        // Of records with the codes first, with the date first, and with no such date.
+        QCOMPARE(codes(soldOut(u"OSL-EWR-2025-03-07-SK907"_s)), u"OSL-EWR"_s);
+        QCOMPARE(codes(soldOut(u"2025-03-01-OSL-BKK-SK1467,TG955"_s)), u"OSL-BKK"_s);
+        QCOMPARE(codes(soldOut(u"2025-13-01-OSL-BKK-1"_s)), u""_s);
     }
 
     void bothDirectionsAndNeighbouringAirportsMakeOneJourney() {
@@ -89,23 +81,17 @@ private Q_SLOTS:
         QCOMPARE(journeys[0].ret.size(), 1);
     }
 
-    void theAnchorSaysWhichWayIsOut_data() {
-        QTest::addColumn<QList<Hit>>("hits");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<int>("out");
+    void theAnchorSaysWhichWayIsOut() {
         const Match home = offer(u"EWR-OSL"_s);
         const SoldOut gone = soldOut(u"2025-03-01-BKK-CPH-SK1"_s);
-        QTest::newRow("only homebound") << QList<Hit>{home, home} << u"ewr → osl"_s << 2;
-        QTest::newRow("first not sold out")
-            << QList<Hit>{gone, offer(u"CPH-BKK"_s)} << u"cph ⇄ bkk"_s << 1;
-        QTest::newRow("all sold out, without names") << QList<Hit>{gone} << u"BKK → CPH"_s << 1;
-    }
-    void theAnchorSaysWhichWayIsOut() {
-        QFETCH(QList<Hit>, hits);
-        const auto journeys = group(hits);
-        QCOMPARE(journeys.size(), 1);
-        QTEST(journeys[0].title, "title");
-        QTEST(static_cast<int>(journeys[0].out.size()), "out");
+        for (const auto& [hits, title, out] :
+             {std::tuple(QList<Hit>{home, home}, u"ewr → osl"_s, 2),
+              {{gone, offer(u"CPH-BKK"_s)}, u"cph ⇄ bkk"_s, 1},
+              {{gone}, u"BKK → CPH"_s, 1}}) {
+            const auto journeys = group(hits);
+            QCOMPARE(titles(journeys), QStringList{title});
+            QCOMPARE(journeys[0].out.size(), out);
+        }
     }
 
     void whatHasNoCodesIsKeptLast() {
@@ -191,21 +177,16 @@ private Q_SLOTS:
         QCOMPARE(journey.dateSpan(), u"07.03 – 01.04"_s);
     }
 
-    void foundTexts_data() {
-        QTest::addColumn<double>("age");
-        QTest::addColumn<QString>("text");
-        // It is 13:00 in Oslo on 15 January 2027.
-        QTest::newRow("future") << -100.0 << u"Funnet akkurat nå"_s;
-        QTest::newRow("now") << 59.9 << u"Funnet akkurat nå"_s;
-        QTest::newRow("minutes") << 3599.0 << u"Funnet for 59 min siden"_s;
-        QTest::newRow("today") << 13 * 3600.0 << u"Funnet i dag 00:00"_s;
-        QTest::newRow("yesterday") << 13 * 3600 + 1.0 << u"Funnet 14. jan. 23:59"_s;
-        QTest::newRow("long ago") << 1'800'014'400.0 << u"Funnet 1. jan. 01:00"_s;
-    }
     void foundTexts() {
-        QFETCH(double, age);
+        // It is 13:00 in Oslo on 15 January 2027.
         const Instant now = instantFromSeconds(1'800'014'400);
-        QTEST(CardText::found(now - Ticks(age), now, QDate(2027, 1, 15)), "text");
+        for (const auto& [age, text] : {std::pair(-100.0, u"Funnet akkurat nå"_s),
+                                        {59.9, u"Funnet akkurat nå"_s},
+                                        {3599.0, u"Funnet for 59 min siden"_s},
+                                        {13 * 3600.0, u"Funnet i dag 00:00"_s},
+                                        {13 * 3600 + 1.0, u"Funnet 14. jan. 23:59"_s},
+                                        {1'800'014'400.0, u"Funnet 1. jan. 01:00"_s}})
+            QCOMPARE(CardText::found(now - Ticks(age), now, QDate(2027, 1, 15)), text);
     }
 
     void ages() {
@@ -227,58 +208,45 @@ private Q_SLOTS:
         QVERIFY(CardText::found(match.foundAt, now, {}).startsWith(u"Funnet "));
     }
 
-    void fares_data() {
-        QTest::addColumn<Cabin>("cabin");
-        QTest::addColumn<int>("seats");
-        QTest::addColumn<int>("points");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("usual") << Cabin::business << 2 << 60000
-                               << u"Business · 2 seter · 60 000 poeng"_s;
-        QTest::newRow("one seat, no price") << Cabin::premeco << 1 << 0 << u"Premium · 1 sete"_s;
-        QTest::newRow("no seat") << Cabin::first << 0 << 1 << u"First · 0 seter · 1 poeng"_s;
-        QTest::newRow("nothing sensible") << Cabin::first << -3 << -1 << u"First"_s;
-    }
     void fares() {
-        QFETCH(Cabin, cabin);
-        QFETCH(int, seats);
-        QFETCH(int, points);
-        Match match;
-        match.cabin = cabin;
-        match.seats = seats;
-        match.points = points;
-        QTEST(CardText::fare(match).replace(QChar::Nbsp, u' '), "text");
+        const auto text = [](Cabin cabin, int seats, int points) {
+            Match match;
+            match.cabin = cabin;
+            match.seats = seats;
+            match.points = points;
+            return CardText::fare(match).replace(QChar::Nbsp, u' ');
+        };
+        QCOMPARE(text(Cabin::business, 2, 60000), u"Business · 2 seter · 60 000 poeng"_s);
+        QCOMPARE(text(Cabin::premeco, 1, 0), u"Premium · 1 sete"_s);
+        QCOMPARE(text(Cabin::first, 0, 1), u"First · 0 seter · 1 poeng"_s);
+        QCOMPARE(text(Cabin::first, -3, -1), u"First"_s);
     }
 
-    void flights_data() {
-        QTest::addColumn<QString>("depart");
-        QTest::addColumn<QString>("arrive");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("same day") << u"07.03 11:00"_s << u"07.03 13:10"_s
-                                  << u"11:00|OSL · 07.03|13:10|EWR · 07.03|"_s;
-        QTest::newRow("next day") << u"07.03 23:00"_s << u"08.03 06:10"_s
-                                  << u"23:00|OSL · 07.03|06:10|EWR · 08.03|+1"_s;
-        QTest::newRow("over February")
-            << u"28.02 23:00"_s << u"02.03 06:10"_s << u"23:00|OSL · 28.02|06:10|EWR · 02.03|+2"_s;
-        QTest::newRow("over the year's end")
-            << u"31.12 23:00"_s << u"01.01 06:10"_s << u"23:00|OSL · 31.12|06:10|EWR · 01.01|+1"_s;
-        QTest::newRow("over the date line")
-            << u"01.01 08:00"_s << u"31.12 22:10"_s << u"08:00|OSL · 01.01|22:10|EWR · 31.12|−1"_s;
-        QTest::newRow("no such day")
-            << u"07.03 23:00"_s << u"31.02 06:10"_s << u"23:00|OSL · 07.03|31.02 06:10|EWR|"_s;
-        QTest::newRow("other words") << u"a b c"_s << QString() << u"a b c|OSL||EWR|"_s;
-    }
     void flights() {
-        QFETCH(QString, depart);
-        QFETCH(QString, arrive);
-        Match match = offer(u"OSL-EWR"_s);
-        match.depart = LocalTime::fromText(depart, {2027, 3, 1});
-        match.arrive = LocalTime::fromText(arrive, match.depart.isKnown() ? match.depart.date()
-                                                                          : QDate(2027, 3, 1));
-        const auto from = CardText::departure(match);
-        const auto to = CardText::arrival(match);
-        QTEST(QStringList({from.time, from.place, to.time, to.place, CardText::dayShift(match)})
-                  .join(u'|'),
-              "shown");
+        const auto shown = [](const QString& depart, const QString& arrive) {
+            Match match = offer(u"OSL-EWR"_s);
+            const QDate travel(2027, 3, 1);
+            match.depart = LocalTime::fromText(depart, travel);
+            match.arrive =
+                LocalTime::fromText(arrive, match.depart.isKnown() ? match.depart.date() : travel);
+            const auto from = CardText::departure(match);
+            const auto to = CardText::arrival(match);
+            return QStringList(
+                       {from.time, from.place, to.time, to.place, CardText::dayShift(match)})
+                .join(u'|');
+        };
+        QCOMPARE(shown(u"07.03 11:00"_s, u"07.03 13:10"_s),
+                 u"11:00|OSL · 07.03|13:10|EWR · 07.03|"_s);
+        QCOMPARE(shown(u"28.02 23:00"_s, u"02.03 06:10"_s),
+                 u"23:00|OSL · 28.02|06:10|EWR · 02.03|+2"_s);
+        // Over the year's end and the date line.
+        QCOMPARE(shown(u"31.12 23:00"_s, u"01.01 06:10"_s),
+                 u"23:00|OSL · 31.12|06:10|EWR · 01.01|+1"_s);
+        QCOMPARE(shown(u"01.01 08:00"_s, u"31.12 22:10"_s),
+                 u"08:00|OSL · 01.01|22:10|EWR · 31.12|−1"_s);
+        QCOMPARE(shown(u"07.03 23:00"_s, u"31.02 06:10"_s),
+                 u"23:00|OSL · 07.03|31.02 06:10|EWR|"_s);
+        QCOMPARE(shown(u"a b c"_s, {}), u"a b c|OSL||EWR|"_s);
     }
 
     void badges() {

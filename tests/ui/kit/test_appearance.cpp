@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-using Settings = QMap<QString, QVariantMap>;
+using PortalSettings = QMap<QString, QVariantMap>;
 
 namespace {
 
@@ -23,7 +23,7 @@ const QString appearance = u"org.freedesktop.appearance"_s;
 const QString gnome = u"org.gnome.desktop.interface"_s;
 const QString kde = u"org.kde.kdeglobals.KDE"_s;
 
-Settings setting(const QString& group, const QString& key, const QVariant& value) {
+PortalSettings setting(const QString& group, const QString& key, const QVariant& value) {
     return {{group, {{key, value}}}};
 }
 
@@ -32,7 +32,7 @@ class Portal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
-    explicit Portal(Settings settings) : m_settings(std::move(settings)) {
+    explicit Portal(PortalSettings settings) : m_settings(std::move(settings)) {
         moveToThread(&m_thread);
         m_thread.start();
         QMetaObject::invokeMethod(this, &Portal::start, Qt::BlockingQueuedConnection);
@@ -53,8 +53,8 @@ public:
     }
 
 public Q_SLOTS:
-    Settings ReadAll(const QStringList& groups) {
-        Settings answer;
+    PortalSettings ReadAll(const QStringList& groups) {
+        PortalSettings answer;
         for (const QString& group : groups)
             if (m_settings.contains(group))
                 answer.insert(group, m_settings[group]);
@@ -69,7 +69,7 @@ private:
         bus.registerService(u"org.freedesktop.portal.Desktop"_s);
     }
 
-    Settings m_settings;
+    PortalSettings m_settings;
     QThread m_thread;
 };
 
@@ -78,15 +78,15 @@ private:
 class TestAppearance : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { qDBusRegisterMetaType<Settings>(); }
+    void initTestCase() { qDBusRegisterMetaType<PortalSettings>(); }
     void cleanup() { QGuiApplication::setPalette(QPalette()); }
 
     void thePortalIsReadAtTheStart_data() {
-        QTest::addColumn<Settings>("settings");
+        QTest::addColumn<PortalSettings>("settings");
         QTest::addColumn<bool>("dark");
         QTest::addColumn<bool>("reduced");
         const QString scheme = u"color-scheme"_s;
-        QTest::newRow("nothing") << Settings() << false << false;
+        QTest::newRow("nothing") << PortalSettings() << false << false;
         QTest::newRow("no preference") << setting(appearance, scheme, 0U) << false << false;
         QTest::newRow("dark") << setting(appearance, scheme, 1U) << true << false;
         QTest::newRow("light") << setting(appearance, scheme, 2U) << false << false;
@@ -100,7 +100,7 @@ private Q_SLOTS:
         QTest::newRow("nonsense") << setting(appearance, scheme, u"blue"_s) << false << false;
     }
     void thePortalIsReadAtTheStart() {
-        QFETCH(Settings, settings);
+        QFETCH(PortalSettings, settings);
         const Portal portal(settings);
         const DesktopAppearance look(QDBusConnection::sessionBus());
         QTEST(look.isDark(), "dark");

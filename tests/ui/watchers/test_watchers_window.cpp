@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/AppWorld.h"
+#include "tests/support/RawSql.h"
 #include "tests/ui/support/PageWindow.h"
 #include "ui/watchers/WatchersSection.h"
 
@@ -70,6 +71,11 @@ private Q_SLOTS:
         QVERIFY(!world.stored(0).enabled);
         page.key(Qt::Key_Space);
         QVERIFY(world.stored(0).enabled);
+        // A file that refuses: what is shown is what it holds.
+        runOn(world.dir.path(), "CREATE TRIGGER refuse BEFORE UPDATE ON searches BEGIN "
+                                "SELECT RAISE(ABORT, 'no room'); END;");
+        page.click(u"Overvåker Tur 1"_s);
+        QVERIFY(page.find(u"Overvåker Tur 1"_s)->property("checked").toBool());
     }
 
     void renaming() {

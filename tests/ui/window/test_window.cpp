@@ -93,7 +93,10 @@ private Q_SLOTS:
         world.life.showWindow();
         PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, world.content());
         const QSignalSpy quit(&world.life, &LifeCycle::quitRequested);
+        // The question is seen where the window was minimised, too.
+        const QSignalSpy raised(&world.life, &LifeCycle::raiseRequested);
         world.life.closeWindow();
+        QCOMPARE(raised.size(), 1);
         QTRY_VERIFY(page.isShown(u"Fortsette jakten i bakgrunnen?"_s));
         page.key(Qt::Key_Escape);
         QTRY_VERIFY(!world.life.isAsking());
@@ -107,6 +110,11 @@ private Q_SLOTS:
         QTRY_VERIFY(page.find(u"quit"_s));
         page.click(u"quit"_s);
         QCOMPARE(quit.size(), 1);
+        // A second start of Tindra asks for the window again.
+        world.life.start(true);
+        QVERIFY(!world.life.isWindowShown());
+        world.life.showWindow();
+        QVERIFY(world.life.isWindowShown() && !world.life.isAsking());
     }
 
     void withoutAWayBackThereIsOnlyToStayOrQuit() {
@@ -116,15 +124,18 @@ private Q_SLOTS:
                        LifeCycle::SecondStart::isLost);
         QVariantMap content = world.content();
         content[u"life"_s] = QVariant::fromValue(&life);
-        life.showWindow();
+        life.start(true);
+        QVERIFY(life.isWindowShown());
         PageWindow page(u"Tindra.Window"_s, u"MainContent"_s, content);
         life.closeWindow();
         QTRY_VERIFY(page.isShown(u"Avslutte jakten?"_s));
+        QVERIFY(page.isShown(life.question()) && !life.question().contains(u"på nytt"_s));
         QVERIFY(page.find(u"quit"_s));
         QVERIFY(!page.isShown(u"Fortsett i bakgrunnen"_s));
         page.key(Qt::Key_Return);
         page.key(Qt::Key_Escape);
         QTRY_VERIFY(!life.isAsking());
+        life.keepHunting();
         QVERIFY(life.isWindowShown());
     }
 
@@ -192,20 +203,15 @@ private Q_SLOTS:
         QCOMPARE(panel.transientParent(), &window);
     }
 
-    void thePanelIsWholeAndBesideItsIcon_data() {
-        QTest::addColumn<std::optional<QPoint>>("icon");
-        QTest::addColumn<QPoint>("place");
-        const auto at = [](int x, int y) { return std::optional(QPoint(x, y)); };
-        QTest::newRow("a bar at the top") << at(900, 10) << QPoint(740, 18);
-        QTest::newRow("a bar at the bottom") << at(900, 990) << QPoint(740, 782);
-        QTest::newRow("the right corner") << at(1395, 990) << QPoint(1072, 782);
-        QTest::newRow("the left corner") << at(3, 5) << QPoint(8, 13);
-        QTest::newRow("nobody knows") << std::optional<QPoint>() << QPoint(1072, 8);
-    }
-
     void thePanelIsWholeAndBesideItsIcon() {
-        QFETCH(std::optional<QPoint>, icon);
-        QTEST(panelPlacement(icon, QRect(0, 0, 1400, 1000), QSize(320, 200)), "place");
+        const auto place = [](std::optional<QPoint> icon) {
+            return panelPlacement(icon, QRect(0, 0, 1400, 1000), QSize(320, 200));
+        };
+        QCOMPARE(place(QPoint(900, 10)), QPoint(740, 18));
+        QCOMPARE(place(QPoint(900, 990)), QPoint(740, 782));
+        QCOMPARE(place(QPoint(1395, 990)), QPoint(1072, 782));
+        QCOMPARE(place(QPoint(3, 5)), QPoint(8, 13));
+        QCOMPARE(place({}), QPoint(1072, 8));
     }
 };
 

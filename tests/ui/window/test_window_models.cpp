@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-using World = WindowWorld;
-
 class TestWindowModels : public QObject {
     Q_OBJECT
 
@@ -16,7 +14,7 @@ private Q_SLOTS:
     void initTestCase() { qputenv("TZ", "UTC"); }
 
     void theDashboardBeforeTheFirstRound() {
-        World world;
+        WindowWorld world;
         QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
         QCOMPARE(world.dashboard.lastCheckSub(), u"ikke kjørt enda"_s);
         QCOMPARE(world.dashboard.watchersValue(), u"0"_s);
@@ -27,7 +25,7 @@ private Q_SLOTS:
     }
 
     void theDashboardCounts() {
-        World world;
+        WindowWorld world;
         for (int i = 0; i < 5; ++i)
             world.addWatcher();
         world.database.watchers().toggleSearch(2);
@@ -44,16 +42,8 @@ private Q_SLOTS:
         QCOMPARE(world.dashboard.hitsText(), u"nye i dag"_s);
     }
 
-    void aDamagedSummaryHasNoTime() {
-        World world;
-        world.database.safekeeping().set(Kept::lastPoll, u"{\"at\":1e300,\"fetched\":2}"_s);
-        world.state.reload();
-        QCOMPARE(world.dashboard.lastCheckValue(), u"–"_s);
-        QCOMPARE(world.dashboard.lastCheckSub(), u"2 reiser gjennomgått"_s);
-    }
-
     void errorsAreShownUnlessNobodyIsSignedIn() {
-        World world;
+        WindowWorld world;
         world.lastPollWas(0, {u"søk 3: SAS-søk krever avreisedato."_s});
         QCOMPARE(world.dashboard.errorText(), u"søk 3: SAS-søk krever avreisedato."_s);
         world.lastPollWas(0, {u"a"_s, u"b"_s, u"c"_s});
@@ -63,7 +53,7 @@ private Q_SLOTS:
     }
 
     void thePanelTellsHowTheHuntGoes() {
-        World world;
+        WindowWorld world;
         QCOMPARE(world.panel.headline(), u"Ingen aktive overvåkere"_s);
         QCOMPARE(world.panel.countText(), u"0 overvåkere"_s);
         QVERIFY(!world.panel.hasLatest());
@@ -90,7 +80,7 @@ private Q_SLOTS:
     }
 
     void theLatestFindIsTheNewestThatCanBeBooked() {
-        World world;
+        WindowWorld world;
         world.addMatch([](Match& m) { m.toCity = u"Boston"_s; });
         world.addSoldOut();
         QCOMPARE(world.panel.latestRoute(), u"Oslo → Boston"_s);
@@ -109,7 +99,7 @@ private Q_SLOTS:
     }
 
     void theSignInIsCheckedWhenNoRoundWill() {
-        World world;
+        WindowWorld world;
         world.airline.verified = SASLoginStatus::loggedIn(world.clock.now());
         RootView root(world.state, world.airline, false);
         root.start();
@@ -123,7 +113,7 @@ private Q_SLOTS:
     }
 
     void theFrameFollowsTheState() {
-        World world;
+        WindowWorld world;
         RootView root(world.state, world.airline, false);
         root.select(RootView::Hits);
         QCOMPARE(root.selection(), int(RootView::Hits));
@@ -136,7 +126,7 @@ private Q_SLOTS:
     }
 
     void closingTheWindowWithATrayGoesOnAndSaysSoOnce() {
-        World world;
+        WindowWorld world;
         LifeCycle& life = world.life;
         life.showWindow();
         QVERIFY(life.isWindowShown());
@@ -163,7 +153,7 @@ private Q_SLOTS:
     void whatCannotBeNotifiedIsAsked() {
         QFETCH(bool, isOn);
         QFETCH(bool, isServiceThere);
-        World world;
+        WindowWorld world;
         world.database.settings().set(Setting::nativeNotify, isOn);
         world.center.isThere = isServiceThere;
         world.life.showWindow();
@@ -181,47 +171,6 @@ private Q_SLOTS:
         world.life.closeWindow();
         QVERIFY(!world.life.isWindowShown());
         QVERIFY(world.center.posted.isEmpty());
-    }
-
-    void aWindowWithoutAWayBackStays() {
-        World world;
-        world.tray.isThere = false;
-        LifeCycle life(world.tray, world.panel, world.notifier, world.database.safekeeping(),
-                       LifeCycle::SecondStart::isLost);
-        life.start(true);
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        QVERIFY(!life.question().contains(u"på nytt"_s));
-        life.keepHunting();
-        QVERIFY(life.isWindowShown());
-        world.life.start(true);
-        QVERIFY(!world.life.isWindowShown());
-    }
-
-    void closingTheWindowWithoutATrayAsks() {
-        World world;
-        world.tray.isThere = false;
-        LifeCycle& life = world.life;
-        const QSignalSpy quit(&life, &LifeCycle::quitRequested);
-        life.showWindow();
-        // The question is seen where the window was minimised, too.
-        const QSignalSpy raised(&life, &LifeCycle::raiseRequested);
-        life.closeWindow();
-        QCOMPARE(raised.size(), 1);
-        QVERIFY(life.isAsking());
-        QVERIFY(life.isWindowShown());
-        life.stay();
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        life.keepHunting();
-        QVERIFY(!life.isWindowShown());
-        QVERIFY(quit.isEmpty());
-        // A second start of Tindra asks for the window again.
-        life.showWindow();
-        QVERIFY(life.isWindowShown());
-        life.closeWindow();
-        life.quit();
-        QCOMPARE(quit.size(), 1);
     }
 };
 

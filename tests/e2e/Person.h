@@ -4,7 +4,7 @@
 #include "tests/e2e/AccessibleTree.h"
 
 /// A person before the display: eyes that are a screen reader's, hands on mouse and keyboard.
-class Desktop {
+class Person {
 public:
     using Item = AccessibleTree::Item;
 

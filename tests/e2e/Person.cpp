@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/e2e/Desktop.h"
+#include "tests/e2e/Person.h"
 
 #include <QTest>
 
@@ -34,13 +34,13 @@ xcb_atom_t atom(xcb_connection_t* display, std::string_view name) {
 }
 
 AccessibleTree::Wanted named(const QString& text) {
-    return [text](const Desktop::Item& item) { return item.name.contains(text); };
+    return [text](const Person::Item& item) { return item.name.contains(text); };
 }
 
 } // namespace
 
-std::optional<Desktop::Item> Desktop::find(const AccessibleTree::Wanted& wanted,
-                                           int timeoutMs) const {
+std::optional<Person::Item> Person::find(const AccessibleTree::Wanted& wanted,
+                                         int timeoutMs) const {
     std::optional<Item> found;
     const auto look = [&] {
         found = m_tree.find(wanted);
@@ -51,19 +51,19 @@ std::optional<Desktop::Item> Desktop::find(const AccessibleTree::Wanted& wanted,
     return found;
 }
 
-bool Desktop::sees(const QString& text, int timeoutMs) const {
+bool Person::sees(const QString& text, int timeoutMs) const {
     return find(named(text), timeoutMs).has_value();
 }
 
-bool Desktop::seesNow(const QString& text) const {
+bool Person::seesNow(const QString& text) const {
     return m_tree.find(named(text)).has_value();
 }
 
-std::optional<Desktop::Item> Desktop::control(const QString& text) const {
+std::optional<Person::Item> Person::control(const QString& text) const {
     return controlIn({}, text);
 }
 
-std::optional<Desktop::Item> Desktop::controlIn(QRect part, const QString& text) const {
+std::optional<Person::Item> Person::controlIn(QRect part, const QString& text) const {
     static const QStringList roles{u"push button"_s, u"check box"_s, u"radio button"_s,
                                    u"page tab"_s,    u"text"_s,      u"combo box"_s};
     return find([&](const Item& item) {
@@ -72,27 +72,27 @@ std::optional<Desktop::Item> Desktop::controlIn(QRect part, const QString& text)
     });
 }
 
-bool Desktop::press(const QString& text) const {
+bool Person::press(const QString& text) const {
     const auto item = control(text);
     if (item)
         press(item->place.center());
     return item.has_value();
 }
 
-void Desktop::press(QPoint place) {
+void Person::press(QPoint place) {
     xdotool({u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s,
              u"1"_s});
 }
 
-void Desktop::type(const QString& text) {
+void Person::type(const QString& text) {
     xdotool({u"type"_s, u"--"_s, text});
 }
 
-void Desktop::key(const QString& name) {
+void Person::key(const QString& name) {
     xdotool({u"key"_s, name});
 }
 
-bool Desktop::close(const QString& title) {
+bool Person::close(const QString& title) {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     xcb_client_message_event_t message{};
