@@ -17,6 +17,10 @@ if(CMAKE_UNITY_BUILD)
     # the file that it was called with.
     target_compile_options(tindra_common INTERFACE -Wno-subobject-linkage)
 endif()
+if(TINDRA_SANITIZE MATCHES thread)
+    # Asio has fences beside its locks; this sanitizer sees only the locks.
+    target_compile_options(tindra_common INTERFACE -Wno-tsan)
+endif()
 if(TINDRA_SANITIZE)
     # WebKitGTK has no type information, and Qt Test's mouse casts every application to one of
     # widgets: the check of dynamic types finds only these.
