@@ -128,7 +128,7 @@ public:
     }
     double reload() {
         return millisecondsOf([this] {
-            m_world.state.reload();
+            QCoreApplication::sendPostedEvents(&m_world.database);
             QCoreApplication::sendPostedEvents(&m_page);
         });
     }

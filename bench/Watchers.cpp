@@ -46,11 +46,12 @@ QList<Result> measureWatchers() {
                              page.root()->setProperty("active", true);
                              page.grab();
                          }));
-        for (int id = 1; id <= pageWatchers; ++id) {
+        world.clock.advance(std::chrono::minutes(1));
+        for (int id = 1; id <= pageWatchers; ++id)
             world.database.watchers().markChecked(id, i);
-            world.clock.advance(std::chrono::minutes(1));
-        }
-        followed = std::min(followed, milliseconds([&world] { world.state.reload(); }));
+        followed = std::min(followed, milliseconds([&world] {
+                                QCoreApplication::sendPostedEvents(&world.database);
+                            }));
     }
     return {{u"The watchers page with %1 watchers, made and drawn"_s.arg(pageWatchers),
              u"%1 ms"_s.arg(shown, 0, 'f', 1), u"< 100 ms"_s, shown < 100},
