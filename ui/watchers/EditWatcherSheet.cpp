@@ -89,6 +89,12 @@ Search EditWatcherSheet::edited() const {
 }
 
 void EditWatcherSheet::save() {
-    if (canSave() && m_store.updateSearch(edited()))
+    if (!canSave())
+        return;
+    if (m_store.updateSearch(edited())) {
         Q_EMIT finished();
+        return;
+    }
+    m_problem = u"Endringene kunne ikke lagres. Prøv igjen."_s;
+    Q_EMIT changed();
 }

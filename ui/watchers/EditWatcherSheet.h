@@ -54,6 +54,8 @@ class EditWatcherSheet : public QObject {
     Q_PROPERTY(bool includePartners MEMBER m_includePartners NOTIFY changed)
     /// False while a place is missing.
     Q_PROPERTY(bool canSave READ canSave NOTIFY changed)
+    /// Why the sheet is still open after `save`; mostly empty.
+    Q_PROPERTY(QString problem MEMBER m_problem NOTIFY changed)
 public:
     /// `store` and `clock` must outlive the sheet.
     EditWatcherSheet(WatcherStore& store, const Clock& clock, const Search& original,
@@ -75,7 +77,7 @@ public:
 
     /// The watcher as it would be stored.
     Search edited() const;
-    /// Stores it, unless it cannot be, and is `finished` with.
+    /// Stores it and is `finished`, or says in `problem` that it could not be stored.
     Q_INVOKABLE void save();
 
 Q_SIGNALS:
@@ -87,6 +89,7 @@ private:
 
     WatcherStore& m_store;
     const Search m_original;
+    QString m_problem;
     QString m_name;
     AirportField m_origin{AirportField::Field::from};
     AirportField m_destination{AirportField::Field::to};

@@ -133,5 +133,15 @@ TDSheet {
                 onToggled: view.sheet.includePartners = checked
             }
         }
+        TDLabel {
+            objectName: "sheetProblem"
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: view.sheet.problem
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            color: TD.warn
+            Accessible.role: Accessible.AlertMessage
+        }
     }
 }

@@ -348,6 +348,12 @@ private Q_SLOTS:
         sheet.setProperty("roundTrip", true);
         sheet.setProperty("name", u""_s);
         sheet.setProperty("includePartners", true);
+        runOn(page.dir.path(), "CREATE TRIGGER full BEFORE UPDATE ON searches BEGIN "
+                               "SELECT RAISE(ABORT, 'no room'); END;");
+        sheet.save();
+        QVERIFY(finished.isEmpty());
+        QVERIFY(sheet.property("problem").toString().contains(u"kunne ikke lagres"_s));
+        runOn(page.dir.path(), "DROP TRIGGER full;");
         sheet.save();
         QCOMPARE(finished.size(), 1);
         page.section.closeSheet();
