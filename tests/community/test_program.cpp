@@ -107,9 +107,6 @@ void ProgramTest::whatItCannotUse() {
 }
 
 void ProgramTest::memoryUnderAttack() {
-#ifdef __SANITIZE_THREAD__
-    QSKIP("the sanitizer has more memory of its own than the service may have");
-#endif
     const QTemporaryDir folder;
     QProcess program;
     const Http http = started(program, {u"--data="_s + folder.path(), u"--rate-limit=0"_s});
@@ -156,7 +153,9 @@ void ProgramTest::memoryUnderAttack() {
     }
     const int most = mostMemory(program.processId());
     qInfo("most memory: %d kB", most);
+#ifndef __SANITIZE_THREAD__ // whose own memory is several times the program's
     QVERIFY(most > 0 && most < memoryGoal);
+#endif
     QCOMPARE(http.get("/healthz").status, 200);
     program.terminate();
     QVERIFY(program.waitForFinished(5000));
